@@ -1,0 +1,15 @@
+# kt500_add_library(NAME DEPS...): a static library of every source file in the
+# calling folder. Folders stay self-contained: adding a file needs no edit here.
+function(kt500_add_library name)
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+    if(sources)
+        add_library(${name} STATIC ${sources} ${headers})
+        target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+        target_link_libraries(${name} PUBLIC ${ARGN})
+    else()
+        add_library(${name} INTERFACE ${headers})
+        target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}")
+        target_link_libraries(${name} INTERFACE ${ARGN})
+    endif()
+endfunction()
