@@ -172,7 +172,7 @@ TEST_P(ValidSample, PassesValidation)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Messages, ValidSample, testing::ValuesIn(samples("valid")), testName);
+INSTANTIATE_TEST_SUITE_P(SchemaSamples, ValidSample, testing::ValuesIn(samples("valid")), testName);
 
 // --- Malformed messages ------------------------------------------------------
 
@@ -196,6 +196,6 @@ TEST_P(InvalidSample, IsRefusedForItsFault)
     EXPECT_FALSE(validated.ok());
 }
 
-INSTANTIATE_TEST_SUITE_P(Messages, InvalidSample, testing::ValuesIn(samples("invalid")), testName);
+INSTANTIATE_TEST_SUITE_P(SchemaSamples, InvalidSample, testing::ValuesIn(samples("invalid")), testName);
 
 }  // namespace
