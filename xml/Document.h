@@ -16,18 +16,7 @@
 namespace kt500::xml {
 
 class SchemaCollection;
-class Document;
-
-// Outcome of a load: a document, or the parser's reason and any schema errors.
-struct LoadResult {
-    std::optional<Document> document;
-    std::string error;                          // parser or I/O reason, "" on success
-    std::vector<std::string> validationErrors;  // one line per schema error
-
-    [[nodiscard]] bool ok() const noexcept { return document.has_value(); }
-    // The parser's reason or the first validation errors, one line.
-    [[nodiscard]] std::string message() const;
-};
+struct LoadResult;
 
 struct ParseOptions {
     // Validate against the schema of the root's namespace; a root namespace
@@ -38,7 +27,7 @@ struct ParseOptions {
 };
 
 class Document {
-public:
+  public:
     // An empty document with the element rootName (in namespaceUri if given).
     static Document create(std::string_view rootName, std::string_view namespaceUri = {});
     static LoadResult parse(std::string_view bytes, const ParseOptions& options = {});
@@ -64,10 +53,21 @@ public:
 
     [[nodiscard]] xmlDoc* raw() const noexcept { return m_doc.get(); }
 
-private:
+  private:
     explicit Document(XmlDocPtr doc) noexcept : m_doc(std::move(doc)) {}
 
     XmlDocPtr m_doc;
+};
+
+// Outcome of a load: a document, or the parser's reason and any schema errors.
+struct LoadResult {
+    std::optional<Document> document;
+    std::string error;                          // parser or I/O reason, "" on success
+    std::vector<std::string> validationErrors;  // one line per schema error
+
+    [[nodiscard]] bool ok() const noexcept { return document.has_value(); }
+    // The parser's reason or the first validation errors, one line.
+    [[nodiscard]] std::string message() const;
 };
 
 // Installs the deny-all external entity loader and initialises libxml2.

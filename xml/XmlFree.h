@@ -17,6 +17,7 @@ struct XmlFree {
     void operator()(xmlParserCtxt* p) const noexcept { xmlFreeParserCtxt(p); }
     void operator()(xmlXPathContext* p) const noexcept { xmlXPathFreeContext(p); }
     void operator()(xmlXPathObject* p) const noexcept { xmlXPathFreeObject(p); }
+    void operator()(xmlXPathCompExpr* p) const noexcept { xmlXPathFreeCompExpr(p); }
     void operator()(xmlSchema* p) const noexcept { xmlSchemaFree(p); }
     void operator()(xmlSchemaParserCtxt* p) const noexcept { xmlSchemaFreeParserCtxt(p); }
     void operator()(xmlSchemaValidCtxt* p) const noexcept { xmlSchemaFreeValidCtxt(p); }
@@ -29,6 +30,7 @@ using XmlNodePtr = std::unique_ptr<xmlNode, XmlFree>;
 using XmlParserCtxtPtr = std::unique_ptr<xmlParserCtxt, XmlFree>;
 using XmlXPathContextPtr = std::unique_ptr<xmlXPathContext, XmlFree>;
 using XmlXPathObjectPtr = std::unique_ptr<xmlXPathObject, XmlFree>;
+using XmlXPathCompExprPtr = std::unique_ptr<xmlXPathCompExpr, XmlFree>;
 using XmlSchemaPtr = std::unique_ptr<xmlSchema, XmlFree>;
 using XmlSchemaParserCtxtPtr = std::unique_ptr<xmlSchemaParserCtxt, XmlFree>;
 using XmlSchemaValidCtxtPtr = std::unique_ptr<xmlSchemaValidCtxt, XmlFree>;

@@ -1,0 +1,111 @@
+// Loading outside input. The bytes are read here and handed to libxml2 from
+// memory; the parser resolves nothing outside them: any DOCTYPE stops it at
+// once, so no entity is ever declared, and the entity loader denies all URLs.
+#include "xml/Document.h"
+
+#include "xml/SchemaCollection.h"
+#include "xml/XmlText.h"
+
+#include <climits>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+namespace kt500::xml {
+
+namespace {
+
+constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
+// SAX hook for <!DOCTYPE ...>: reached before any declaration inside it is read.
+void refuseDoctype(void* context, const xmlChar* /*name*/, const xmlChar* /*externalId*/,
+                   const xmlChar* /*systemId*/) {
+    xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
+}
+
+LoadResult failure(std::string reason) {
+    LoadResult result;
+    result.error = std::move(reason);
+    return result;
+}
+
+std::string lineOf(const xmlParserCtxt& context) {
+    const int line = context.input != nullptr ? context.input->line : 0;
+    return line > 0 ? "line " + std::to_string(line) + ": " : std::string();
+}
+
+std::string parserReason(const xmlParserCtxt& context) {
+    if (context.errNo == XML_ERR_USER_STOP) {
+        return lineOf(context) + "DOCTYPE is not allowed";
+    }
+    const xmlError& error = context.lastError;
+    if (error.code != XML_ERR_OK && error.message != nullptr) {
+        std::string message = error.message;
+        while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) {
+            message.pop_back();
+        }
+        return error.line > 0 ? "line " + std::to_string(error.line) + ": " + message : message;
+    }
+    return lineOf(context) + "the document has no root element";
+}
+
+}  // namespace
+
+LoadResult Document::parse(std::string_view bytes, const ParseOptions& options) {
+    initialiseLibrary();
+    if (bytes.size() > options.maxBytes || bytes.size() > static_cast<std::size_t>(INT_MAX)) {
+        return failure("the document has " + std::to_string(bytes.size()) +
+                       " bytes, more than the " + std::to_string(options.maxBytes) + " allowed");
+    }
+    if (bytes.empty()) {
+        return failure("the document is empty");
+    }
+    XmlParserCtxtPtr context(xmlNewParserCtxt());
+    if (!context || context->sax == nullptr) {
+        return failure("out of memory creating the XML parser");
+    }
+    context->sax->internalSubset = &refuseDoctype;
+    XmlDocPtr doc(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()),
+                                    nullptr, nullptr, kParseOptions));
+    // A stopped parser may still hand back a well-formed prefix without a root.
+    if (!doc || context->errNo == XML_ERR_USER_STOP || xmlDocGetRootElement(doc.get()) == nullptr) {
+        return failure(parserReason(*context));
+    }
+    Document document(std::move(doc));
+    if (options.schemas != nullptr) {
+        LoadResult result;
+        try {
+            result.validationErrors = options.schemas->validate(document);
+        } catch (const std::runtime_error& e) {
+            return failure(e.what());
+        }
+        if (!result.validationErrors.empty()) {
+            result.error = "document does not validate";
+            return result;
+        }
+    }
+    LoadResult result;
+    result.document.emplace(std::move(document));
+    return result;
+}
+
+LoadResult Document::load(const std::filesystem::path& file, const ParseOptions& options) {
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(file, ec);
+    if (ec) {
+        return failure("cannot read " + file.string() + ": " + ec.message());
+    }
+    if (size > options.maxBytes) {
+        return failure("the document has " + std::to_string(size) + " bytes, more than the " +
+                       std::to_string(options.maxBytes) + " allowed");
+    }
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad() || !in.is_open()) {
+        return failure("cannot read " + file.string());
+    }
+    return parse(bytes, options);
+}
+
+}  // namespace kt500::xml
