@@ -3,6 +3,7 @@
 // once, so no entity is ever declared, and the entity loader denies all URLs.
 #include "xml/Document.h"
 
+#include "xml/ErrorList.h"
 #include "xml/SchemaCollection.h"
 #include "xml/XmlText.h"
 
@@ -24,6 +25,14 @@ void refuseDoctype(void* context, const xmlChar* /*name*/, const xmlChar* /*exte
     xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
 }
 
+// Structured errors of the parser reach this hook with the parser context,
+// which carries the ErrorList in _private: the first error is the cause, later
+// ones mostly follow from it.
+void collectParserError(void* context, xmlErrorPtr error) noexcept {
+    auto* parser = static_cast<xmlParserCtxtPtr>(context);
+    ErrorList::collect(parser != nullptr ? parser->_private : nullptr, error);
+}
+
 LoadResult failure(std::string reason) {
     LoadResult result;
     result.error = std::move(reason);
@@ -35,17 +44,15 @@ std::string lineOf(const xmlParserCtxt& context) {
     return line > 0 ? "line " + std::to_string(line) + ": " : std::string();
 }
 
-std::string parserReason(const xmlParserCtxt& context) {
+std::string parserReason(const xmlParserCtxt& context, const ErrorList& errors) {
     if (context.errNo == XML_ERR_USER_STOP) {
         return lineOf(context) + "DOCTYPE is not allowed";
     }
-    const xmlError& error = context.lastError;
-    if (error.code != XML_ERR_OK && error.message != nullptr) {
-        std::string message = error.message;
-        while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) {
-            message.pop_back();
-        }
-        return error.line > 0 ? "line " + std::to_string(error.line) + ": " + message : message;
+    if (!errors.lines().empty()) {
+        return errors.lines().front();
+    }
+    if (const xmlError& error = context.lastError; error.code != XML_ERR_OK) {
+        return ErrorList::format(error);
     }
     return lineOf(context) + "the document has no root element";
 }
@@ -66,11 +73,15 @@ LoadResult Document::parse(std::string_view bytes, const ParseOptions& options) 
         return failure("out of memory creating the XML parser");
     }
     context->sax->internalSubset = &refuseDoctype;
+    ErrorList errors;
+    context->_private = &errors;
+    context->sax->serror = &collectParserError;
     XmlDocPtr doc(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()),
                                     nullptr, nullptr, kParseOptions));
     // A stopped parser may still hand back a well-formed prefix without a root.
     if (!doc || context->errNo == XML_ERR_USER_STOP || xmlDocGetRootElement(doc.get()) == nullptr) {
-        return failure(parserReason(*context));
+        errors.rethrow();
+        return failure(parserReason(*context, errors));
     }
     Document document(std::move(doc));
     if (options.schemas != nullptr) {

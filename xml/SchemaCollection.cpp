@@ -87,6 +87,22 @@ std::string readSchemaFile(const std::filesystem::path& file, std::string& bytes
     return {};
 }
 
+// The member's own targetNamespace must be the one it is registered for;
+// libxml2 would accept the import and leave the namespace without declarations.
+std::string checkTargetNamespace(const std::string& bytes, const std::string& namespaceUri,
+                                 const std::filesystem::path& file) {
+    const LoadResult parsed = Document::parse(bytes);
+    if (!parsed.ok()) {
+        return "the schema " + file.string() + " does not load: " + parsed.message();
+    }
+    const std::string target = parsed.document->root().attribute("targetNamespace");
+    if (target != namespaceUri) {
+        return "the schema " + file.string() + " has the target namespace '" + target + "', not '" +
+               namespaceUri + "'";
+    }
+    return {};
+}
+
 std::string joined(const std::vector<std::string>& lines) {
     std::string text;
     for (const auto& line : lines) {
@@ -148,6 +164,9 @@ std::string SchemaCollection::add(std::string namespaceUri, const std::filesyste
     initialiseLibrary();
     std::string bytes;
     if (std::string reason = readSchemaFile(file, bytes); !reason.empty()) {
+        return reason;
+    }
+    if (std::string reason = checkTargetNamespace(bytes, namespaceUri, file); !reason.empty()) {
         return reason;
     }
     auto files = m_files;
