@@ -1,0 +1,180 @@
+#include "host/RavikKT500.h"
+
+#include "host/MemberMissing.h"
+
+#include <charconv>
+#include <stdexcept>
+
+namespace kt500::host {
+
+namespace {
+
+// The number a text converts to, or nothing ("1033" is 1033; "", "abc" none).
+std::optional<std::int32_t> numberOf(const std::string& strText) {
+    const auto first = strText.find_first_not_of(' ');
+    if (first == std::string::npos) {
+        return std::nullopt;
+    }
+    const auto last = strText.find_last_not_of(' ');
+    std::int32_t number = 0;
+    const char* begin = strText.data() + first;
+    const char* end = strText.data() + last + 1;
+    const auto [stop, error] = std::from_chars(begin, end, number);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+}  // namespace
+
+RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platform)
+    : m_form(std::move(form)), m_platform(std::move(platform)) {
+    if (!m_form) {
+        throw std::invalid_argument("RavikKT500: a control needs its form");
+    }
+    m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
+    UserControl_Initialize();
+}
+
+RavikKT500::~RavikKT500() {
+    if (m_form) {
+        m_form->setEventSink({});
+    }
+}
+
+bool RavikKT500::Guard(const char* strHandler, const std::function<void()>& body) {
+    try {
+        body();
+        return true;
+    } catch (const std::exception& failure) {
+        ShowFailure(strHandler, failure.what());
+    } catch (...) {
+        ShowFailure(strHandler, "unknown failure");
+    }
+    return false;
+}
+
+void RavikKT500::ShowFailure(const char* strHandler, const std::string& strReason) {
+    try {
+        ShowMsg(strHandler, strReason);
+    } catch (const std::exception& noBox) {
+        // Without a message service the failure still reaches the debug output.
+        m_platform.debugOutput.write(std::string(strHandler) + ": " + strReason);
+    }
+}
+
+std::string RavikKT500::Translate(const std::string& strKey) {
+    if (strKey.empty()) {
+        return {};
+    }
+    if (!m_pLanguage) {
+        throw std::runtime_error("Translate: the language service is not connected");
+    }
+    if (!m_objTools) {
+        throw std::runtime_error("Translate: the session state is released");
+    }
+    std::optional<std::int32_t> language = numberOf(m_objTools->Language);
+    if (!language || *language == 0) {
+        language = numberOf(m_objTools->FrameLanguage);
+        if (!language) {
+            throw std::invalid_argument("Type mismatch: the frame language '" +
+                                        m_objTools->FrameLanguage + "' is not a number");
+        }
+    }
+    std::string text;
+    m_pLanguage->TranslateKey(*language, strKey, text);
+    return text;
+}
+
+void RavikKT500::ShowMsg(const std::string& strHeader, const std::string& strMsg,
+                         int /*dlgType*/, int /*buttonType*/, int /*Button*/) {
+    if (!m_pDialogs) {
+        throw std::runtime_error("ShowMsg: the message service is not connected");
+    }
+    int result = 0;
+    m_pDialogs->ShowMessage(0, 1, 4, strHeader, strMsg, m_buttonPressed, result);
+}
+
+void RavikKT500::Trace(TraceKind kind, const std::string& strContent) {
+    if (!m_objTools) {
+        return;
+    }
+    if (const auto message = TraceFor(m_objTools->DebugLevel, kind, strContent)) {
+        ShowMsg(message->header, message->text);
+    }
+}
+
+void RavikKT500::UserControl_Resize() {
+    form::Control& user = m_form->userControl();
+    if (user.width() != kWidth) {
+        user.setWidth(kWidth);
+    }
+    if (user.height() != kHeight) {
+        user.setHeight(kHeight);
+    }
+}
+
+void RavikKT500::OnFormEvent(form::FormEvent& event) {
+    // The pages' handlers join here as their subsystems arrive; an event
+    // with no handler does nothing, as on any form.
+    if (event.kind == form::EventKind::Resize) {
+        Guard("UserControl_Resize", [this] { UserControl_Resize(); });
+    }
+}
+
+void RavikKT500::ShowDataSetLock(bool blLocked) {
+    m_form->control("imgLockedDataset").setVisible(blLocked);
+    m_form->control("lblLockedDataset").setVisible(blLocked);
+    if (blLocked) {
+        m_form->control("smuiDTM", 1).toolbar().setEnabled("offlineConf", false);
+    }
+}
+
+// --- Events of the BL ---
+
+bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& /*strSessionData*/) {
+    // The session data handling (LoadSessionData) is not part of the control yet.
+    Guard("IQDLGuiEvent_UpdateSessionData", [] { throw MemberMissing("LoadSessionData"); });
+    return true;
+}
+
+bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
+    if (!strReply.empty()) {
+        // The reply routing (ItemListFromReply) is not part of the control yet.
+        Guard("IQDLGuiEvent_CommunicationEvent",
+              [] { throw MemberMissing("ItemListFromReply"); });
+    }
+    return true;
+}
+
+void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool /*blReady*/) {
+    // The device action framework, which starts the calibration or the test
+    // that asked for the device, is not part of the control yet.
+    Guard("IQDLGuiEvent_ReadyForAutoAction", [] { throw MemberMissing("StartAutoCalibration"); });
+}
+
+void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool /*blSuccess*/) {
+    Guard("IQDLGuiEvent_AutoActionComplete", [] { throw MemberMissing("AutoActionComplete"); });
+}
+
+void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool /*blStopped*/) {
+    Guard("IQDLGuiEvent_AutoActionStopped", [] { throw MemberMissing("AutoActionStopped"); });
+}
+
+void RavikKT500::IQDLGuiEvent_OnLockDataSet(const std::string& /*strFirst*/,
+                                            const std::string& /*strSecond*/) {
+    Guard("IQDLGuiEvent_OnLockDataSet", [this] { ShowDataSetLock(true); });
+}
+
+bool RavikKT500::IQDLGuiEvent_OnUnlockDataSet(const std::string& /*strFirst*/,
+                                              const std::string& /*strSecond*/) {
+    // "offlineConf" stays disabled until the next session data, on purpose.
+    Guard("IQDLGuiEvent_OnUnlockDataSet", [this] { ShowDataSetLock(false); });
+    return true;
+}
+
+void RavikKT500::IQDLGuiEvent_OnParameterChanged(const std::string& /*strFirst*/,
+                                                 const std::string& /*strSecond*/) {}
+
+}  // namespace kt500::host

@@ -1,0 +1,18 @@
+#include "simulator/BuiltInBL.h"
+
+namespace kt500::simulator {
+
+BuiltInBL::BuiltInBL(SessionOptions options, const std::filesystem::path& shareDir,
+                     std::shared_ptr<services::IDtmDialogs> dialogs)
+    : m_language(std::make_shared<SimulatedLanguage>(
+          SimulatedLanguage::fromFolder(shareDir / "texts"))),
+      m_control(std::make_shared<SimulatedControl>(std::move(options), shareDir, m_language)) {
+    if (dialogs) {
+        m_dialogs = std::move(dialogs);
+    } else {
+        m_headless = std::make_shared<HeadlessDialogs>();
+        m_dialogs = m_headless;
+    }
+}
+
+}  // namespace kt500::simulator

@@ -1,0 +1,42 @@
+// The built-in BL: the service object that the frame hands to the control
+// when no other BL is configured. It simulates one device of the family
+// for one session, with the built-in language service and, unless the
+// frame supplies its own, the headless message boxes.
+#pragma once
+
+#include "services/IDtmServiceProvider.h"
+#include "simulator/HeadlessDialogs.h"
+#include "simulator/SessionOptions.h"
+#include "simulator/SimulatedControl.h"
+#include "simulator/SimulatedLanguage.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace kt500::simulator {
+
+class BuiltInBL final : public services::IDtmServiceProvider {
+public:
+    // Reads the language texts under shareDir/texts; throws for a device key
+    // the catalogue lacks or texts that do not load.
+    BuiltInBL(SessionOptions options, const std::filesystem::path& shareDir,
+              std::shared_ptr<services::IDtmDialogs> dialogs = nullptr);
+
+    std::shared_ptr<services::IDtmControl> control() override { return m_control; }
+    std::shared_ptr<services::IDtmDialogs> dialogs() override { return m_dialogs; }
+    // The unit service and the addressing come with the simulated device.
+    std::shared_ptr<services::IDtmUnits> units() override { return nullptr; }
+    std::shared_ptr<services::IDtmAddressing> addressing() override { return nullptr; }
+
+    [[nodiscard]] SimulatedControl& simulatedControl() noexcept { return *m_control; }
+    // The headless boxes, when the frame supplied none (else nullptr).
+    [[nodiscard]] HeadlessDialogs* headlessDialogs() noexcept { return m_headless.get(); }
+
+private:
+    std::shared_ptr<HeadlessDialogs> m_headless;
+    std::shared_ptr<services::IDtmDialogs> m_dialogs;
+    std::shared_ptr<SimulatedLanguage> m_language;
+    std::shared_ptr<SimulatedControl> m_control;
+};
+
+}  // namespace kt500::simulator

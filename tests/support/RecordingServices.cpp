@@ -1,0 +1,133 @@
+#include "support/RecordingServices.h"
+
+#include <stdexcept>
+
+namespace kt500::testing {
+
+void RecordingLanguage::TranslateKey(std::int32_t lngLanguageId, const std::string& strKey,
+                                     std::string& strText) {
+    m_log->push_back("TranslateKey " + std::to_string(lngLanguageId) + " " + strKey);
+    strText = "[" + std::to_string(lngLanguageId) + ":" + strKey + "]";
+}
+
+void RecordingLanguage::GetLanguageIds(std::vector<std::int32_t>& arrIds) {
+    m_log->push_back("GetLanguageIds");
+    arrIds = ids;
+}
+
+void RecordingLanguage::GetLanguageName(std::int32_t lngLanguageId, std::string& strName) {
+    m_log->push_back("GetLanguageName " + std::to_string(lngLanguageId));
+    const auto it = names.find(lngLanguageId);
+    strName = it != names.end() ? it->second : "?";
+}
+
+void RecordingControl::OpenConnection(services::IQDLGuiEvent& eventSink,
+                                      const std::string& connectionParameter,
+                                      std::int32_t& lngConnectionId, std::string& strSessionData,
+                                      xml::Node& parameterNode,
+                                      std::shared_ptr<services::IDtmLanguage>& languageOut,
+                                      bool& blDataSetLocked, bool& blSuccess) {
+    m_log->push_back("OpenConnection " + connectionParameter);
+    sink = &eventSink;
+    lngConnectionId = connectionId;
+    strSessionData = sessionData;
+    parameterNode = xml::Node();
+    if (!parameterXml.empty()) {
+        xml::LoadResult loaded = xml::Document::parse(parameterXml);
+        if (!loaded.ok()) {
+            throw std::runtime_error("test parameter document: " + loaded.message());
+        }
+        m_parameterDocument.emplace(std::move(*loaded.document));
+        parameterNode = m_parameterDocument->root();
+    }
+    languageOut = language;
+    blDataSetLocked = dataSetLocked;
+    blSuccess = openSucceeds;
+}
+
+void RecordingControl::CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) {
+    m_log->push_back("CloseConnection " + std::to_string(lngConnectionId));
+    blSuccess = closeSucceeds;
+}
+
+void RecordingControl::PostRequest(std::int32_t lngConnectionId, const std::string& strRequest,
+                                   bool& blAccepted) {
+    m_log->push_back("PostRequest " + std::to_string(lngConnectionId) + " " + strRequest);
+    blAccepted = accepts;
+}
+
+void RecordingControl::CancelRequests(std::int32_t lngConnectionId, bool& blSuccess) {
+    m_log->push_back("CancelRequests " + std::to_string(lngConnectionId));
+    blSuccess = true;
+}
+
+void RecordingControl::StartMonitoringRequests(std::int32_t lngConnectionId,
+                                               std::int32_t lngReserved, bool& blSuccess) {
+    m_log->push_back("StartMonitoringRequests " + std::to_string(lngConnectionId) + " " +
+                     std::to_string(lngReserved));
+    blSuccess = true;
+}
+
+void RecordingControl::StopMonitoringRequests(std::int32_t lngConnectionId) {
+    m_log->push_back("StopMonitoringRequests " + std::to_string(lngConnectionId));
+}
+
+void RecordingControl::RequestAutoAction(std::int32_t lngConnectionId, bool& blAccepted) {
+    m_log->push_back("RequestAutoAction " + std::to_string(lngConnectionId));
+    blAccepted = accepts;
+}
+
+void RecordingControl::SendAutoAction(std::int32_t lngConnectionId, const std::string& strRequest,
+                                      std::int32_t lngTimeoutMs, bool& blAccepted) {
+    m_log->push_back("SendAutoAction " + std::to_string(lngConnectionId) + " " +
+                     std::to_string(lngTimeoutMs) + " " + strRequest);
+    blAccepted = accepts;
+}
+
+void RecordingControl::StopAutoAction(std::int32_t lngConnectionId, bool& blStopping) {
+    m_log->push_back("StopAutoAction " + std::to_string(lngConnectionId));
+    blStopping = true;
+}
+
+void RecordingControl::SetGuiLanguage(std::int32_t lngLanguageId) {
+    m_log->push_back("SetGuiLanguage " + std::to_string(lngLanguageId));
+}
+
+void RecordingControl::SetCalibrationMode(bool blOn, bool& blSuccess) {
+    m_log->push_back(std::string("SetCalibrationMode ") + (blOn ? "True" : "False"));
+    blSuccess = true;
+}
+
+void RecordingDialogs::ShowMessage(int intDialogKind, int intButtonSet, int intDefaultButton,
+                                   const std::string& strHeader, const std::string& strText,
+                                   int& intButtonPressed, int& intResult) {
+    m_log->push_back("ShowMessage " + strHeader + " | " + strText);
+    boxes.push_back({intDialogKind, intButtonSet, intDefaultButton, strHeader, strText});
+    int answer = intButtonSet == 4 ? services::ButtonYes : services::ButtonOk;
+    if (!answers.empty()) {
+        answer = answers.front();
+        answers.pop_front();
+    }
+    intButtonPressed = answer;
+    intResult = answer;
+}
+
+RecordingServices::RecordingServices()
+    : log(std::make_shared<CallLog>()),
+      controlDouble(std::make_shared<RecordingControl>(log)),
+      dialogsDouble(std::make_shared<RecordingDialogs>(log)),
+      languageDouble(std::make_shared<RecordingLanguage>(log)) {
+    controlDouble->language = languageDouble;
+}
+
+std::shared_ptr<services::IDtmControl> RecordingServices::control() {
+    log->push_back("service control");
+    return controlDouble;
+}
+
+std::shared_ptr<services::IDtmDialogs> RecordingServices::dialogs() {
+    log->push_back("service dialogs");
+    return dialogsDouble;
+}
+
+}  // namespace kt500::testing

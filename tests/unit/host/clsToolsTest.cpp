@@ -1,0 +1,132 @@
+#include "host/clsTools.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace kt500::host {
+namespace {
+
+TEST(clsToolsDeviceParameterXml, MapsEveryKeyOfTheTable) {
+    const std::pair<const char*, const char*> table[] = {
+        {"KT520_7", "GUIInit_KT520_7.xml"},       {"KTQ500_7", "GUIInit_KT520_7.xml"},
+        {"KT520_6", "GUIInit_KT520_6.xml"},       {"KTQ500_6", "GUIInit_KT520_6.xml"},
+        {"KT520_5", "GUIInit_KT520_5.xml"},       {"KT520_4", "GUIInit_KT520_4.xml"},
+        {"KT520_PT_7", "GUIInit_KT520PT_7.xml"},  {"KTQ500_PT_7", "GUIInit_KT520PT_7.xml"},
+        {"KT520_PT_6", "GUIInit_KT520PT_6.xml"},  {"KTQ500_PT_6", "GUIInit_KT520PT_6.xml"},
+        {"KT520_PT_5", "GUIInit_KT520PT_5.xml"},  {"KT520_PT_4", "GUIInit_KT520PT_4.xml"},
+        {"PL500_1", "GUIInit_PL500_1.xml"},       {"PL500_2", "GUIInit_PL500_2.xml"},
+        {"KT540_1.0", "GUIInit_KT540_1.0.xml"},
+    };
+    for (const auto& [key, file] : table) {
+        clsTools tools;
+        tools.setDeviceParameterXml(key);
+        EXPECT_EQ(tools.DeviceParameterXml(), file) << key;
+    }
+}
+
+TEST(clsToolsDeviceParameterXml, UnknownKeyKeepsTheFormerName) {
+    clsTools tools;
+    tools.setDeviceParameterXml("KTQ500_5");  // a revision 5 Q key has no document
+    EXPECT_EQ(tools.DeviceParameterXml(), "");
+    tools.setDeviceParameterXml("KT520_6");
+    tools.setDeviceParameterXml("KTQ500_4");
+    tools.setDeviceParameterXml("kt520_7");  // keys compare case-sensitively
+    tools.setDeviceParameterXml("");
+    EXPECT_EQ(tools.DeviceParameterXml(), "GUIInit_KT520_6.xml");
+}
+
+TEST(clsToolsOldValues, FamiliesShareOneSlotPerPage) {
+    clsTools tools;
+    tools.CurrentFrame = "HAoperationUnit";
+    tools.set_old_values("a\xC2\xA4" "b");
+    tools.CurrentFrame = "PAoperationUnit";
+    EXPECT_EQ(tools.old_values(), "a\xC2\xA4" "b");
+    tools.CurrentFrame = "HAhartConfiguration";  // the last of the 23 pages
+    tools.set_old_values("last");
+    EXPECT_EQ(tools.old_values(), "last");
+    tools.CurrentFrame = "HAalertSettings";
+    EXPECT_EQ(tools.old_values(), "");
+}
+
+TEST(clsToolsOldValues, UnknownPagesAndShortFrames) {
+    clsTools tools;
+    tools.CurrentFrame = "HAmonitoringVariables";
+    tools.set_old_values("dropped");
+    EXPECT_EQ(tools.old_values(), "");
+    tools.CurrentFrame = "HA";
+    EXPECT_NO_THROW(tools.set_old_values("x"));  // two characters: an empty key, dropped
+    EXPECT_EQ(tools.old_values(), "");
+    tools.CurrentFrame = "H";
+    EXPECT_THROW(tools.set_old_values("x"), std::out_of_range);
+    EXPECT_EQ(tools.old_values(), "");
+    tools.CurrentFrame = "";
+    EXPECT_THROW(tools.set_old_values("x"), std::out_of_range);
+}
+
+TEST(clsToolsValuesOk, StoresOnlyTheFirstSeventeenPages) {
+    clsTools tools;
+    tools.OnlineConf = true;
+    EXPECT_FALSE(tools.ValuesOk("general", "1"));  // 18th page of the snapshot list
+    EXPECT_TRUE(tools.ValuesOk("factoryReset", "1"));  // 17th
+    EXPECT_TRUE(tools.ValuesOk("factoryReset", ""));
+    EXPECT_FALSE(tools.ValuesOk("operationUnit", ""));  // nothing stored yet
+    tools.OnlineConf = false;
+    EXPECT_TRUE(tools.ValuesOk("general", "1"));
+    EXPECT_TRUE(tools.ValuesOk("noSuchPage", ""));
+}
+
+TEST(clsToolsValuesOk, OfflineStillStores) {
+    clsTools tools;
+    tools.OnlineConf = false;
+    EXPECT_TRUE(tools.ValuesOk("alertSettings", "0"));
+    tools.OnlineConf = true;
+    EXPECT_FALSE(tools.ValuesOk("alertSettings", ""));
+    EXPECT_TRUE(tools.ValuesOk("alertSettings", "True"));
+    EXPECT_THROW(tools.ValuesOk("alertSettings", "yes"), std::invalid_argument);
+    EXPECT_TRUE(tools.ValuesOk("alertSettings", ""));  // a failed conversion stores nothing
+}
+
+TEST(clsToolsCommunicationSign, OfflineIsDarkButRemembers) {
+    clsTools tools;
+    tools.OnlineConf = false;
+    EXPECT_FALSE(tools.CommunicationSign("read", "1"));
+    tools.OnlineConf = true;
+    EXPECT_TRUE(tools.CommunicationSign("read", ""));
+    EXPECT_FALSE(tools.CommunicationSign("write", ""));
+    EXPECT_FALSE(tools.CommunicationSign("read", "0"));
+}
+
+TEST(clsToolsCommunicationSign, UnknownActionStoresNothing) {
+    clsTools tools;
+    tools.OnlineConf = true;
+    EXPECT_FALSE(tools.CommunicationSign("upload", "1"));
+    EXPECT_FALSE(tools.CommunicationSign("upload", ""));
+    for (const auto action : clsTools::SignActions()) {
+        EXPECT_FALSE(tools.CommunicationSign(action, "")) << action;
+        EXPECT_TRUE(tools.CommunicationSign(action, "1")) << action;
+    }
+}
+
+TEST(clsToolsDefaultFrame, FollowsTheMode) {
+    clsTools tools;
+    tools.OnlineConf = true;
+    EXPECT_EQ(tools.strDefaultFrame(), "monitoringVariables");
+    tools.OnlineConf = false;
+    EXPECT_EQ(tools.strDefaultFrame(), "operationUnit");
+}
+
+TEST(clsToolsBoolean, ConvertsLikeTheSystem) {
+    EXPECT_TRUE(ToBoolean("1"));
+    EXPECT_FALSE(ToBoolean("0"));
+    EXPECT_TRUE(ToBoolean("TRUE"));
+    EXPECT_FALSE(ToBoolean("false"));
+    EXPECT_TRUE(ToBoolean("-1"));
+    EXPECT_TRUE(ToBoolean(" 2 "));
+    EXPECT_THROW(ToBoolean("abc"), std::invalid_argument);
+    EXPECT_THROW(ToBoolean(" "), std::invalid_argument);
+    EXPECT_THROW(ToBoolean("1x"), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace kt500::host

@@ -1,0 +1,180 @@
+#include "host/QtSettingsStore.h"
+#include "host/modRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include <map>
+#include <set>
+
+namespace kt500::host {
+namespace {
+
+// A store in memory whose failures are set by the test.
+class MemoryStore final : public ISettingsStore {
+public:
+    long openKey(RegistryRoot root, const std::string& strKeyPath) override {
+        if (openFails) {
+            return RegNotFound;
+        }
+        for (const auto& [key, value] : values) {
+            if (std::get<0>(key) == root && std::get<1>(key) == strKeyPath) {
+                return RegSuccess;
+            }
+        }
+        return RegNotFound;
+    }
+    long queryValue(RegistryRoot root, const std::string& strKeyPath,
+                    const std::string& strValueName, std::string& strValue) override {
+        const auto it = values.find({root, strKeyPath, strValueName});
+        if (it == values.end()) {
+            return RegNotFound;
+        }
+        strValue = it->second;
+        return RegSuccess;
+    }
+    long setValue(RegistryRoot root, const std::string& strKeyPath,
+                  const std::string& strValueName, int /*intType*/,
+                  const std::string& strValue) override {
+        ++writes;
+        if (readOnly) {
+            return RegAccessDenied;
+        }
+        values[{root, strKeyPath, strValueName}] = strValue;
+        return RegSuccess;
+    }
+    void put(const std::string& sub, const std::string& name, const std::string& value) {
+        values[{RegistryRoot::LocalMachine, std::string(modRegistry::KeyRoot) + sub, name}] = value;
+    }
+    std::string get(const std::string& sub, const std::string& name) {
+        return values[{RegistryRoot::LocalMachine, std::string(modRegistry::KeyRoot) + sub, name}];
+    }
+
+    std::map<std::tuple<RegistryRoot, std::string, std::string>, std::string> values;
+    bool readOnly = false;
+    bool openFails = false;
+    int writes = 0;
+};
+
+class RecordingOutput final : public IDebugOutput {
+public:
+    void write(const std::string& strMessage) override { lines.push_back(strMessage); }
+    std::vector<std::string> lines;
+};
+
+class modRegistryTest : public ::testing::Test {
+protected:
+    MemoryStore store;
+    RecordingOutput output;
+    modRegistry registry{store, output};
+};
+
+TEST_F(modRegistryTest, MissingValueIsWrittenBackWithItsDefault) {
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Xml Schema Path", "/opt/schemas/"),
+              "/opt/schemas/");
+    EXPECT_EQ(store.get("File Paths", "Xml Schema Path"), "/opt/schemas/");
+    EXPECT_EQ(store.writes, 1);
+    EXPECT_TRUE(output.lines.empty());  // reads never log their failure
+}
+
+TEST_F(modRegistryTest, EmptyValueIsWrittenBackAndPresentValueIsKept) {
+    store.put("File Paths", "Install Path", "");
+    store.put("File Paths", "Xml Datafile Path", "/data/");
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Install Path", "/inst/"), "/inst/");
+    EXPECT_EQ(store.get("File Paths", "Install Path"), "/inst/");
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Xml Datafile Path", "/x/"), "/data/");
+    EXPECT_EQ(store.writes, 1);
+}
+
+TEST_F(modRegistryTest, FailedWriteIsLoggedAndTheDefaultStands) {
+    store.readOnly = true;
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Install Path", "/inst/"), "/inst/");
+    ASSERT_EQ(output.lines.size(), 1U);
+    EXPECT_EQ(output.lines[0],
+              "CreateRegEntry - Error Creating Registry Key Entry: "
+              "Key=Software\\Ravik Automation\\KT500 DTM\\File PathsInstall Path DLL Returned=5");
+}
+
+TEST_F(modRegistryTest, DebugLevelRules) {
+    EXPECT_EQ(registry.ReadDebugLevel(), 0);  // missing
+    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+
+    store.put("Debug", "Debug Level", "");
+    EXPECT_EQ(registry.ReadDebugLevel(), 0);
+    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+
+    store.put("Debug", "Debug Level", "abc");
+    EXPECT_EQ(registry.ReadDebugLevel(), 0);
+    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+
+    store.put("Debug", "Debug Level", "3");
+    const int writesBefore = store.writes;
+    EXPECT_EQ(registry.ReadDebugLevel(), 3);
+    EXPECT_EQ(store.writes, writesBefore);
+
+    store.put("Debug", "Debug Level", "7");
+    EXPECT_EQ(registry.ReadDebugLevel(), 7);  // kept: level 6 and above simply show nothing
+
+    store.put("Debug", "Debug Level", "99999");  // beyond a 16-bit level
+    EXPECT_EQ(registry.ReadDebugLevel(), 0);
+    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+}
+
+TEST_F(modRegistryTest, SavePathTellsEmptyFromMissing) {
+    EXPECT_EQ(registry.ReadSavePath("C:\\Dtm\\"), "C:\\Dtm\\");  // failed read writes the default
+    EXPECT_EQ(store.get("File Paths", "Install Path"), "C:\\Dtm\\");
+    store.put("File Paths", "Install Path", "");
+    const int writesBefore = store.writes;
+    EXPECT_EQ(registry.ReadSavePath("C:\\Dtm\\"), "");  // an empty value stands
+    EXPECT_EQ(store.writes, writesBefore);
+}
+
+TEST_F(modRegistryTest, ReadRoutineCutsAtZeroAndAt255) {
+    registry.m_strKeyPath = std::string(modRegistry::KeyRoot) + "File Paths";
+    store.put("File Paths", "A", std::string("abc\0def", 7));
+    store.put("File Paths", "B", std::string(300, 'x'));
+    std::string value = "unchanged";
+    EXPECT_TRUE(registry.GetAppRegValue("A", RegString, value, true, false));
+    EXPECT_EQ(value, "abc");
+    EXPECT_TRUE(registry.GetAppRegValue("B", RegString, value, true, false));
+    EXPECT_EQ(value.size(), 255U);
+    value = "unchanged";
+    EXPECT_FALSE(registry.GetAppRegValue("C", RegString, value, true, false));
+    EXPECT_EQ(value, "unchanged");
+    ASSERT_EQ(output.lines.size(), 1U);
+    EXPECT_EQ(output.lines[0],
+              "GetAppRegValue - Error Retrieving Registry Key Entry: Key=C DLL Returned=2");
+    store.openFails = true;
+    EXPECT_FALSE(registry.GetAppRegValue("A", RegString, value, true, false));
+    EXPECT_EQ(output.lines.back(),
+              "GetAppRegValue - Error Opening Registry Key Entry: "
+              "Key/Path=Software\\Ravik Automation\\KT500 DTM\\File Paths DLL Returned=2");
+}
+
+TEST(QtSettingsStoreTest, WritesAndReadsBackThroughIniFiles) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    QtSettingsStore store(dir.filePath("machine.conf"), dir.filePath("user.conf"));
+    RecordingOutput output;
+    modRegistry registry(store, output);
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Install Path", "/inst/"), "/inst/");
+    QtSettingsStore again(dir.filePath("machine.conf"), dir.filePath("user.conf"));
+    modRegistry registryAgain(again, output);
+    EXPECT_EQ(registryAgain.ReadSetting("File Paths", "Install Path", "/other/"), "/inst/");
+    registryAgain.m_strKeyPath = "Software\\Ravik Automation\\KT500 DTM\\Debug";
+    std::string value;
+    EXPECT_FALSE(registryAgain.GetAppRegValue("Debug Level", RegString, value, false, true));
+    EXPECT_TRUE(output.lines.empty());
+}
+
+TEST(QtSettingsStoreTest, UnwritableStoreRunsOnDefaults) {
+    QtSettingsStore store("/proc/kt500-no-such/machine.conf", "/proc/kt500-no-such/user.conf");
+    RecordingOutput output;
+    modRegistry registry(store, output);
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Install Path", "/inst/"), "/inst/");
+    EXPECT_EQ(output.lines.size(), 1U);
+}
+
+}  // namespace
+}  // namespace kt500::host
