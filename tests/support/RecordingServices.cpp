@@ -47,6 +47,9 @@ void RecordingControl::OpenConnection(services::IQDLGuiEvent& eventSink,
 
 void RecordingControl::CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) {
     m_log->push_back("CloseConnection " + std::to_string(lngConnectionId));
+    if (onClose) {
+        onClose();
+    }
     blSuccess = closeSucceeds;
 }
 

@@ -9,6 +9,7 @@
 #include "xml/Document.h"
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -66,6 +67,8 @@ public:
     bool closeSucceeds = true;
     bool accepts = true;
     std::shared_ptr<RecordingLanguage> language;
+    // Runs inside CloseConnection, before it answers.
+    std::function<void()> onClose;
     // Set by OpenConnection: the sink the control handed over.
     services::IQDLGuiEvent* sink = nullptr;
 

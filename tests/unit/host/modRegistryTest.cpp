@@ -1,67 +1,17 @@
 #include "host/QtSettingsStore.h"
 #include "host/modRegistry.h"
+#include "support/MemorySettings.h"
 
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
-#include <map>
-#include <set>
 
 namespace kt500::host {
 namespace {
 
-// A store in memory whose failures are set by the test.
-class MemoryStore final : public ISettingsStore {
-public:
-    long openKey(RegistryRoot root, const std::string& strKeyPath) override {
-        if (openFails) {
-            return RegNotFound;
-        }
-        for (const auto& [key, value] : values) {
-            if (std::get<0>(key) == root && std::get<1>(key) == strKeyPath) {
-                return RegSuccess;
-            }
-        }
-        return RegNotFound;
-    }
-    long queryValue(RegistryRoot root, const std::string& strKeyPath,
-                    const std::string& strValueName, std::string& strValue) override {
-        const auto it = values.find({root, strKeyPath, strValueName});
-        if (it == values.end()) {
-            return RegNotFound;
-        }
-        strValue = it->second;
-        return RegSuccess;
-    }
-    long setValue(RegistryRoot root, const std::string& strKeyPath,
-                  const std::string& strValueName, int /*intType*/,
-                  const std::string& strValue) override {
-        ++writes;
-        if (readOnly) {
-            return RegAccessDenied;
-        }
-        values[{root, strKeyPath, strValueName}] = strValue;
-        return RegSuccess;
-    }
-    void put(const std::string& sub, const std::string& name, const std::string& value) {
-        values[{RegistryRoot::LocalMachine, std::string(modRegistry::KeyRoot) + sub, name}] = value;
-    }
-    std::string get(const std::string& sub, const std::string& name) {
-        return values[{RegistryRoot::LocalMachine, std::string(modRegistry::KeyRoot) + sub, name}];
-    }
-
-    std::map<std::tuple<RegistryRoot, std::string, std::string>, std::string> values;
-    bool readOnly = false;
-    bool openFails = false;
-    int writes = 0;
-};
-
-class RecordingOutput final : public IDebugOutput {
-public:
-    void write(const std::string& strMessage) override { lines.push_back(strMessage); }
-    std::vector<std::string> lines;
-};
+using testing::MemoryStore;
+using testing::RecordingOutput;
 
 class modRegistryTest : public ::testing::Test {
 protected:

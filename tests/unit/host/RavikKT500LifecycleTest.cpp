@@ -1,0 +1,261 @@
+#include "form/FormLoader.h"
+#include "host/RavikKT500.h"
+#include "support/MemorySettings.h"
+#include "support/RecordingServices.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kt500::host {
+namespace {
+
+using testing::CallLog;
+using testing::MemoryStore;
+using testing::RecordingOutput;
+using testing::RecordingServices;
+
+constexpr const char* kParameters =
+    "<data:dtm xmlns:data='x-schema:QDLDatafileSchema.xml' "
+    "xmlns:typeInfo='x-schema:QDLDeviceTypeInfoSchema.xml'>"
+    "<typeInfo:device><typeInfo:publishedInfo deviceTypeId='232' name='KT520' version='7'/>"
+    "</typeInfo:device><data:persistentData><data:parameters/></data:persistentData>"
+    "<data:requestGroups/></data:dtm>";
+
+std::unique_ptr<form::Form> StandardForm() {
+    const std::filesystem::path share = KT500_SHARE_DIR;
+    const form::FormLoader loader(share / "schemas" /
+                                  std::string(form::FormLoader::kSchemaFileName));
+    auto form = std::make_unique<form::Form>();
+    loader.load(*form, form::FormLoader::standardFiles(share / "forms"));
+    return form;
+}
+
+class RavikKT500Lifecycle : public ::testing::Test {
+protected:
+    RavikKT500Lifecycle() { services.controlDouble->parameterXml = kParameters; }
+
+    RavikKT500& construct() {
+        control = std::make_unique<RavikKT500>(
+            StandardForm(), ControlPlatform{store, output,
+                                            PathDefaults::UnderShare(KT500_SHARE_DIR, "/tmp/")});
+        return *control;
+    }
+    RavikKT500& started() {
+        construct();
+        EXPECT_TRUE(control->IDtmActiveXControl_Init("connect", "unused", services));
+        return *control;
+    }
+    [[nodiscard]] std::vector<std::string> boxes() const {
+        std::vector<std::string> shown;
+        for (const auto& box : services.dialogsDouble->boxes) {
+            shown.push_back(box.header + " | " + box.text);
+        }
+        return shown;
+    }
+    [[nodiscard]] form::ToolbarModel& toolbar() const {
+        return control->form().control("smuiDTM", 1).toolbar();
+    }
+
+    MemoryStore store;
+    RecordingOutput output;
+    RecordingServices services;
+    std::unique_ptr<RavikKT500> control;
+};
+
+TEST_F(RavikKT500Lifecycle, ConstructionNeedsNoBLAndWritesBackItsSettings) {
+    store.put("Debug", "Debug Level", "abc");
+    RavikKT500& kt = construct();
+    ASSERT_FALSE(output.lines.empty());
+    EXPECT_EQ(output.lines.front(), "KT500 DTMGUI UserControl_Initialize entering..");
+    EXPECT_TRUE(services.log->empty());
+    EXPECT_EQ(store.get("File Paths", "Xml Schema Path"), std::string(KT500_SHARE_DIR) + "/schemas/");
+    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+    const clsTools& tools = *kt.m_objTools;
+    EXPECT_EQ(tools.GUIxmlPath, std::string(KT500_SHARE_DIR) + "/guiinit/");
+    EXPECT_EQ(tools.DebugLevel, 0);
+    EXPECT_EQ(tools.Language, "1033");
+    EXPECT_TRUE(tools.OnlineConf);
+    EXPECT_TRUE(tools.ConfirmFlag);
+    EXPECT_FALSE(tools.DTMInitialized);
+    EXPECT_EQ(toolbar().item("imgHeaderStatus").picture, "notMonitored");
+    EXPECT_EQ(kt.form().userControl().mousePointer(), 0);
+    for (const int element : {0, 1}) {
+        const form::Control& curves = kt.form().control("comFlowModification", element);
+        ASSERT_EQ(curves.listCount(), 12);
+        EXPECT_EQ(curves.list(0), "");
+        EXPECT_EQ(curves.list(1), "Linear");
+        EXPECT_EQ(curves.list(11), "Custom");
+    }
+    // Every page counts as valid until a read says otherwise.
+    for (std::size_t page = 0; page < clsTools::ValidityPageCount; ++page) {
+        EXPECT_TRUE(kt.m_objTools->ValuesOk(clsTools::SnapshotPages()[page], ""));
+    }
+}
+
+TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
+    RavikKT500& kt = started();
+    const CallLog expected = {"service control",     "service dialogs",
+                              "OpenConnection connect", "GetLanguageIds",
+                              "GetLanguageName 1033", "GetLanguageName 1031"};
+    EXPECT_EQ(*services.log, expected);
+    const clsTools& tools = *kt.m_objTools;
+    EXPECT_EQ(tools.ConnectionID, 7);
+    EXPECT_EQ(tools.DeviceTypeId, "232");
+    EXPECT_EQ(tools.DeviceName, "KT520");
+    EXPECT_EQ(toolbar().item("revision").text, "7");
+    EXPECT_EQ(toolbar().item("deviceType").text, "KT520");
+    EXPECT_TRUE(kt.xmlDataFile.has_value());
+    EXPECT_TRUE(tools.DTMInitialized);
+    EXPECT_TRUE(tools.SmartUIPaint);
+    EXPECT_FALSE(kt.form().control("imgLockedDataset").visible());
+    EXPECT_FALSE(kt.form().control("lblLockedDataset").visible());
+    EXPECT_EQ(kt.form().userControl().mousePointer(), 0);
+    const form::Control& languages = kt.form().control("comSelectLanguage");
+    ASSERT_EQ(languages.listCount(), 2);
+    EXPECT_EQ(languages.list(1), "Deutsch");
+    EXPECT_EQ(languages.itemData(1), 1031);
+    EXPECT_EQ(languages.listIndex(), 0);
+    EXPECT_FALSE(kt.form().control("cmdTranslate").enabled());
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(RavikKT500Lifecycle, StartUpGoesOnAfterFailuresOfTheBL) {
+    services.controlDouble->openSucceeds = false;
+    services.controlDouble->parameterXml = "<notAParameterDocument/>";
+    RavikKT500& kt = started();
+    const std::vector<std::string> expected = {
+        "Error | Can't open the connection!",
+        "IDtmActiveXControl_Init | Can't load parameter xml document!"};
+    EXPECT_EQ(boxes(), expected);
+    EXPECT_FALSE(kt.xmlDataFile.has_value());
+    EXPECT_EQ(kt.m_objTools->DeviceName, "");
+    EXPECT_TRUE(kt.m_objTools->DTMInitialized);
+}
+
+TEST_F(RavikKT500Lifecycle, ConnectionIdentifierThatOverflowsFailsTheStartUp) {
+    services.controlDouble->connectionId = 40000;
+    construct();
+    EXPECT_FALSE(control->IDtmActiveXControl_Init("", "", services));
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(services.dialogsDouble->boxes[0].header, "IDtmActiveXControl_Init");
+    EXPECT_FALSE(control->m_objTools->DTMInitialized);
+    EXPECT_EQ(control->form().userControl().mousePointer(), 0);
+}
+
+TEST_F(RavikKT500Lifecycle, TraceLevelsAreExclusive) {
+    store.put("Debug", "Debug Level", "3");
+    started();
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(services.dialogsDouble->boxes[0].header, "Debug level 3");
+    EXPECT_EQ(services.dialogsDouble->boxes[0].text.rfind("Parameter XML file from BL: <data:dtm", 0),
+              0U);
+
+    for (const char* level : {"2", "4", "6"}) {
+        services.dialogsDouble->boxes.clear();
+        store.put("Debug", "Debug Level", level);
+        started();
+        EXPECT_TRUE(boxes().empty()) << level;
+    }
+}
+
+TEST_F(RavikKT500Lifecycle, LanguageListSelection) {
+    services.languageDouble->ids = {1031, 9999, 1033};
+    services.languageDouble->names[9999] = "Keys";
+    RavikKT500& kt = started();
+    EXPECT_EQ(kt.form().control("comSelectLanguage").listIndex(), 2);
+
+    services.languageDouble->ids = {1031, 9999};  // "1033" is not offered
+    started();
+    EXPECT_EQ(control->form().control("comSelectLanguage").listIndex(), 0);
+    EXPECT_EQ(control->m_objTools->Language, "1033");
+
+    services.languageDouble->ids.clear();
+    started();
+    EXPECT_EQ(control->form().control("comSelectLanguage").listCount(), 0);
+    EXPECT_FALSE(control->form().control("cmdTranslate").enabled());
+}
+
+TEST_F(RavikKT500Lifecycle, LockedDataSetShowsAtStartUpAndFollowsTheEvents) {
+    services.controlDouble->dataSetLocked = true;
+    RavikKT500& kt = started();
+    EXPECT_TRUE(kt.form().control("imgLockedDataset").visible());
+    EXPECT_TRUE(kt.form().control("lblLockedDataset").visible());
+    EXPECT_FALSE(toolbar().item("offlineConf").enabled);
+    EXPECT_TRUE(kt.IQDLGuiEvent_OnUnlockDataSet("", ""));
+    EXPECT_FALSE(kt.form().control("imgLockedDataset").visible());
+    EXPECT_FALSE(toolbar().item("offlineConf").enabled);  // until the next session data
+}
+
+TEST_F(RavikKT500Lifecycle, ReleaseClosesTheConnectionLast) {
+    RavikKT500& kt = started();
+    bool othersReleasedBeforeClose = false;
+    services.controlDouble->onClose = [this, &othersReleasedBeforeClose] {
+        othersReleasedBeforeClose = services.dialogsDouble.use_count() == 1 &&
+                                    services.languageDouble.use_count() == 2;  // and the BL's own
+    };
+    EXPECT_TRUE(kt.IDtmActiveXControl_PrepareToRelease());
+    EXPECT_EQ(services.log->back(), "CloseConnection 7");
+    EXPECT_TRUE(othersReleasedBeforeClose);
+    EXPECT_EQ(services.controlDouble.use_count(), 1);
+    EXPECT_EQ(kt.m_objTools, nullptr);
+    EXPECT_FALSE(kt.xmlDataFile.has_value());
+    EXPECT_FALSE(kt.form().control("tmrIconBlink").enabled());
+    EXPECT_TRUE(kt.IDtmActiveXControl_PrepareToRelease());  // a second release does nothing
+    EXPECT_EQ(std::count(services.log->begin(), services.log->end(), "CloseConnection 7"), 1);
+}
+
+TEST_F(RavikKT500Lifecycle, FailedCloseGoesToTheDebugOutputOnly) {
+    services.controlDouble->closeSucceeds = false;
+    RavikKT500& kt = started();
+    EXPECT_TRUE(kt.IDtmActiveXControl_PrepareToRelease());
+    EXPECT_EQ(output.lines.back(), "Can't close the connection!");
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(services.controlDouble.use_count(), 1);
+}
+
+TEST_F(RavikKT500Lifecycle, TranslateFallsBackToTheFrameLanguage) {
+    RavikKT500& kt = started();
+    EXPECT_EQ(kt.Translate("start"), "[1033:start]");
+    kt.m_objTools->Language = "0";
+    kt.m_objTools->FrameLanguage = "1031";
+    EXPECT_EQ(kt.Translate("start"), "[1031:start]");
+    kt.m_objTools->Language = "abc";
+    EXPECT_EQ(kt.Translate("start"), "[1031:start]");
+    const std::size_t calls = services.log->size();
+    EXPECT_EQ(kt.Translate(""), "");
+    EXPECT_EQ(services.log->size(), calls);
+    kt.m_objTools->FrameLanguage = "";
+    EXPECT_THROW(kt.Translate("start"), std::invalid_argument);
+}
+
+TEST_F(RavikKT500Lifecycle, ResizeKeepsTheFixedExtents) {
+    RavikKT500& kt = construct();
+    form::Control& user = kt.form().userControl();
+    int writes = 0;
+    kt.form().addObserver([&writes, &user](const form::PropertyChange& change) {
+        writes += &change.control == &user ? 1 : 0;
+    });
+    kt.form().raiseResize();
+    EXPECT_EQ(writes, 0);
+    user.setWidth(9000);
+    writes = 0;
+    kt.form().raiseResize();
+    EXPECT_EQ(user.width(), RavikKT500::kWidth);
+    EXPECT_EQ(user.height(), RavikKT500::kHeight);
+    EXPECT_EQ(writes, 1);
+}
+
+TEST_F(RavikKT500Lifecycle, EventsOfMissingSubsystemsFailUnderTheirHandler) {
+    RavikKT500& kt = started();
+    EXPECT_TRUE(kt.IQDLGuiEvent_UpdateSessionData("<sessionData/>"));
+    EXPECT_TRUE(kt.IQDLGuiEvent_CommunicationEvent(""));
+    const std::vector<std::string> expected = {
+        "IQDLGuiEvent_UpdateSessionData | Object doesn't support this property or method: "
+        "LoadSessionData"};
+    EXPECT_EQ(boxes(), expected);
+    EXPECT_TRUE(kt.m_objTools->DTMInitialized);  // the session goes on
+}
+
+}  // namespace
+}  // namespace kt500::host
