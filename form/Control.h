@@ -163,6 +163,8 @@ private:
     void require(PropertyId id) const;
     void changed(PropertyId id, std::string_view key = {}, int item = -1);
     void raiseImplicit(EventKind kind);
+    // Another option of the group was chosen: off, with no Click.
+    void clearOption();
     ChangeSink modelSink(PropertyId id);
 
     ControlKind m_kind;

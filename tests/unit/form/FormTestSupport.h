@@ -1,0 +1,53 @@
+// Shared helpers of the form tests: the loader on the shipped schema, and
+// a recorder of events and property changes.
+#pragma once
+
+#include "form/Form.h"
+#include "form/FormLoader.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace kt500::form::test {
+
+inline std::filesystem::path shareDir() { return KT500_SHARE_DIR; }
+inline std::filesystem::path dataDir() { return std::filesystem::path(KT500_TEST_DATA_DIR) / "form"; }
+inline std::filesystem::path schemaFile() {
+    return shareDir() / "schemas" / std::string(FormLoader::kSchemaFileName);
+}
+
+// Every event as "Click txtX(2)", "NodeClick treeNavigation key", ...
+struct EventLog {
+    std::vector<std::string> lines;
+    void attach(Form& form) {
+        form.setEventSink([this](FormEvent& e) {
+            std::string line = std::string(eventName(e.kind)) + " " + e.control->displayName();
+            if (!e.key.empty()) {
+                line += " " + e.key;
+            }
+            if (e.item >= 0) {
+                line += " " + std::to_string(e.item);
+            }
+            lines.push_back(line);
+        });
+    }
+};
+
+// Every property change as "txtX(2).Text".
+struct ChangeLog {
+    std::vector<std::string> lines;
+    void attach(Form& form) {
+        form.addObserver([this](const PropertyChange& c) {
+            std::string line = c.control.displayName() + "." + std::string(propertyName(c.property));
+            if (!c.key.empty()) {
+                line += "[" + std::string(c.key) + "]";
+            } else if (c.item >= 0) {
+                line += "[" + std::to_string(c.item) + "]";
+            }
+            lines.push_back(line);
+        });
+    }
+};
+
+}  // namespace kt500::form::test
