@@ -17,6 +17,18 @@ void printBoxes(simulator::HeadlessDialogs& dialogs, std::ostream& out) {
     }
 }
 
+// The session data the BL hands over at the connection, on one line.
+std::string sessionDataOf(simulator::BuiltInBL& bl) {
+    const simulator::DeviceModel& model = bl.simulatedControl().model();
+    std::string text = simulator::BuildSessionData(bl.simulatedControl().options(),
+                                                   model.deviceType, model.revision);
+    if (const auto declarationEnd = text.find("?>"); declarationEnd != std::string::npos) {
+        text.erase(0, declarationEnd + 2);
+    }
+    std::erase(text, '\n');
+    return text;
+}
+
 }  // namespace
 
 int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions& options,
@@ -60,7 +72,8 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
         out << ' ' << languages.list(i) << " (" << languages.itemData(i) << ')'
             << (i == languages.listIndex() ? "*" : "") << (i + 1 < languages.listCount() ? "," : "");
     }
-    out << "\n  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
+    out << "\n  session data from the BL (read by the control once it handles session data):\n    "
+        << sessionDataOf(bl) << "\n  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
         << "\n  DTMInitialized = " << (tools.DTMInitialized ? "True" : "False") << '\n';
     printBoxes(*bl.headlessDialogs(), out);
 

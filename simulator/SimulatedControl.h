@@ -45,6 +45,7 @@ public:
     void SetCalibrationMode(bool blOn, bool& blSuccess) override;
 
     [[nodiscard]] const DeviceModel& model() const noexcept { return m_model; }
+    [[nodiscard]] const SessionOptions& options() const noexcept { return m_options; }
     [[nodiscard]] bool connected() const noexcept { return m_sink != nullptr; }
     [[nodiscard]] std::int32_t guiLanguage() const noexcept { return m_guiLanguage; }
     // The parameter document the BL holds (the live node lives in it).
