@@ -17,6 +17,13 @@ inline std::filesystem::path schemaFile() {
     return shareDir() / "schemas" / std::string(FormLoader::kSchemaFileName);
 }
 
+inline ToolbarItem toolbarItem(std::string key, int band = 0) {
+    ToolbarItem item;
+    item.key = std::move(key);
+    item.band = band;
+    return item;
+}
+
 // Every event as "Click txtX(2)", "NodeClick treeNavigation key", ...
 struct EventLog {
     std::vector<std::string> lines;

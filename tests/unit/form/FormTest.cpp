@@ -1,0 +1,277 @@
+// Form order, lookup by name and index, control arrays, containers, events,
+// change notification and timers.
+#include "FormTestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace kt500::form::test {
+namespace {
+
+TEST(Form, KeepsFormOrderAndFindsByNameAndIndex) {
+    Form form;
+    Control& page = form.add(ControlKind::Frame, "fraKT520", 7);
+    Control& first = form.add(ControlKind::TextBox, "txtHAOperationUnit", 2, &page);
+    Control& second = form.add(ControlKind::TextBox, "txtHAOperationUnit", 0, &page);
+    Control& plain = form.add(ControlKind::Label, "lblNote");
+
+    EXPECT_EQ(form.controls(), (std::vector<Control*>{&page, &first, &second, &plain}));
+    EXPECT_EQ(&form.control("txtHAOperationUnit", 2), &first);
+    EXPECT_EQ(&form.control("lblNote"), &plain);
+    EXPECT_EQ(form.find("txtHAOperationUnit", 1), nullptr);
+    EXPECT_EQ(form.find("nothing"), nullptr);
+
+    // Messages name what was asked for.
+    try {
+        (void)form.control("txtHAOperationUnit", 5);
+        FAIL();
+    } catch (const std::out_of_range& e) {
+        EXPECT_NE(std::string(e.what()).find("txtHAOperationUnit(5)"), std::string::npos);
+    }
+    EXPECT_THROW((void)form.control("txtHAOperationUnit"), std::out_of_range);
+    EXPECT_THROW((void)form.control("lblNote", 0), std::out_of_range);
+}
+
+TEST(Form, ControlArraysListTheirElements) {
+    Form form;
+    for (int i : {4, 0, 2}) {
+        form.add(ControlKind::CommandButton, "cmdSend", i);
+    }
+    const ControlArray& array = form.array("cmdSend");
+    EXPECT_TRUE(array.isArray());
+    EXPECT_EQ(array.count(), 3U);
+    EXPECT_EQ(array.indices(), (std::vector<int>{0, 2, 4}));
+    EXPECT_EQ(array[4].index(), 4);
+    EXPECT_THROW((void)array[3], std::out_of_range);
+    EXPECT_FALSE(form.add(ControlKind::Label, "lblOne").index() >= 0);
+    EXPECT_FALSE(form.array("lblOne").isArray());
+}
+
+TEST(Form, RefusesDuplicatesAndMixedArrays) {
+    Form form;
+    form.add(ControlKind::CommandButton, "cmdSend", 8);
+    form.add(ControlKind::Label, "lblOne");
+    EXPECT_THROW(form.add(ControlKind::CommandButton, "cmdSend", 8), std::invalid_argument);
+    EXPECT_THROW(form.add(ControlKind::CommandButton, "cmdSend"), std::invalid_argument);
+    EXPECT_THROW(form.add(ControlKind::Label, "lblOne", 0), std::invalid_argument);
+    EXPECT_THROW(form.add(ControlKind::Label, "lblOne"), std::invalid_argument);
+    EXPECT_EQ(form.controls().size(), 2U);
+}
+
+TEST(Form, ContainersAreWalkedInFormOrder) {
+    Form form;
+    Control& page = form.add(ControlKind::Frame, "fraCommon", 0);
+    Control& group = form.add(ControlKind::Frame, "fraSettingsLanguage", -1, &page);
+    Control& list = form.add(ControlKind::ComboBox, "comSelectLanguage", -1, &group);
+    Control& button = form.add(ControlKind::CommandButton, "cmdTranslate", -1, &group);
+    Control& other = form.add(ControlKind::Frame, "fraCommon", 1);
+
+    EXPECT_EQ(form.children(&group), (std::vector<Control*>{&list, &button}));
+    EXPECT_EQ(form.children(nullptr), (std::vector<Control*>{&page, &other}));
+    EXPECT_TRUE(Form::isInside(list, page));
+    EXPECT_TRUE(Form::isInside(list, group));
+    EXPECT_FALSE(Form::isInside(list, other));
+    EXPECT_FALSE(Form::isInside(page, page));
+
+    // A chart created at run time joins the end of the form order.
+    Control& chart = form.add(ControlKind::Chart, "pegoTravelDeviation", -1, &other);
+    EXPECT_EQ(form.controls().back(), &chart);
+    EXPECT_TRUE(Form::isInside(chart, other));
+
+    form.setContainer(list, &other);
+    EXPECT_TRUE(Form::isInside(list, other));
+    EXPECT_THROW(form.setContainer(page, &group), std::invalid_argument);
+    EXPECT_THROW(form.remove(other), std::invalid_argument);
+    form.remove(chart);
+    EXPECT_EQ(form.find("pegoTravelDeviation"), nullptr);
+}
+
+TEST(Form, UserControlHasFixedExtents) {
+    Form form;
+    Control& user = form.userControl();
+    EXPECT_EQ(user.width(), 11430);
+    EXPECT_EQ(user.height(), 8085);
+    user.setMousePointer(11);
+    EXPECT_EQ(user.get("MousePointer"), "11");
+    EXPECT_THROW(user.setText("x"), std::invalid_argument);
+}
+
+TEST(Form, NotifiesOnlyRealChanges) {
+    Form form;
+    ChangeLog changes;
+    changes.attach(form);
+    Control& text = form.add(ControlKind::TextBox, "txtHAOperationUnit", 0);
+    text.setText("12");
+    text.setText("12");
+    text.setForeColor(0xff0000);
+    text.setForeColor(0xff0000);
+    text.set("Visible", "True");  // already visible
+    text.set("Visible", "False");
+    EXPECT_EQ(changes.lines, (std::vector<std::string>{"txtHAOperationUnit(0).Text",
+                                                       "txtHAOperationUnit(0).ForeColor",
+                                                       "txtHAOperationUnit(0).Visible"}));
+}
+
+TEST(Form, ModelChangesNameTheirItem) {
+    Form form;
+    ChangeLog changes;
+    Control& toolbar = form.add(ControlKind::Toolbar, "smuiDTM", 1);
+    toolbar.toolbar().addBand("main");
+    toolbar.toolbar().addItem(toolbarItem("send"));
+    Control& tree = form.add(ControlKind::TreeView, "treeNavigation");
+    tree.tree().add("", "operationUnit", "Operation unit", "notRead");
+    changes.attach(form);
+
+    toolbar.toolbar().setEnabled("send", false);
+    toolbar.toolbar().setEnabled("send", false);
+    tree.tree().setImage("operationUnit", "changed");
+    tree.tree().setImage("operationUnit", "changed");
+    EXPECT_EQ(changes.lines, (std::vector<std::string>{"smuiDTM(1).Buttons[send]",
+                                                       "treeNavigation.Nodes[operationUnit]"}));
+}
+
+TEST(Form, DeliversEventsToTheSink) {
+    Form form;
+    EventLog events;
+    Control& text = form.add(ControlKind::TextBox, "txtHAOperationUnit", 3);
+    Control& rows = form.add(ControlKind::ListView, "lsvConfirmation");
+    rows.listView().add("hartTag");
+    Control& tree = form.add(ControlKind::TreeView, "treeNavigation");
+    tree.tree().add("", "status", "Status");
+    Control& toolbar = form.add(ControlKind::Toolbar, "smuiDTM", 1);
+    toolbar.toolbar().addBand("main");
+    toolbar.toolbar().addItem(toolbarItem("send"));
+
+    form.raiseClick(text);  // no sink yet: dropped
+    events.attach(form);
+    form.raiseGotFocus(text);
+    form.raiseChange(text);
+    form.raiseLostFocus(text);
+    form.raiseItemCheck(rows, 1, true);
+    form.raiseNodeClick(tree, "status");
+    form.raiseToolbarClick(toolbar, "send");
+    form.raiseResize();
+    EXPECT_EQ(events.lines,
+              (std::vector<std::string>{"GotFocus txtHAOperationUnit(3)",
+                                        "Change txtHAOperationUnit(3)",
+                                        "LostFocus txtHAOperationUnit(3)", "ItemCheck lsvConfirmation 1",
+                                        "NodeClick treeNavigation status",
+                                        "ToolbarClick smuiDTM(1) send", "Resize UserControl"}));
+    EXPECT_TRUE(rows.listView().row(1).checked);
+    EXPECT_THROW(form.raiseNodeClick(tree, "nowhere"), std::out_of_range);
+    EXPECT_THROW(form.raiseToolbarClick(toolbar, "nothing"), std::out_of_range);
+}
+
+TEST(Form, KeyPressHandlerCanSwallowTheKey) {
+    Form form;
+    Control& text = form.add(ControlKind::TextBox, "txtHAOperationUnit", 0);
+    form.setEventSink([](FormEvent& e) {
+        if (e.kind == EventKind::KeyPress && (e.keyAscii < '0' || e.keyAscii > '9')) {
+            e.keyAscii = 0;
+        }
+    });
+    EXPECT_EQ(form.raiseKeyPress(text, '7'), '7');
+    EXPECT_EQ(form.raiseKeyPress(text, 'x'), 0);
+}
+
+TEST(Form, WritesRaiseThePlatformsImplicitEvents) {
+    Form form;
+    EventLog events;
+    events.attach(form);
+    Control& frame = form.add(ControlKind::Frame, "fraKT520", 17);
+    Control& text = form.add(ControlKind::TextBox, "txtHATestSettings", 0, &frame);
+    Control& list = form.add(ControlKind::ComboBox, "comHATestSettings", 0, &frame);
+    Control& check = form.add(ControlKind::CheckBox, "chkHAMonitoring", 0, &frame);
+    Control& optA = form.add(ControlKind::OptionButton, "optHAMonitoring", 0, &frame);
+    Control& optB = form.add(ControlKind::OptionButton, "optHAMonitoring", 1, &frame);
+    Control& elsewhere = form.add(ControlKind::OptionButton, "optOther");
+    list.addItem("a");
+    list.addItem("b");
+    elsewhere.setValue(1);
+    events.lines.clear();
+
+    text.setText("5");
+    text.setText("5");
+    list.setListIndex(1);
+    list.setListIndex(1);
+    check.setValue(1);
+    check.setValue(1);
+    optA.setValue(1);
+    optB.set("Value", "True");
+    EXPECT_EQ(events.lines,
+              (std::vector<std::string>{"Change txtHATestSettings(0)", "Click comHATestSettings(0)",
+                                        "Click chkHAMonitoring(0)", "Click optHAMonitoring(0)",
+                                        "Click optHAMonitoring(1)"}));
+    // One option per container: B cleared A, the option outside stays.
+    EXPECT_EQ(optA.get("Value"), "False");
+    EXPECT_EQ(optB.get("Value"), "True");
+    EXPECT_EQ(elsewhere.get("Value"), "True");
+}
+
+TEST(Form, HandlersMayRaiseFurtherEventsAndReplaceTheSink) {
+    Form form;
+    Control& a = form.add(ControlKind::CommandButton, "cmdA");
+    Control& b = form.add(ControlKind::CommandButton, "cmdB");
+    std::vector<std::string> seen;
+    form.setEventSink([&](FormEvent& e) {
+        seen.push_back(e.control->name());
+        if (e.control == &a) {
+            form.raiseClick(b);
+            form.setEventSink({});
+        }
+    });
+    form.raiseClick(a);
+    form.raiseClick(a);
+    EXPECT_EQ(seen, (std::vector<std::string>{"cmdA", "cmdB"}));
+}
+
+TEST(Form, TimersTickOnTheTimeGiven) {
+    Form form;
+    EventLog events;
+    events.attach(form);
+    Control& blink = form.add(ControlKind::Timer, "tmrIconBlink");
+    Control& slow = form.add(ControlKind::Timer, "tmrSlow");
+    blink.setInterval(500);
+    slow.setInterval(1200);
+    EXPECT_EQ(form.nextTimerTick(), std::nullopt);  // timers start disabled
+    blink.setEnabled(true);
+    slow.setEnabled(true);
+    EXPECT_EQ(form.nextTimerTick(), 500);
+
+    form.advanceTimers(1250);
+    EXPECT_EQ(events.lines, (std::vector<std::string>{"Timer tmrIconBlink", "Timer tmrIconBlink",
+                                                      "Timer tmrSlow"}));
+    EXPECT_EQ(form.nextTimerTick(), 250);
+
+    // Disabling stops it; enabling again counts a whole interval.
+    events.lines.clear();
+    blink.setEnabled(false);
+    form.advanceTimers(300);
+    blink.setEnabled(true);
+    form.advanceTimers(499);
+    EXPECT_TRUE(events.lines.empty());
+    form.advanceTimers(1);
+    EXPECT_EQ(events.lines, (std::vector<std::string>{"Timer tmrIconBlink"}));
+}
+
+TEST(Form, ATimerHandlerMayStopAnotherTimer) {
+    Form form;
+    Control& first = form.add(ControlKind::Timer, "tmrFirst");
+    Control& second = form.add(ControlKind::Timer, "tmrSecond");
+    for (Control* t : {&first, &second}) {
+        t->setInterval(100);
+        t->setEnabled(true);
+    }
+    int secondTicks = 0;
+    form.setEventSink([&](FormEvent& e) {
+        if (e.control == &first) {
+            second.setEnabled(false);
+        } else {
+            ++secondTicks;
+        }
+    });
+    form.advanceTimers(100);
+    EXPECT_EQ(secondTicks, 0);
+}
+
+}  // namespace
+}  // namespace kt500::form::test
