@@ -299,7 +299,8 @@ private:
                  unitRef ? parseRef(*unitRef) : std::pair{"lbl" + baseName(name) + "Unit", index},
                  g.unit, *unit, {});
         }
-        int markIndex = index >= 0 ? index : position;
+        // The marks of a page form one array, numbered by row.
+        int markIndex = position;
         if (const auto explicitIndex = measure(row, "markIndex")) {
             markIndex = *explicitIndex;
         }

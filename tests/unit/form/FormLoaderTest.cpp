@@ -1,0 +1,171 @@
+// Loading form files: the row layout, containers across files, and input
+// that must fail with the file and line, adding nothing to the form.
+#include "FormTestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace kt500::form::test {
+namespace {
+
+class FormLoaderTest : public ::testing::Test {
+protected:
+    // The error of loading a test file, which must fail.
+    FormLoadError failure(const std::string& file) {
+        try {
+            loader.load(form, dataDir() / file);
+        } catch (const FormLoadError& e) {
+            return e;
+        }
+        ADD_FAILURE() << file << " loaded";
+        return FormLoadError(file, 0, "loaded");
+    }
+
+    FormLoader loader{schemaFile()};
+    Form form;
+};
+
+TEST_F(FormLoaderTest, RowPageGetsLabelsFieldsUnitsAndMarks) {
+    loader.load(form, dataDir() / "row_page.xml");
+    std::vector<std::string> order;
+    for (const Control* c : form.controls()) {
+        order.push_back(c->displayName());
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{
+                         "fraKT520(7)", "lblHAOperationUnit(0)", "txtHAOperationUnit(0)",
+                         "imgHAOperationUnit(0)", "lblHAOperationUnitTitle(1)",
+                         "comHAOperationUnit(0)", "imgHAOperationUnit(1)", "lblHAOperationUnit(1)",
+                         "txtHAOperationUnit(1)", "lblHAOperationUnitUnit(1)",
+                         "imgHAOperationUnit(2)", "cmdReload(0)", "lblHANote"}));
+
+    const Control& page = form.control("fraKT520", 7);
+    const Control& field = form.control("txtHAOperationUnit", 1);
+    const Control& mark = form.control("imgHAOperationUnit", 2);
+    EXPECT_EQ(field.container(), &page);
+    EXPECT_EQ(field.tag(), "splitRangeLow");
+    EXPECT_EQ(mark.tag(), "splitRangeLow");  // the mark shares its field's tag
+    EXPECT_FALSE(mark.visible());
+    EXPECT_EQ(form.control("lblHAOperationUnit", 0).captionKey(), "hartTag");
+    EXPECT_EQ(form.control("lblHAOperationUnit", 0).caption(), "");
+    EXPECT_EQ(form.control("txtHAOperationUnit", 0).top(), 480);
+    EXPECT_EQ(field.left(), form.control("comHAOperationUnit", 0).left());
+    EXPECT_GT(mark.left(), field.left() + field.width());
+
+    const Control& list = form.control("comHAOperationUnit", 0);
+    EXPECT_EQ(list.listCount(), 2);
+    EXPECT_EQ(list.itemData(0), 7);
+    EXPECT_EQ(form.control("lblHANote").container(), &page);
+    EXPECT_FALSE(page.visible());
+}
+
+TEST_F(FormLoaderTest, ContainersMayLieInAFileLoadedBefore) {
+    loader.load(form, dataDir() / "row_page.xml");
+    loader.loadBytes(form,
+                     R"x(<form xmlns="x-schema:KT500FormSchema.xml">
+                          <control kind="chk" name="chkHAOperationUnit" index="0"
+                                   container="fraKT520(7)" value="1"/>
+                        </form>)x",
+                     "later.xml");
+    EXPECT_TRUE(Form::isInside(form.control("chkHAOperationUnit", 0), form.control("fraKT520", 7)));
+    EXPECT_EQ(form.control("chkHAOperationUnit", 0).value(), 1.0);
+}
+
+TEST_F(FormLoaderTest, BadFilesFailWithFileAndLine) {
+    const struct {
+        const char* file;
+        long line;
+        const char* words;
+    } cases[] = {
+        {"not_xml.xml", 1, ""},
+        {"invalid_schema.xml", 4, "name"},
+        {"duplicate_control.xml", 5, "txtHAOperationUnit(0)"},
+        {"unknown_container.xml", 3, "fraNowhere(3)"},
+        {"unknown_kind.xml", 4, "slider"},
+        {"rows_overflow.xml", 4, "high"},
+        {"doctype.xml", 0, ""},
+    };
+    for (const auto& c : cases) {
+        const FormLoadError e = failure(c.file);
+        EXPECT_NE(e.file().find(c.file), std::string::npos) << e.what();
+        if (c.line > 0) {
+            EXPECT_EQ(e.line(), c.line) << e.what();
+        }
+        EXPECT_NE(std::string(e.what()).find(c.words), std::string::npos) << e.what();
+        EXPECT_TRUE(form.controls().empty()) << c.file << " left controls behind";
+    }
+    EXPECT_EQ(failure("no_such_file.xml").line(), 0);
+}
+
+TEST_F(FormLoaderTest, AFileThatFailsLateAddsNothing) {
+    loader.load(form, dataDir() / "row_page.xml");
+    const std::size_t before = form.controls().size();
+    // The second control is declared in the form already.
+    EXPECT_THROW(loader.loadBytes(form,
+                                  R"x(<form xmlns="x-schema:KT500FormSchema.xml">
+                                       <control kind="lbl" name="lblFresh"/>
+                                       <control kind="cmd" name="cmdReload" index="0"/>
+                                     </form>)x",
+                                  "clash.xml"),
+                 FormLoadError);
+    // A property the kind lacks fails while the controls are being built.
+    EXPECT_THROW(loader.loadBytes(form,
+                                  R"x(<form xmlns="x-schema:KT500FormSchema.xml">
+                                       <control kind="lbl" name="lblFresh"/>
+                                       <control kind="tmr" name="tmrFresh" caption="x"/>
+                                     </form>)x",
+                                  "lacking.xml"),
+                 FormLoadError);
+    EXPECT_EQ(form.controls().size(), before);
+    EXPECT_EQ(form.find("lblFresh"), nullptr);
+}
+
+TEST_F(FormLoaderTest, ChildrenMustFitTheirControl) {
+    const char* bad[] = {
+        // entries belong to list boxes
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml"><control kind="txt" name="txtA"><entry text="x"/></control></form>)x",
+        // only frames and menus contain controls
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml"><control kind="cmd" name="cmdA"><control kind="lbl" name="lblB"/></control></form>)x",
+        // rows need a frame with its extents
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml"><control kind="fra" name="fraA"><rows mark="imgA"><row captionKey="k" kind="txt" name="txtA"/></rows></control></form>)x",
+        // the mark carries the family's image prefix
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml" family="KT540"><control kind="fra" name="fraA" width="8415" height="2000"><rows mark="imgHAx"><row captionKey="k" kind="txt" name="txtA"/></rows></control></form>)x",
+        // a row's field is a value control
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml"><control kind="fra" name="fraA" width="8415" height="2000"><rows mark="imgA"><row captionKey="k" kind="tree" name="treeA"/></rows></control></form>)x",
+        // a name is an array or a plain control, not both
+        R"x(<form xmlns="x-schema:KT500FormSchema.xml"><control kind="lbl" name="lblA"/><control kind="lbl" name="lblA" index="0"/></form>)x",
+        // the root is a form in the form namespace
+        R"x(<other xmlns="x-schema:KT500FormSchema.xml"/>)x",
+    };
+    for (const char* bytes : bad) {
+        EXPECT_THROW(loader.loadBytes(form, bytes, "inline.xml"), FormLoadError) << bytes;
+    }
+    EXPECT_TRUE(form.controls().empty());
+}
+
+TEST_F(FormLoaderTest, ModelsAndPropertiesComeFromTheFile) {
+    loader.loadBytes(form, R"x(<form xmlns="x-schema:KT500FormSchema.xml">
+      <control kind="tree" name="TreeView3">
+        <node key="device" text="Device" expanded="1"/>
+        <node key="alarms" parent="device" image="notRead"/>
+      </control>
+      <control kind="lsv" name="lsvEventLog" checkBoxes="0">
+        <column captionKey="time" width="2000"/>
+      </control>
+      <control kind="chart" name="pesgoPL500" chartClass="pesgo" subsets="4" points="50"/>
+      <control kind="progress" name="ProgressBar1" min="0" max="40" value="30"/>
+      <control kind="txt" name="txtA" foreColor="0xff0000">
+        <property name="MousePointer" value="11"/>
+      </control>
+    </form>)x",
+                     "models.xml");
+    EXPECT_TRUE(form.control("TreeView3").tree().node("device").expanded);
+    EXPECT_EQ(form.control("TreeView3").tree().node("alarms").parentKey, "device");
+    EXPECT_EQ(form.control("lsvEventLog").listView().columns().at(0).width, 2000);
+    EXPECT_TRUE(form.control("pesgoPL500").chart().scientific());
+    EXPECT_EQ(form.control("pesgoPL500").chart().points(), 50);
+    EXPECT_EQ(form.control("ProgressBar1").value(), 30.0);
+    EXPECT_EQ(form.control("txtA").foreColor(), 0xff0000U);
+    EXPECT_EQ(form.control("txtA").mousePointer(), 11);
+}
+
+}  // namespace
+}  // namespace kt500::form::test
