@@ -70,16 +70,18 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
     out << "  languages:";
     for (int i = 0; i < languages.listCount(); ++i) {
         out << ' ' << languages.list(i) << " (" << languages.itemData(i) << ')'
-            << (i == languages.listIndex() ? "*" : "") << (i + 1 < languages.listCount() ? "," : "");
+            << (i == languages.listIndex() ? "*" : "")
+            << (i + 1 < languages.listCount() ? "," : "");
     }
     out << "\n  session data from the BL (read by the control once it handles session data):\n    "
-        << sessionDataOf(bl) << "\n  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
+        << sessionDataOf(bl)
+        << "\n  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
         << "\n  DTMInitialized = " << (tools.DTMInitialized ? "True" : "False") << '\n';
     printBoxes(*bl.headlessDialogs(), out);
 
     control.IDtmActiveXControl_PrepareToRelease();
-    out << "released: connection "
-        << (bl.simulatedControl().connected() ? "still open" : "closed") << '\n';
+    out << "released: connection " << (bl.simulatedControl().connected() ? "still open" : "closed")
+        << '\n';
     printBoxes(*bl.headlessDialogs(), out);
     return started ? 0 : 1;
 }

@@ -11,7 +11,7 @@
 namespace kt500::app {
 
 struct InstallLayout {
-    QString prefix;                 // the folder above the program's own
+    QString prefix;                  // the folder above the program's own
     std::filesystem::path shareDir;  // schemas, forms, GUIInit files, texts
 
     // From the program's folder; builtShareDir is the source tree's share/.

@@ -21,9 +21,8 @@ public:
     long openKey(RegistryRoot root, const std::string& strKeyPath) override;
     long queryValue(RegistryRoot root, const std::string& strKeyPath,
                     const std::string& strValueName, std::string& strValue) override;
-    long setValue(RegistryRoot root, const std::string& strKeyPath,
-                  const std::string& strValueName, int intType,
-                  const std::string& strValue) override;
+    long setValue(RegistryRoot root, const std::string& strKeyPath, const std::string& strValueName,
+                  int intType, const std::string& strValue) override;
 
     // The files beside an installation: <prefix>/etc/kt500-dtm/machine.conf
     // and the user's configuration folder.

@@ -87,8 +87,8 @@ std::string RavikKT500::Translate(const std::string& strKey) {
     return text;
 }
 
-void RavikKT500::ShowMsg(const std::string& strHeader, const std::string& strMsg,
-                         int /*dlgType*/, int /*buttonType*/, int /*Button*/) {
+void RavikKT500::ShowMsg(const std::string& strHeader, const std::string& strMsg, int /*dlgType*/,
+                         int /*buttonType*/, int /*Button*/) {
     if (!m_pDialogs) {
         throw std::runtime_error("ShowMsg: the message service is not connected");
     }
@@ -142,8 +142,7 @@ bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& /*strSessionD
 bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
     if (!strReply.empty()) {
         // The reply routing (ItemListFromReply) is not part of the control yet.
-        Guard("IQDLGuiEvent_CommunicationEvent",
-              [] { throw MemberMissing("ItemListFromReply"); });
+        Guard("IQDLGuiEvent_CommunicationEvent", [] { throw MemberMissing("ItemListFromReply"); });
     }
     return true;
 }

@@ -16,8 +16,8 @@ constexpr const char* kTypeInfoNamespace = "x-schema:QDLDeviceTypeInfoSchema.xml
 
 // The curve list of the flow characteristic pages, in list order.
 constexpr const char* kFlowCurveNames[] = {
-    "",     "Linear", "1/25",    "Quick 1/25", "1/33",    "Quick 1/33",
-    "1/50", "Quick 1/50", "Dovra L1", "Dovra R", "Dovra M", "Custom",
+    "",     "Linear",     "1/25",     "Quick 1/25", "1/33",    "Quick 1/33",
+    "1/50", "Quick 1/50", "Dovra L1", "Dovra R",    "Dovra M", "Custom",
 };
 
 std::string joined(const std::string& strFolder, const std::string& strFile) {
@@ -98,8 +98,8 @@ void RavikKT500::UserControl_Initialize() {
 void RavikKT500::ReadRegistrySettings() {
     modRegistry registry(m_platform.settings, m_platform.debugOutput);
     const PathDefaults& defaults = m_platform.defaults;
-    m_objTools->GUIxmlPath =
-        registry.ReadSetting(modRegistry::FilePathsKey, "Xml Datafile Path", defaults.XmlDatafilePath);
+    m_objTools->GUIxmlPath = registry.ReadSetting(modRegistry::FilePathsKey, "Xml Datafile Path",
+                                                  defaults.XmlDatafilePath);
     m_objTools->GUIxmlSchemaPath =
         registry.ReadSetting(modRegistry::FilePathsKey, "Xml Schema Path", defaults.XmlSchemaPath);
     m_objTools->InstallPath =

@@ -105,8 +105,7 @@ bool ToBoolean(std::string_view strValue) {
     if (error == std::errc() && end == text.data() + text.size() && !text.empty()) {
         return number != 0.0;
     }
-    throw std::invalid_argument("Type mismatch: '" + std::string(strValue) +
-                                "' is not a Boolean");
+    throw std::invalid_argument("Type mismatch: '" + std::string(strValue) + "' is not a Boolean");
 }
 
 clsTools::clsTools() = default;
@@ -116,7 +115,9 @@ const std::array<std::string_view, clsTools::PageCount>& clsTools::SnapshotPages
     return kSnapshotPages;
 }
 
-const std::array<std::string_view, 5>& clsTools::SignActions() { return kSignActions; }
+const std::array<std::string_view, 5>& clsTools::SignActions() {
+    return kSignActions;
+}
 
 void clsTools::setDeviceParameterXml(std::string_view strDeviceKey) {
     for (const auto& entry : kGuiInitFiles) {

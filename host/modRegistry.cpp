@@ -45,8 +45,8 @@ std::optional<std::int16_t> debugLevelOf(const std::string& strValue) {
 
 PathDefaults PathDefaults::Windows() {
     return {"C:\\Program Files\\Dovra\\DovraDTM\\Documents\\",
-            "C:\\Program Files\\Dovra\\DovraDTM\\Documents\\", "C:\\Program Files\\Dovra\\DovraDTM\\",
-            "C:\\Dtm\\"};
+            "C:\\Program Files\\Dovra\\DovraDTM\\Documents\\",
+            "C:\\Program Files\\Dovra\\DovraDTM\\", "C:\\Dtm\\"};
 }
 
 PathDefaults PathDefaults::UnderShare(const std::string& strShareDir,
@@ -94,19 +94,18 @@ bool modRegistry::GetAppRegValue(const std::string& strValueName, int /*intType*
 
 bool modRegistry::CreateRegEntry(int intType, const std::string& strValueName,
                                  const std::string& strValue, bool blUserRoot) {
-    const long written = m_store.setValue(rootOf(blUserRoot), m_strKeyPath, strValueName, intType,
-                                          strValue);
+    const long written =
+        m_store.setValue(rootOf(blUserRoot), m_strKeyPath, strValueName, intType, strValue);
     if (written != RegSuccess) {
-        m_debugOutput.write("CreateRegEntry - Error Creating Registry Key Entry: Key=" +
-                            m_strKeyPath + strValueName + " DLL Returned=" +
-                            std::to_string(written));
+        m_debugOutput.write(
+            "CreateRegEntry - Error Creating Registry Key Entry: Key=" + m_strKeyPath +
+            strValueName + " DLL Returned=" + std::to_string(written));
         return false;
     }
     return true;
 }
 
-std::string modRegistry::ReadSetting(const std::string& strSubKey,
-                                     const std::string& strValueName,
+std::string modRegistry::ReadSetting(const std::string& strSubKey, const std::string& strValueName,
                                      const std::string& strDefault) {
     m_strKeyPath = std::string(KeyRoot) + strSubKey;
     std::string value;

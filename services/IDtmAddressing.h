@@ -17,8 +17,7 @@ public:
     // Called with 0, 0, 0, the new address, 0, 0.
     virtual void SetHartAddress(std::uint8_t bytFirst, std::uint8_t bytSecond,
                                 std::uint8_t bytThird, std::uint8_t bytAddress,
-                                std::uint8_t bytFifth, std::uint8_t bytSixth,
-                                bool& blSuccess) = 0;
+                                std::uint8_t bytFifth, std::uint8_t bytSixth, bool& blSuccess) = 0;
     virtual void GetPAAddress(std::int32_t& lngAddress, std::int32_t& lngSecond,
                               bool& blSuccess) = 0;
     virtual void SetPAAddress(std::uint8_t bytAddress, std::int32_t lngReserved,

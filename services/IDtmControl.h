@@ -22,9 +22,8 @@ public:
     // node stays owned by the BL and lives until CloseConnection.
     virtual void OpenConnection(IQDLGuiEvent& sink, const std::string& connectionParameter,
                                 std::int32_t& lngConnectionId, std::string& strSessionData,
-                                xml::Node& parameterNode,
-                                std::shared_ptr<IDtmLanguage>& language, bool& blDataSetLocked,
-                                bool& blSuccess) = 0;
+                                xml::Node& parameterNode, std::shared_ptr<IDtmLanguage>& language,
+                                bool& blDataSetLocked, bool& blSuccess) = 0;
     virtual void CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) = 0;
     // Returns at once; the replies come as communication events.
     virtual void PostRequest(std::int32_t lngConnectionId, const std::string& strRequest,

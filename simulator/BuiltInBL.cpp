@@ -4,8 +4,8 @@ namespace kt500::simulator {
 
 BuiltInBL::BuiltInBL(SessionOptions options, const std::filesystem::path& shareDir,
                      std::shared_ptr<services::IDtmDialogs> dialogs)
-    : m_language(std::make_shared<SimulatedLanguage>(
-          SimulatedLanguage::fromFolder(shareDir / "texts"))),
+    : m_language(
+          std::make_shared<SimulatedLanguage>(SimulatedLanguage::fromFolder(shareDir / "texts"))),
       m_control(std::make_shared<SimulatedControl>(std::move(options), shareDir, m_language)) {
     if (dialogs) {
         m_dialogs = std::move(dialogs);

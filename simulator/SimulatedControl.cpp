@@ -13,7 +13,8 @@ constexpr const char* kTypeInfoNamespace = "x-schema:QDLDeviceTypeInfoSchema.xml
 
 SimulatedControl::SimulatedControl(SessionOptions options, std::filesystem::path shareDir,
                                    std::shared_ptr<services::IDtmLanguage> language)
-    : m_options(std::move(options)), m_shareDir(std::move(shareDir)),
+    : m_options(std::move(options)),
+      m_shareDir(std::move(shareDir)),
       m_language(std::move(language)) {
     const DeviceModel* model = DeviceCatalogue::find(m_options.deviceKey);
     if (model == nullptr) {
@@ -98,8 +99,7 @@ void SimulatedControl::CancelRequests(std::int32_t lngConnectionId, bool& /*blSu
 }
 
 void SimulatedControl::StartMonitoringRequests(std::int32_t lngConnectionId,
-                                               std::int32_t /*lngReserved*/,
-                                               bool& /*blSuccess*/) {
+                                               std::int32_t /*lngReserved*/, bool& /*blSuccess*/) {
     requireConnection("StartMonitoringRequests", lngConnectionId);
     notAvailable("StartMonitoringRequests");
 }

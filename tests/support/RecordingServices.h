@@ -41,9 +41,8 @@ public:
 
     void OpenConnection(services::IQDLGuiEvent& sink, const std::string& connectionParameter,
                         std::int32_t& lngConnectionId, std::string& strSessionData,
-                        xml::Node& parameterNode,
-                        std::shared_ptr<services::IDtmLanguage>& language, bool& blDataSetLocked,
-                        bool& blSuccess) override;
+                        xml::Node& parameterNode, std::shared_ptr<services::IDtmLanguage>& language,
+                        bool& blDataSetLocked, bool& blSuccess) override;
     void CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) override;
     void PostRequest(std::int32_t lngConnectionId, const std::string& strRequest,
                      bool& blAccepted) override;

@@ -37,8 +37,8 @@ protected:
 
     RavikKT500& construct() {
         control = std::make_unique<RavikKT500>(
-            StandardForm(), ControlPlatform{store, output,
-                                            PathDefaults::UnderShare(KT500_SHARE_DIR, "/tmp/")});
+            StandardForm(),
+            ControlPlatform{store, output, PathDefaults::UnderShare(KT500_SHARE_DIR, "/tmp/")});
         return *control;
     }
     RavikKT500& started() {
@@ -69,7 +69,8 @@ TEST_F(RavikKT500Lifecycle, ConstructionNeedsNoBLAndWritesBackItsSettings) {
     ASSERT_FALSE(output.lines.empty());
     EXPECT_EQ(output.lines.front(), "KT500 DTMGUI UserControl_Initialize entering..");
     EXPECT_TRUE(services.log->empty());
-    EXPECT_EQ(store.get("File Paths", "Xml Schema Path"), std::string(KT500_SHARE_DIR) + "/schemas/");
+    EXPECT_EQ(store.get("File Paths", "Xml Schema Path"),
+              std::string(KT500_SHARE_DIR) + "/schemas/");
     EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
     const clsTools& tools = *kt.m_objTools;
     EXPECT_EQ(tools.GUIxmlPath, std::string(KT500_SHARE_DIR) + "/guiinit/");
@@ -95,9 +96,8 @@ TEST_F(RavikKT500Lifecycle, ConstructionNeedsNoBLAndWritesBackItsSettings) {
 
 TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
     RavikKT500& kt = started();
-    const CallLog expected = {"service control",     "service dialogs",
-                              "OpenConnection connect", "GetLanguageIds",
-                              "GetLanguageName 1033", "GetLanguageName 1031"};
+    const CallLog expected = {"service control", "service dialogs",      "OpenConnection connect",
+                              "GetLanguageIds",  "GetLanguageName 1033", "GetLanguageName 1031"};
     EXPECT_EQ(*services.log, expected);
     const clsTools& tools = *kt.m_objTools;
     EXPECT_EQ(tools.ConnectionID, 7);
@@ -148,8 +148,9 @@ TEST_F(RavikKT500Lifecycle, TraceLevelsAreExclusive) {
     started();
     ASSERT_EQ(boxes().size(), 1U);
     EXPECT_EQ(services.dialogsDouble->boxes[0].header, "Debug level 3");
-    EXPECT_EQ(services.dialogsDouble->boxes[0].text.rfind("Parameter XML file from BL: <data:dtm", 0),
-              0U);
+    EXPECT_EQ(
+        services.dialogsDouble->boxes[0].text.rfind("Parameter XML file from BL: <data:dtm", 0),
+        0U);
 
     for (const char* level : {"2", "4", "6"}) {
         services.dialogsDouble->boxes.clear();

@@ -9,13 +9,13 @@ namespace {
 
 TEST(clsToolsDeviceParameterXml, MapsEveryKeyOfTheTable) {
     const std::pair<const char*, const char*> table[] = {
-        {"KT520_7", "GUIInit_KT520_7.xml"},       {"KTQ500_7", "GUIInit_KT520_7.xml"},
-        {"KT520_6", "GUIInit_KT520_6.xml"},       {"KTQ500_6", "GUIInit_KT520_6.xml"},
-        {"KT520_5", "GUIInit_KT520_5.xml"},       {"KT520_4", "GUIInit_KT520_4.xml"},
-        {"KT520_PT_7", "GUIInit_KT520PT_7.xml"},  {"KTQ500_PT_7", "GUIInit_KT520PT_7.xml"},
-        {"KT520_PT_6", "GUIInit_KT520PT_6.xml"},  {"KTQ500_PT_6", "GUIInit_KT520PT_6.xml"},
-        {"KT520_PT_5", "GUIInit_KT520PT_5.xml"},  {"KT520_PT_4", "GUIInit_KT520PT_4.xml"},
-        {"PL500_1", "GUIInit_PL500_1.xml"},       {"PL500_2", "GUIInit_PL500_2.xml"},
+        {"KT520_7", "GUIInit_KT520_7.xml"},      {"KTQ500_7", "GUIInit_KT520_7.xml"},
+        {"KT520_6", "GUIInit_KT520_6.xml"},      {"KTQ500_6", "GUIInit_KT520_6.xml"},
+        {"KT520_5", "GUIInit_KT520_5.xml"},      {"KT520_4", "GUIInit_KT520_4.xml"},
+        {"KT520_PT_7", "GUIInit_KT520PT_7.xml"}, {"KTQ500_PT_7", "GUIInit_KT520PT_7.xml"},
+        {"KT520_PT_6", "GUIInit_KT520PT_6.xml"}, {"KTQ500_PT_6", "GUIInit_KT520PT_6.xml"},
+        {"KT520_PT_5", "GUIInit_KT520PT_5.xml"}, {"KT520_PT_4", "GUIInit_KT520PT_4.xml"},
+        {"PL500_1", "GUIInit_PL500_1.xml"},      {"PL500_2", "GUIInit_PL500_2.xml"},
         {"KT540_1.0", "GUIInit_KT540_1.0.xml"},
     };
     for (const auto& [key, file] : table) {
@@ -39,9 +39,13 @@ TEST(clsToolsDeviceParameterXml, UnknownKeyKeepsTheFormerName) {
 TEST(clsToolsOldValues, FamiliesShareOneSlotPerPage) {
     clsTools tools;
     tools.CurrentFrame = "HAoperationUnit";
-    tools.set_old_values("a\xC2\xA4" "b");
+    tools.set_old_values(
+        "a\xC2\xA4"
+        "b");
     tools.CurrentFrame = "PAoperationUnit";
-    EXPECT_EQ(tools.old_values(), "a\xC2\xA4" "b");
+    EXPECT_EQ(tools.old_values(),
+              "a\xC2\xA4"
+              "b");
     tools.CurrentFrame = "HAhartConfiguration";  // the last of the 23 pages
     tools.set_old_values("last");
     EXPECT_EQ(tools.old_values(), "last");
@@ -67,7 +71,7 @@ TEST(clsToolsOldValues, UnknownPagesAndShortFrames) {
 TEST(clsToolsValuesOk, StoresOnlyTheFirstSeventeenPages) {
     clsTools tools;
     tools.OnlineConf = true;
-    EXPECT_FALSE(tools.ValuesOk("general", "1"));  // 18th page of the snapshot list
+    EXPECT_FALSE(tools.ValuesOk("general", "1"));      // 18th page of the snapshot list
     EXPECT_TRUE(tools.ValuesOk("factoryReset", "1"));  // 17th
     EXPECT_TRUE(tools.ValuesOk("factoryReset", ""));
     EXPECT_FALSE(tools.ValuesOk("operationUnit", ""));  // nothing stored yet

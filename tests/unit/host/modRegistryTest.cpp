@@ -6,7 +6,6 @@
 
 #include <QTemporaryDir>
 
-
 namespace kt500::host {
 namespace {
 

@@ -50,11 +50,13 @@ xml::SchemaCollection Schemas() {
     const std::filesystem::path schemas = std::filesystem::path(KT500_SHARE_DIR) / "schemas";
     xml::SchemaCollection collection;
     EXPECT_EQ(collection.add("x-schema:QDLDeviceTypeInfoSchema.xml",
-                             schemas / "QDLDeviceTypeInfoSchema.xml"), "");
+                             schemas / "QDLDeviceTypeInfoSchema.xml"),
+              "");
     EXPECT_EQ(collection.add("x-schema:QDLDatafileSchema.xml", schemas / "QDLDatafileSchema.xml"),
               "");
-    EXPECT_EQ(collection.add("x-schema:QDLSessionDataSchema.xml",
-                             schemas / "QDLSessionDataSchema.xml"), "");
+    EXPECT_EQ(
+        collection.add("x-schema:QDLSessionDataSchema.xml", schemas / "QDLSessionDataSchema.xml"),
+        "");
     return collection;
 }
 
