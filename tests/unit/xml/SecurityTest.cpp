@@ -1,0 +1,257 @@
+// Outside input must never make the parser read a file, reach the network or
+// expand entities: every DOCTYPE is refused before its declarations are read,
+// and the entity loader denies every URL even to a parser asked to load them.
+#include "xml/Document.h"
+#include "xml/SchemaCollection.h"
+#include "xml/XPath.h"
+
+#include "TestFiles.h"
+
+#include <gtest/gtest.h>
+#include <libxml/xmlmemory.h>
+
+#include <arpa/inet.h>
+#include <malloc.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace kt500::xml {
+namespace {
+
+using test::parseOrFail;
+using test::ScratchFolder;
+
+constexpr std::string_view kSecret = "TOP-SECRET-7f3a9c";
+
+// Counts the bytes libxml2 holds while it lives; libxml2's allocator hooks are
+// process-wide, so the former ones come back at the end.
+class AllocationMeter {
+public:
+    AllocationMeter() {
+        xmlGcMemGet(&m_free, &m_malloc, &m_mallocAtomic, &m_realloc, &m_strdup);
+        s_current = 0;
+        s_peak = 0;
+        xmlGcMemSetup(&release, &allocate, &allocate, &reallocate, &duplicate);
+    }
+    ~AllocationMeter() { xmlGcMemSetup(m_free, m_malloc, m_mallocAtomic, m_realloc, m_strdup); }
+    AllocationMeter(const AllocationMeter&) = delete;
+    AllocationMeter& operator=(const AllocationMeter&) = delete;
+
+    [[nodiscard]] static long long peakBytes() { return s_peak; }
+
+private:
+    static void count(long long bytes) {
+        const long long now = s_current += bytes;
+        long long peak = s_peak;
+        while (now > peak && !s_peak.compare_exchange_weak(peak, now)) {
+        }
+    }
+    static void* allocate(std::size_t size) {
+        void* p = std::malloc(size);
+        if (p != nullptr) {
+            count(static_cast<long long>(malloc_usable_size(p)));
+        }
+        return p;
+    }
+    static void* reallocate(void* p, std::size_t size) {
+        const auto before = static_cast<long long>(p != nullptr ? malloc_usable_size(p) : 0);
+        void* q = std::realloc(p, size);
+        if (q != nullptr) {
+            count(static_cast<long long>(malloc_usable_size(q)) - before);
+        }
+        return q;
+    }
+    static void release(void* p) {
+        if (p != nullptr) {
+            count(-static_cast<long long>(malloc_usable_size(p)));
+        }
+        std::free(p);
+    }
+    static char* duplicate(const char* text) {
+        char* copy = static_cast<char*>(allocate(std::strlen(text) + 1));
+        if (copy != nullptr) {
+            std::strcpy(copy, text);
+        }
+        return copy;
+    }
+
+    static inline std::atomic<long long> s_current{0};
+    static inline std::atomic<long long> s_peak{0};
+    xmlFreeFunc m_free = nullptr;
+    xmlMallocFunc m_malloc = nullptr;
+    xmlMallocFunc m_mallocAtomic = nullptr;
+    xmlReallocFunc m_realloc = nullptr;
+    xmlStrdupFunc m_strdup = nullptr;
+};
+
+// A TCP port on the loopback that records whether anybody connected.
+class Listener {
+public:
+    Listener() {
+        m_socket = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        EXPECT_EQ(::bind(m_socket, reinterpret_cast<sockaddr*>(&address), length), 0);
+        EXPECT_EQ(::listen(m_socket, 4), 0);
+        ::getsockname(m_socket, reinterpret_cast<sockaddr*>(&address), &length);
+        m_port = ntohs(address.sin_port);
+    }
+    ~Listener() { ::close(m_socket); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    [[nodiscard]] std::string url() const {
+        return "http://127.0.0.1:" + std::to_string(m_port) + "/entities.dtd";
+    }
+    [[nodiscard]] bool wasContacted() const {
+        pollfd waiting{m_socket, POLLIN, 0};
+        return ::poll(&waiting, 1, 0) > 0;
+    }
+
+private:
+    int m_socket = -1;
+    unsigned short m_port = 0;
+};
+
+class SecurityTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_secretFile = m_folder.write("secret.txt", kSecret);
+        m_references = {"file://" + m_secretFile.string(), m_secretFile.string()};
+    }
+
+    // Refused as a DOCTYPE, and nothing of the secret shows anywhere.
+    static void expectRefused(const std::string& text) {
+        const LoadResult result = Document::parse(text);
+        EXPECT_FALSE(result.ok()) << text;
+        EXPECT_NE(result.error.find("DOCTYPE is not allowed"), std::string::npos) << result.error;
+        EXPECT_EQ(result.message().find(kSecret), std::string::npos);
+    }
+
+    ScratchFolder m_folder;
+    std::filesystem::path m_secretFile;
+    std::vector<std::string> m_references;
+};
+
+TEST_F(SecurityTest, ExternalEntitiesAreNeverRead) {
+    for (const auto& reference : m_references) {
+        expectRefused("<!DOCTYPE r [<!ENTITY s SYSTEM '" + reference + "'>]><r>&s;</r>");
+        expectRefused("<!DOCTYPE r [<!ENTITY s SYSTEM '" + reference + "'>]><r a='&s;'/>");
+        expectRefused("<!DOCTYPE r [<!ENTITY % p SYSTEM '" + reference + "'> %p;]><r/>");
+        expectRefused("<!DOCTYPE r SYSTEM '" + reference + "'><r/>");
+    }
+}
+
+TEST_F(SecurityTest, EntityLoaderDeniesEvenAParserThatAsksForEntities) {
+    initialiseLibrary();
+    ::testing::internal::CaptureStderr();
+    for (const auto& reference : m_references) {
+        for (const std::string& text :
+             {"<!DOCTYPE r [<!ENTITY s SYSTEM '" + reference + "'>]><r>&s;</r>",
+              "<!DOCTYPE r [<!ENTITY % p SYSTEM '" + reference + "'> %p;]><r/>",
+              "<!DOCTYPE r SYSTEM '" + reference + "'><r/>"}) {
+            // Options the product never uses: substitute entities and load the DTD.
+            XmlDocPtr doc(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr,
+                                        nullptr,
+                                        XML_PARSE_NOENT | XML_PARSE_DTDLOAD | XML_PARSE_RECOVER));
+            ASSERT_TRUE(doc) << text;
+            xmlChar* bytes = nullptr;
+            int size = 0;
+            xmlDocDumpMemory(doc.get(), &bytes, &size);
+            const XmlCharPtr owned(bytes);
+            EXPECT_EQ(std::string_view(reinterpret_cast<char*>(bytes)).find(kSecret),
+                      std::string_view::npos)
+                << text;
+        }
+    }
+    // Nor does libxml2 print its complaints: its default handlers are silenced.
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(SecurityTest, NetworkIsNeverContacted) {
+    const Listener listener;
+    expectRefused("<!DOCTYPE r SYSTEM '" + listener.url() + "'><r/>");
+    expectRefused("<!DOCTYPE r [<!ENTITY % p SYSTEM '" + listener.url() + "'> %p;]><r/>");
+    EXPECT_FALSE(listener.wasContacted());
+}
+
+TEST_F(SecurityTest, EntityExpansionIsRefusedQuicklyAndInLittleMemory) {
+    std::string laughs = "<?xml version='1.0'?>\n<!DOCTYPE lolz [<!ENTITY lol 'lol'>";
+    for (int level = 1; level <= 9; ++level) {
+        laughs += "<!ENTITY lol" + std::to_string(level) + " '";
+        for (int i = 0; i < 10; ++i) {
+            laughs += level == 1 ? "&lol;" : "&lol" + std::to_string(level - 1) + ";";
+        }
+        laughs += "'>";
+    }
+    laughs += "]>\n<lolz a='&lol9;'>&lol9;</lolz>";
+    const std::string blowup = "<!DOCTYPE r [<!ENTITY big '" + std::string(50000, 'x') + "'>]><r>" +
+                               [] {
+                                   std::string refs;
+                                   for (int i = 0; i < 10000; ++i) {
+                                       refs += "&big;";
+                                   }
+                                   return refs;
+                               }() +
+                               "</r>";
+
+    for (const std::string* text : {&std::as_const(laughs), &blowup}) {
+        const auto start = std::chrono::steady_clock::now();
+        const AllocationMeter meter;
+        const LoadResult result = Document::parse(*text);
+        const auto elapsed = std::chrono::steady_clock::now() - start;
+        EXPECT_FALSE(result.ok());
+        EXPECT_NE(result.error.find("DOCTYPE is not allowed"), std::string::npos);
+        EXPECT_LT(AllocationMeter::peakBytes(), 2 * static_cast<long long>(text->size()) + 65536);
+        EXPECT_LT(elapsed, std::chrono::seconds(1));
+    }
+}
+
+TEST_F(SecurityTest, AnyDoctypeIsRefusedWithItsLine) {
+    const LoadResult result = Document::parse("<?xml version='1.0'?>\n\n<!DOCTYPE r>\n<r/>");
+    EXPECT_FALSE(result.ok());
+    EXPECT_EQ(result.error, "line 3: DOCTYPE is not allowed");
+    expectRefused("<!DOCTYPE r [<!ENTITY e 'internal'>]><r>&e;</r>");
+    expectRefused("<!DOCTYPE r PUBLIC '-//W3C//DTD XHTML 1.0 Strict//EN' 'x.dtd'><r/>");
+}
+
+TEST_F(SecurityTest, XIncludeIsNotProcessed) {
+    const std::string text = "<r xmlns:xi='http://www.w3.org/2001/XInclude'><xi:include href='" +
+                             m_secretFile.string() + "' parse='text'/></r>";
+    Document doc = parseOrFail(text);
+    EXPECT_EQ(doc.toXml().find(kSecret), std::string::npos);
+    EXPECT_EQ(doc.root().firstChildElement().name(), "include");
+}
+
+TEST_F(SecurityTest, ValidationDoesNotFollowSchemaLocationHints) {
+    SchemaCollection schemas;
+    ASSERT_EQ(schemas.add("urn:kt500:test:communication",
+                          std::filesystem::path(KT500_TEST_DATA_DIR) / "xml" / "communication.xsd"),
+              "");
+    const auto hint = m_folder.write(
+        "hint.xsd",
+        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' "
+        "targetNamespace='urn:kt500:test:communication'><xs:element name='dtm'/></xs:schema>");
+    ParseOptions options;
+    options.schemas = &schemas;
+    const LoadResult result = Document::parse(
+        "<dtm xmlns='urn:kt500:test:communication' "
+        "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation="
+        "'urn:kt500:test:communication " +
+            hint.string() + "'/>",
+        options);
+    EXPECT_FALSE(result.ok()) << "validated against the hinted schema, not the collection";
+}
+
+}  // namespace
+}  // namespace kt500::xml
