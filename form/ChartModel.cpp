@@ -54,8 +54,8 @@ void ChartModel::setPoints(int points) {
 
 const ChartModel::Subset& ChartModel::subset(int subset) const {
     if (subset < 0 || subset >= m_subsets) {
-        throw std::out_of_range(m_owner + ": subset " + std::to_string(subset) +
-                                " is outside 0.." + std::to_string(m_subsets - 1));
+        throw std::out_of_range(m_owner + ": subset " + std::to_string(subset) + " is outside 0.." +
+                                std::to_string(m_subsets - 1));
     }
     return m_data[static_cast<std::size_t>(subset)];
 }
@@ -103,7 +103,9 @@ void ChartModel::setX(int subset, int point, double value) {
     }
 }
 
-std::string ChartModel::subsetLabel(int subset) const { return this->subset(subset).label; }
+std::string ChartModel::subsetLabel(int subset) const {
+    return this->subset(subset).label;
+}
 
 void ChartModel::setSubsetLabel(int subset, std::string label) {
     Subset& s = this->subset(subset);
@@ -113,7 +115,9 @@ void ChartModel::setSubsetLabel(int subset, std::string label) {
     }
 }
 
-std::uint32_t ChartModel::subsetColor(int subset) const { return this->subset(subset).color; }
+std::uint32_t ChartModel::subsetColor(int subset) const {
+    return this->subset(subset).color;
+}
 
 void ChartModel::setSubsetColor(int subset, std::uint32_t bgr) {
     Subset& s = this->subset(subset);
@@ -123,7 +127,9 @@ void ChartModel::setSubsetColor(int subset, std::uint32_t bgr) {
     }
 }
 
-int ChartModel::subsetLineType(int subset) const { return this->subset(subset).lineType; }
+int ChartModel::subsetLineType(int subset) const {
+    return this->subset(subset).lineType;
+}
 
 void ChartModel::setSubsetLineType(int subset, int lineType) {
     Subset& s = this->subset(subset);

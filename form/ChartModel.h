@@ -17,7 +17,7 @@ namespace kt500::form {
 
 struct ChartAxis {
     std::string label;
-    std::string labelKey;  // translation key of the label
+    std::string labelKey;        // translation key of the label
     int manualScaleControl = 0;  // 0 automatic, 3 both limits manual
     double manualMin = 0.0;
     double manualMax = 0.0;

@@ -103,7 +103,9 @@ ChangeSink Control::modelSink(PropertyId) {
     return [this](PropertyId id, std::string_view key, int item) { changed(id, key, item); };
 }
 
-bool Control::has(PropertyId id) const noexcept { return kindHasProperty(m_kind, id); }
+bool Control::has(PropertyId id) const noexcept {
+    return kindHasProperty(m_kind, id);
+}
 
 void Control::require(PropertyId id) const {
     if (!has(id)) {
@@ -245,7 +247,8 @@ void Control::setValue(double value) {
     switch (m_kind) {
         case ControlKind::CheckBox:
             if (value != 0.0 && value != 1.0 && value != 2.0) {
-                throw std::invalid_argument(displayName() + ": Value of a check box is 0, 1 or 2, not " +
+                throw std::invalid_argument(displayName() +
+                                            ": Value of a check box is 0, 1 or 2, not " +
                                             formatNumber(value));
             }
             break;
@@ -328,11 +331,21 @@ const ListModel& Control::listModel() const {
     return *m_state->list;
 }
 
-int Control::listIndex() const { return listModel().listIndex(); }
-int Control::listCount() const { return listModel().count(); }
-int Control::newIndex() const { return listModel().newIndex(); }
-const std::string& Control::list(int index) const { return listModel().text(index); }
-std::int32_t Control::itemData(int index) const { return listModel().itemData(index); }
+int Control::listIndex() const {
+    return listModel().listIndex();
+}
+int Control::listCount() const {
+    return listModel().count();
+}
+int Control::newIndex() const {
+    return listModel().newIndex();
+}
+const std::string& Control::list(int index) const {
+    return listModel().text(index);
+}
+std::int32_t Control::itemData(int index) const {
+    return listModel().itemData(index);
+}
 
 void Control::setListIndex(int index) {
     require(PropertyId::ListIndex);
@@ -391,14 +404,14 @@ void Control::clear() {
 
 // ---- models
 
-#define KT500_MODEL_ACCESS(type, getter, field, id)         \
-    type& Control::getter() {                               \
-        require(PropertyId::id);                            \
-        return *m_state->field;                             \
-    }                                                       \
-    const type& Control::getter() const {                   \
-        require(PropertyId::id);                            \
-        return *m_state->field;                             \
+#define KT500_MODEL_ACCESS(type, getter, field, id) \
+    type& Control::getter() {                       \
+        require(PropertyId::id);                    \
+        return *m_state->field;                     \
+    }                                               \
+    const type& Control::getter() const {           \
+        require(PropertyId::id);                    \
+        return *m_state->field;                     \
     }
 
 KT500_MODEL_ACCESS(TreeModel, tree, tree, Nodes)

@@ -166,8 +166,9 @@ void Control::set(std::string_view property, std::string_view value) {
     const auto whole = [&](double low, double high) {
         const double n = number();
         if (n != std::trunc(n) || n < low || n > high) {
-            fail(*this, property, "takes a whole number from " + formatNumber(low) + " to " +
-                                      formatNumber(high) + ", not '" + std::string(value) + "'");
+            fail(*this, property,
+                 "takes a whole number from " + formatNumber(low) + " to " + formatNumber(high) +
+                     ", not '" + std::string(value) + "'");
         }
         return n;
     };

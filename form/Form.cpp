@@ -65,9 +65,9 @@ Control& Form::add(ControlKind kind, std::string name, int index, Control* conta
                                         " is already in the form");
         }
         if (existing->isArray() != (index >= 0)) {
-            throw std::invalid_argument(displayName(name, index) + ": " + name +
-                                        (existing->isArray() ? " is a control array"
-                                                             : " is not a control array"));
+            throw std::invalid_argument(
+                displayName(name, index) + ": " + name +
+                (existing->isArray() ? " is a control array" : " is not a control array"));
         }
     }
     auto owned = std::make_unique<Control>(kind, name, index);
@@ -164,7 +164,9 @@ void Form::setContainer(Control& control, Control* container) {
 
 // ---- events
 
-void Form::setEventSink(EventSink sink) { m_sink = std::move(sink); }
+void Form::setEventSink(EventSink sink) {
+    m_sink = std::move(sink);
+}
 
 void Form::raise(FormEvent& event) {
     // A copy, so that a handler may replace the sink while it runs.
@@ -314,7 +316,9 @@ std::size_t Form::addObserver(PropertyObserver observer) {
     return id;
 }
 
-void Form::removeObserver(std::size_t id) { m_observers.erase(id); }
+void Form::removeObserver(std::size_t id) {
+    m_observers.erase(id);
+}
 
 void Form::notify(const PropertyChange& change) {
     if (m_observers.empty()) {

@@ -12,10 +12,10 @@ namespace kt500::form {
 class Control;
 
 enum class EventKind {
-    Click,         // command, check box, option, label, image, menu; list box selection
+    Click,  // command, check box, option, label, image, menu; list box selection
     DblClick,
-    Change,        // text box text, list box text
-    KeyPress,      // keyAscii: the handler may set it to 0 to swallow the key
+    Change,    // text box text, list box text
+    KeyPress,  // keyAscii: the handler may set it to 0 to swallow the key
     GotFocus,
     LostFocus,
     ItemCheck,     // list view row check box: item is the 1-based row

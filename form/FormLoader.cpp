@@ -29,7 +29,9 @@ struct FormLoader::Impl {
 
 namespace {
 
-long lineOf(const xml::Node& node) { return node ? xmlGetLineNo(node.raw()) : 0; }
+long lineOf(const xml::Node& node) {
+    return node ? xmlGetLineNo(node.raw()) : 0;
+}
 
 // The first "line N" in a parser's message, 0 when it names none.
 long lineInMessage(const std::string& message) {
@@ -38,7 +40,8 @@ long lineInMessage(const std::string& message) {
         return 0;
     }
     long line = 0;
-    for (std::size_t i = at + 5; i < message.size() && std::isdigit(static_cast<unsigned char>(message[i])); ++i) {
+    for (std::size_t i = at + 5;
+         i < message.size() && std::isdigit(static_cast<unsigned char>(message[i])); ++i) {
         line = line * 10 + (message[i] - '0');
         if (line > 100000000) {
             break;
@@ -125,7 +128,8 @@ private:
         const auto known = m_arrayness.find(p.name);
         if ((existing != nullptr && existing->isArray() != isArray) ||
             (known != m_arrayness.end() && known->second != isArray)) {
-            fail(p.node, ref + ": " + p.name + " is used both as a control array and as a plain control");
+            fail(p.node,
+                 ref + ": " + p.name + " is used both as a control array and as a plain control");
         }
         m_arrayness.emplace(p.name, isArray);
         m_pending.push_back(std::move(p));
@@ -238,12 +242,15 @@ private:
             fail(rows, "the changed mark " + mark + " must begin with " + m_imagePrefix);
         }
         RowMetrics metrics;
-        const std::pair<const char*, int*> fields[] = {
-            {"left", &metrics.left},         {"top", &metrics.top},
-            {"pitch", &metrics.pitch},       {"rowHeight", &metrics.rowHeight},
-            {"labelWidth", &metrics.labelWidth}, {"fieldWidth", &metrics.fieldWidth},
-            {"unitWidth", &metrics.unitWidth},   {"markWidth", &metrics.markWidth},
-            {"gap", &metrics.gap}};
+        const std::pair<const char*, int*> fields[] = {{"left", &metrics.left},
+                                                       {"top", &metrics.top},
+                                                       {"pitch", &metrics.pitch},
+                                                       {"rowHeight", &metrics.rowHeight},
+                                                       {"labelWidth", &metrics.labelWidth},
+                                                       {"fieldWidth", &metrics.fieldWidth},
+                                                       {"unitWidth", &metrics.unitWidth},
+                                                       {"markWidth", &metrics.markWidth},
+                                                       {"gap", &metrics.gap}};
         for (const auto& [attribute, field] : fields) {
             if (const auto value = measure(rows, attribute)) {
                 *field = *value;
@@ -252,7 +259,8 @@ private:
         const std::vector<xml::Node> entries = rows.childElements("row");
         std::vector<RowGeometry> geometry;
         try {
-            geometry = layoutRows(static_cast<int>(entries.size()), *frameWidth, *frameHeight, metrics);
+            geometry =
+                layoutRows(static_cast<int>(entries.size()), *frameWidth, *frameHeight, metrics);
         } catch (const std::invalid_argument& e) {
             fail(rows, e.what());
         }
@@ -261,8 +269,8 @@ private:
         }
     }
 
-    void collectRow(const xml::Node& row, int position, const RowGeometry& g, const std::string& mark,
-                    int framePending) {
+    void collectRow(const xml::Node& row, int position, const RowGeometry& g,
+                    const std::string& mark, int framePending) {
         const ControlKind kind = kindOf(row, row.attribute("kind"));
         if (kind != ControlKind::TextBox && kind != ControlKind::ComboBox &&
             kind != ControlKind::CheckBox && kind != ControlKind::OptionButton &&
@@ -370,7 +378,8 @@ void applyChildren(Control& c, const xml::Node& node) {
         if (element == "entry") {
             c.addItem(child.attribute("text"));
             if (const auto data = child.findAttribute("itemData")) {
-                c.setItemData(c.newIndex(), static_cast<std::int32_t>(parseNumber(*data).value_or(0)));
+                c.setItemData(c.newIndex(),
+                              static_cast<std::int32_t>(parseNumber(*data).value_or(0)));
             }
         } else if (element == "column") {
             ListColumn column;
@@ -382,7 +391,8 @@ void applyChildren(Control& c, const xml::Node& node) {
             c.listView().addColumn(std::move(column));
         } else if (element == "node") {
             const std::string key = child.attribute("key");
-            c.tree().add(child.attribute("parent"), key, child.attribute("text"), child.attribute("image"));
+            c.tree().add(child.attribute("parent"), key, child.attribute("text"),
+                         child.attribute("image"));
             c.tree().setExpanded(key, attributeFlag(child, "expanded", false));
         } else if (element == "band") {
             const int band = c.toolbar().addBand(child.attribute("key"));
@@ -481,8 +491,9 @@ void FormLoader::loadBytes(Form& form, std::string_view bytes, std::string_view 
     }
     const xml::Node root = result.document->root();
     if (root.name() != "form" || root.namespaceUri() != kNamespace) {
-        throw FormLoadError(file, lineOf(root), "not a form file: the root is not <form> in " +
-                                                    std::string(kNamespace));
+        throw FormLoadError(
+            file, lineOf(root),
+            "not a form file: the root is not <form> in " + std::string(kNamespace));
     }
     const std::vector<Pending> pending = Reader(form, file).read(root);
 
@@ -509,8 +520,8 @@ void FormLoader::loadBytes(Form& form, std::string_view bytes, std::string_view 
     }
 }
 
-std::vector<std::filesystem::path> FormLoader::standardFiles(const std::filesystem::path& formsFolder,
-                                                             std::string_view family) {
+std::vector<std::filesystem::path> FormLoader::standardFiles(
+    const std::filesystem::path& formsFolder, std::string_view family) {
     std::vector<std::filesystem::path> files{formsFolder / "common.xml"};
     for (const char* f : {"KT520", "KT540", "PL500"}) {
         if (family.empty() || family == f) {

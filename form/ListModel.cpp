@@ -7,8 +7,7 @@ namespace kt500::form {
 void ListModel::check(int index, const char* what) const {
     if (index < 0 || index >= count()) {
         throw std::out_of_range(m_owner + ": " + what + " index " + std::to_string(index) +
-                                " is outside the list of " + std::to_string(count()) +
-                                " entries");
+                                " is outside the list of " + std::to_string(count()) + " entries");
     }
 }
 

@@ -32,8 +32,8 @@ void ListViewModel::addColumn(ListColumn column) {
 
 void ListViewModel::setColumnText(int column, std::string text) {
     if (column < 1 || column > static_cast<int>(m_columns.size())) {
-        throw std::out_of_range(m_owner + ": column " + std::to_string(column) +
-                                " is outside 1.." + std::to_string(m_columns.size()));
+        throw std::out_of_range(m_owner + ": column " + std::to_string(column) + " is outside 1.." +
+                                std::to_string(m_columns.size()));
     }
     ListColumn& c = m_columns[static_cast<std::size_t>(column - 1)];
     if (c.text != text) {
@@ -106,8 +106,8 @@ void ListViewModel::setText(int row, std::string text) {
 std::string ListViewModel::subItem(int row, int index) const {
     const ListRow& r = this->row(row);
     if (index < 1) {
-        throw std::out_of_range(m_owner + ": sub-item " + std::to_string(index) +
-                                " of row " + std::to_string(row) + " does not exist");
+        throw std::out_of_range(m_owner + ": sub-item " + std::to_string(index) + " of row " +
+                                std::to_string(row) + " does not exist");
     }
     const auto at = static_cast<std::size_t>(index - 1);
     return at < r.subItems.size() ? r.subItems[at] : std::string();
@@ -116,8 +116,8 @@ std::string ListViewModel::subItem(int row, int index) const {
 void ListViewModel::setSubItem(int row, int index, std::string text) {
     ListRow& r = mutableRow(row);
     if (index < 1) {
-        throw std::out_of_range(m_owner + ": sub-item " + std::to_string(index) +
-                                " of row " + std::to_string(row) + " does not exist");
+        throw std::out_of_range(m_owner + ": sub-item " + std::to_string(index) + " of row " +
+                                std::to_string(row) + " does not exist");
     }
     const auto at = static_cast<std::size_t>(index - 1);
     if (at >= r.subItems.size()) {

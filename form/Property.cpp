@@ -53,7 +53,9 @@ constexpr std::array<std::pair<PropertyId, std::string_view>, 38> kNames{{
 
 using Mask = std::uint64_t;
 
-constexpr Mask bit(PropertyId id) { return Mask{1} << static_cast<unsigned>(id); }
+constexpr Mask bit(PropertyId id) {
+    return Mask{1} << static_cast<unsigned>(id);
+}
 
 template <typename... Ids>
 constexpr Mask bits(Ids... ids) {
@@ -63,9 +65,9 @@ constexpr Mask bits(Ids... ids) {
 using P = PropertyId;
 
 // What every placed control has: identity, place and state.
-constexpr Mask kPlaced = bits(P::Name, P::Index, P::Container, P::Tag, P::Visible, P::Enabled,
-                              P::Left, P::Top, P::Width, P::Height, P::ToolTipText,
-                              P::MousePointer);
+constexpr Mask kPlaced =
+    bits(P::Name, P::Index, P::Container, P::Tag, P::Visible, P::Enabled, P::Left, P::Top, P::Width,
+         P::Height, P::ToolTipText, P::MousePointer);
 constexpr Mask kColours = bits(P::ForeColor, P::BackColor);
 constexpr Mask kListBox =
     bits(P::ListIndex, P::List, P::ItemData, P::ListCount, P::NewIndex, P::Text);
@@ -114,7 +116,9 @@ constexpr Mask maskOf(ControlKind kind) {
     return 0;
 }
 
-char lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+char lower(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool equalsNoCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) {
@@ -170,7 +174,9 @@ bool isReadOnly(PropertyId id) noexcept {
     }
 }
 
-std::string formatBoolean(bool value) { return value ? "True" : "False"; }
+std::string formatBoolean(bool value) {
+    return value ? "True" : "False";
+}
 
 std::string formatNumber(double value) {
     if (std::isfinite(value) && value == std::trunc(value) && std::fabs(value) < 1e15) {

@@ -13,7 +13,7 @@
 namespace kt500::form {
 
 enum class PropertyId {
-    Name,  // read only
+    Name,   // read only
     Index,  // read only: element of a control array, -1 outside one
     Container,
     Text,
@@ -24,10 +24,10 @@ enum class PropertyId {
     Visible,
     Enabled,
     ListIndex,
-    List,  // List(i): the text of entry i
-    ItemData,  // ItemData(i)
+    List,       // List(i): the text of entry i
+    ItemData,   // ItemData(i)
     ListCount,  // read only
-    NewIndex,  // read only: the entry AddItem added last, -1 before
+    NewIndex,   // read only: the entry AddItem added last, -1 before
     Value,
     BorderStyle,
     Picture,  // an image key
@@ -39,9 +39,9 @@ enum class PropertyId {
     Min,
     ToolTipText,
     MousePointer,  // 0 default, 11 hourglass
-    Interval,  // timer, milliseconds
-    Checked,  // menu entry
-    CheckBoxes,  // list view shows check boxes
+    Interval,      // timer, milliseconds
+    Checked,       // menu entry
+    CheckBoxes,    // list view shows check boxes
     Drive,
     Path,
     Pattern,
@@ -49,8 +49,8 @@ enum class PropertyId {
     // Whole collections; a change notification with these names the item.
     ListItems,  // list view rows (item = 1-based row, -1 for all)
     ColumnHeaders,
-    Nodes,  // tree nodes (key = node key, "" for all)
-    Buttons,  // toolbar items (key = item key, "" for all)
+    Nodes,      // tree nodes (key = node key, "" for all)
+    Buttons,    // toolbar items (key = item key, "" for all)
     ChartData,  // chart subsets, points, titles, axes
 };
 

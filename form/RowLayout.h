@@ -18,10 +18,10 @@ struct Rect {
 
 // Measures in twips. The defaults suit a page of 8415 twips wide.
 struct RowMetrics {
-    int left = 240;          // margin before the label column
-    int top = 360;           // first row's top inside the frame
-    int pitch = 375;         // from one row's top to the next
-    int rowHeight = 315;     // height of fields and labels
+    int left = 240;       // margin before the label column
+    int top = 360;        // first row's top inside the frame
+    int pitch = 375;      // from one row's top to the next
+    int rowHeight = 315;  // height of fields and labels
     int labelWidth = 3600;
     int fieldWidth = 2400;
     int unitWidth = 1200;

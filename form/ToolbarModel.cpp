@@ -153,8 +153,8 @@ std::string ToolbarModel::property(std::string_view key, std::string_view name) 
     if (name == "Band") {
         return std::to_string(i.band);
     }
-    throw std::invalid_argument(m_owner + ": a toolbar item has no property '" +
-                                std::string(name) + "'");
+    throw std::invalid_argument(m_owner + ": a toolbar item has no property '" + std::string(name) +
+                                "'");
 }
 
 void ToolbarModel::setProperty(std::string_view key, std::string_view name,

@@ -27,7 +27,7 @@ struct ToolbarItem {
     ToolbarItemStyle style = ToolbarItemStyle::Button;
     std::string captionKey;  // translation key of Text
     std::string text;
-    std::string picture;     // an image key
+    std::string picture;  // an image key
     std::string toolTipKey;
     std::string toolTip;
     bool enabled = true;

@@ -25,8 +25,8 @@ const TreeNode& TreeModel::add(std::string_view parentKey, std::string key, std:
     if (!parentKey.empty() && find(parentKey) == nullptr) {
         throw std::out_of_range(m_owner + ": no parent node '" + std::string(parentKey) + "'");
     }
-    m_nodes.push_back(TreeNode{key, std::move(text), std::move(image), std::string(parentKey),
-                               {}, false});
+    m_nodes.push_back(
+        TreeNode{key, std::move(text), std::move(image), std::string(parentKey), {}, false});
     changed(key);
     return m_nodes.back();
 }
@@ -59,8 +59,8 @@ void TreeModel::clear() {
 }
 
 const TreeNode* TreeModel::find(std::string_view key) const noexcept {
-    const auto it =
-        std::find_if(m_nodes.begin(), m_nodes.end(), [&](const TreeNode& n) { return n.key == key; });
+    const auto it = std::find_if(m_nodes.begin(), m_nodes.end(),
+                                 [&](const TreeNode& n) { return n.key == key; });
     return it == m_nodes.end() ? nullptr : &*it;
 }
 
@@ -71,7 +71,9 @@ const TreeNode& TreeModel::node(std::string_view key) const {
     throw std::out_of_range(m_owner + ": no node '" + std::string(key) + "'");
 }
 
-TreeNode& TreeModel::mutableNode(std::string_view key) { return const_cast<TreeNode&>(node(key)); }
+TreeNode& TreeModel::mutableNode(std::string_view key) {
+    return const_cast<TreeNode&>(node(key));
+}
 
 const TreeNode& TreeModel::at(int index) const {
     if (index < 1 || index > count()) {
@@ -185,8 +187,8 @@ void TreeModel::setProperty(std::string_view key, std::string_view name, std::st
         if (const auto b = parseBoolean(value)) {
             return *b;
         }
-        throw std::invalid_argument(m_owner + ": node " + std::string(name) + " takes True or False, not '" +
-                                    std::string(value) + "'");
+        throw std::invalid_argument(m_owner + ": node " + std::string(name) +
+                                    " takes True or False, not '" + std::string(value) + "'");
     };
     if (name == "Text") {
         setText(key, std::string(value));

@@ -150,12 +150,11 @@ TEST(Form, DeliversEventsToTheSink) {
     form.raiseNodeClick(tree, "status");
     form.raiseToolbarClick(toolbar, "send");
     form.raiseResize();
-    EXPECT_EQ(events.lines,
-              (std::vector<std::string>{"GotFocus txtHAOperationUnit(3)",
-                                        "Change txtHAOperationUnit(3)",
-                                        "LostFocus txtHAOperationUnit(3)", "ItemCheck lsvConfirmation 1",
-                                        "NodeClick treeNavigation status",
-                                        "ToolbarClick smuiDTM(1) send", "Resize UserControl"}));
+    EXPECT_EQ(events.lines, (std::vector<std::string>{
+                                "GotFocus txtHAOperationUnit(3)", "Change txtHAOperationUnit(3)",
+                                "LostFocus txtHAOperationUnit(3)", "ItemCheck lsvConfirmation 1",
+                                "NodeClick treeNavigation status", "ToolbarClick smuiDTM(1) send",
+                                "Resize UserControl"}));
     EXPECT_TRUE(rows.listView().row(1).checked);
     EXPECT_THROW(form.raiseNodeClick(tree, "nowhere"), std::out_of_range);
     EXPECT_THROW(form.raiseToolbarClick(toolbar, "nothing"), std::out_of_range);

@@ -11,8 +11,12 @@
 
 namespace kt500::form::test {
 
-inline std::filesystem::path shareDir() { return KT500_SHARE_DIR; }
-inline std::filesystem::path dataDir() { return std::filesystem::path(KT500_TEST_DATA_DIR) / "form"; }
+inline std::filesystem::path shareDir() {
+    return KT500_SHARE_DIR;
+}
+inline std::filesystem::path dataDir() {
+    return std::filesystem::path(KT500_TEST_DATA_DIR) / "form";
+}
 inline std::filesystem::path schemaFile() {
     return shareDir() / "schemas" / std::string(FormLoader::kSchemaFileName);
 }
@@ -46,7 +50,8 @@ struct ChangeLog {
     std::vector<std::string> lines;
     void attach(Form& form) {
         form.addObserver([this](const PropertyChange& c) {
-            std::string line = c.control.displayName() + "." + std::string(propertyName(c.property));
+            std::string line =
+                c.control.displayName() + "." + std::string(propertyName(c.property));
             if (!c.key.empty()) {
                 line += "[" + std::string(c.key) + "]";
             } else if (c.item >= 0) {

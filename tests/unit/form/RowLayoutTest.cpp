@@ -39,8 +39,8 @@ TEST(RowLayout, ColumnsAlignAndRowsNeitherOverlapNorLeaveTheFrame) {
 
 TEST(RowLayout, RefusesRowsOrColumnsThatDoNotFit) {
     RowMetrics metrics;
-    const int fitting = (7245 - metrics.top - metrics.rowHeight - metrics.bottomMargin) /
-                            metrics.pitch + 1;
+    const int fitting =
+        (7245 - metrics.top - metrics.rowHeight - metrics.bottomMargin) / metrics.pitch + 1;
     EXPECT_NO_THROW((void)layoutRows(fitting, 8415, 7245, metrics));
     EXPECT_THROW((void)layoutRows(fitting + 1, 8415, 7245, metrics), std::invalid_argument);
     EXPECT_THROW((void)layoutRows(1, 5000, 7245, metrics), std::invalid_argument);

@@ -43,11 +43,29 @@ TEST_F(ShippedForms, FamilyFrameArraysAreCompleteAndTagged) {
 
 TEST_F(ShippedForms, ToolbarHoldsEveryCommandAndStatusItem) {
     const Control& toolbar = form.control("smuiDTM", 1);
-    for (const char* key :
-         {"send", "uploadCurrent", "uploadAll", "uploadIdentification", "uploadConfiguration",
-          "uploadDiagnostics", "uploadOperation", "uploadAdvanced", "hideTree", "settings", "stop",
-          "open", "save", "offlineConf", "undoCurrentPage", "undoAll", "help", "imgDtmStatus",
-          "strDtmStatus", "deviceType", "revision", "imgHeaderStatus", "strHeaderStatus"}) {
+    for (const char* key : {"send",
+                            "uploadCurrent",
+                            "uploadAll",
+                            "uploadIdentification",
+                            "uploadConfiguration",
+                            "uploadDiagnostics",
+                            "uploadOperation",
+                            "uploadAdvanced",
+                            "hideTree",
+                            "settings",
+                            "stop",
+                            "open",
+                            "save",
+                            "offlineConf",
+                            "undoCurrentPage",
+                            "undoAll",
+                            "help",
+                            "imgDtmStatus",
+                            "strDtmStatus",
+                            "deviceType",
+                            "revision",
+                            "imgHeaderStatus",
+                            "strHeaderStatus"}) {
         EXPECT_NE(toolbar.toolbar().find(key), nullptr) << key;
     }
     EXPECT_FALSE(toolbar.toolbar().item("stop").enabled);
@@ -56,18 +74,39 @@ TEST_F(ShippedForms, ToolbarHoldsEveryCommandAndStatusItem) {
 }
 
 TEST_F(ShippedForms, StartUpControlsArePresent) {
-    for (const auto& [name, index] : std::vector<std::pair<const char*, int>>{
-             {"treeNavigation", -1}, {"tmrIconBlink", -1}, {"fraProgress", -1},
-             {"ProgressBar1", -1}, {"comFlowModification", 0}, {"comFlowModification", 1},
-             {"comSelectLanguage", -1}, {"cmdTranslate", -1}, {"fraSettingsLanguage", -1},
-             {"fraSettingsUnit", -1}, {"TreeView3", -1}, {"lsvConfirmation", -1},
-             {"imgLockedDataset", -1}, {"lblLockedDataset", -1}, {"imgToolbar", 4},
-             {"mnuPopupItem", 0}, {"cmdStartTest", 0}, {"cmdPLStartTest", 0},
-             {"cmdPLSetTestSettings", -1}, {"cmdHAMonitoring", 0}, {"cmdPAMonitoring", 0},
-             {"cmdPLMonitoring", 0}, {"cmdHAFlowModification", 0}, {"cmdPAFlowModification", 0},
-             {"chkPLParams", 9}, {"chkPLParams", 10}, {"lblHAMonitoringSettings", 6},
-             {"lblPAMonValue", 4}, {"lblPLParams", 9}, {"dirOpenFile", -1},
-             {"filOpenFile", -1}, {"cmdSend", 8}}) {
+    for (const auto& [name, index] :
+         std::vector<std::pair<const char*, int>>{{"treeNavigation", -1},
+                                                  {"tmrIconBlink", -1},
+                                                  {"fraProgress", -1},
+                                                  {"ProgressBar1", -1},
+                                                  {"comFlowModification", 0},
+                                                  {"comFlowModification", 1},
+                                                  {"comSelectLanguage", -1},
+                                                  {"cmdTranslate", -1},
+                                                  {"fraSettingsLanguage", -1},
+                                                  {"fraSettingsUnit", -1},
+                                                  {"TreeView3", -1},
+                                                  {"lsvConfirmation", -1},
+                                                  {"imgLockedDataset", -1},
+                                                  {"lblLockedDataset", -1},
+                                                  {"imgToolbar", 4},
+                                                  {"mnuPopupItem", 0},
+                                                  {"cmdStartTest", 0},
+                                                  {"cmdPLStartTest", 0},
+                                                  {"cmdPLSetTestSettings", -1},
+                                                  {"cmdHAMonitoring", 0},
+                                                  {"cmdPAMonitoring", 0},
+                                                  {"cmdPLMonitoring", 0},
+                                                  {"cmdHAFlowModification", 0},
+                                                  {"cmdPAFlowModification", 0},
+                                                  {"chkPLParams", 9},
+                                                  {"chkPLParams", 10},
+                                                  {"lblHAMonitoringSettings", 6},
+                                                  {"lblPAMonValue", 4},
+                                                  {"lblPLParams", 9},
+                                                  {"dirOpenFile", -1},
+                                                  {"filOpenFile", -1},
+                                                  {"cmdSend", 8}}) {
         EXPECT_NE(form.find(name, index), nullptr) << name << "(" << index << ")";
     }
     const Control& settings = form.control("fraCommon", 0);
