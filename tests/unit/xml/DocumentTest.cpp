@@ -22,7 +22,7 @@ void expectRefused(std::string_view text, std::string_view reasonPart) {
     EXPECT_EQ(result.message(), result.error);
 }
 
-TEST(DocumentLoadFailure, ReportsTheParserReasonWithItsLine) {
+TEST(XmlDocumentLoadFailure, ReportsTheParserReasonWithItsLine) {
     expectRefused("<r>\n<a>\n</b></r>", "line 3: Opening and ending tag mismatch");
     expectRefused("<r>\n<a>", "line 2:");
     expectRefused("just text", "line 1: Start tag expected");
@@ -31,7 +31,7 @@ TEST(DocumentLoadFailure, ReportsTheParserReasonWithItsLine) {
     expectRefused("<?xml version='1.0'?>", "line 1:");
 }
 
-TEST(DocumentLoadFailure, EmptyAndOversizeInputAreRefusedBeforeParsing) {
+TEST(XmlDocumentLoadFailure, EmptyAndOversizeInputAreRefusedBeforeParsing) {
     expectRefused("", "empty");
     ParseOptions small;
     small.maxBytes = 8;
@@ -41,7 +41,7 @@ TEST(DocumentLoadFailure, EmptyAndOversizeInputAreRefusedBeforeParsing) {
     EXPECT_TRUE(Document::parse("<r>1</r>", small).ok());
 }
 
-TEST(DocumentLoadFailure, MissingOrOversizeFile) {
+TEST(XmlDocumentLoadFailure, MissingOrOversizeFile) {
     ScratchFolder folder;
     const LoadResult missing = Document::load(folder.path() / "absent.xml");
     EXPECT_FALSE(missing.ok());
@@ -55,14 +55,14 @@ TEST(DocumentLoadFailure, MissingOrOversizeFile) {
     EXPECT_EQ(loaded.document->root().text(), "fine");
 }
 
-TEST(DocumentSerialise, Utf8WithDeclarationAndNoReformatting) {
+TEST(XmlDocumentSerialise, Utf8WithDeclarationAndNoReformatting) {
     Document doc =
         parseOrFail("<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE4<a/>\n  <b/></r>");
     EXPECT_EQ(doc.toXml(),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\xC3\xA4<a/>\n  <b/></r>\n");
 }
 
-TEST(DocumentCreate, RootInANamespace) {
+TEST(XmlDocumentCreate, RootInANamespace) {
     Document doc = Document::create("dtm", "x-schema:QDLCommunicationSchema.xml");
     EXPECT_EQ(doc.root().name(), "dtm");
     EXPECT_EQ(doc.root().namespaceUri(), "x-schema:QDLCommunicationSchema.xml");
@@ -70,7 +70,7 @@ TEST(DocumentCreate, RootInANamespace) {
               std::string::npos);
 }
 
-TEST(DocumentClone, IsIndependentOfTheOriginal) {
+TEST(XmlDocumentClone, IsIndependentOfTheOriginal) {
     Document original = parseOrFail("<r><p value='1'/></r>");
     Document copy = original.clone();
     copy.root().firstChildElement().setAttribute("value", "2");
@@ -80,7 +80,7 @@ TEST(DocumentClone, IsIndependentOfTheOriginal) {
     EXPECT_EQ(copy.root().toXml(), "<r><p value=\"2\"/><added/></r>");
 }
 
-TEST(DocumentSetRoot, CopiesTheNodeFromAnotherDocument) {
+TEST(XmlDocumentSetRoot, CopiesTheNodeFromAnotherDocument) {
     Document source = parseOrFail("<a xmlns='urn:a'><b><c/></b></a>");
     Document target = parseOrFail("<old/>");
     target.setRoot(source.root().firstChildElement());
@@ -92,7 +92,7 @@ TEST(DocumentSetRoot, CopiesTheNodeFromAnotherDocument) {
     EXPECT_THROW(target.setRoot(Node()), std::logic_error);
 }
 
-TEST(DocumentSave, ReplacesTheFileAndLeavesNoTemporary) {
+TEST(XmlDocumentSave, ReplacesTheFileAndLeavesNoTemporary) {
     ScratchFolder folder;
     const auto file = folder.write("data.xml", "old contents");
     Document doc = parseOrFail("<r>new</r>");
@@ -101,7 +101,7 @@ TEST(DocumentSave, ReplacesTheFileAndLeavesNoTemporary) {
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "data.xml.tmp"));
 }
 
-TEST(DocumentSave, FailureGivesAReasonAndKeepsTheFormerFile) {
+TEST(XmlDocumentSave, FailureGivesAReasonAndKeepsTheFormerFile) {
     ScratchFolder folder;
     Document doc = parseOrFail("<r/>");
     const std::string missingFolder = doc.save(folder.path() / "no" / "such" / "file.xml");

@@ -19,7 +19,7 @@ constexpr std::string_view kRequestTemplate =
     "<floatVal>1</floatVal></item></communicationRequest></dtm>";
 constexpr std::string_view kCommunication = "x-schema:QDLCommunicationSchema.xml";
 
-TEST(NodeAttributes, ReadWriteAndRemove) {
+TEST(XmlNodeAttributes, ReadWriteAndRemove) {
     Document doc = parseOrFail("<r a='1' b=''/>");
     Node root = doc.root();
     EXPECT_EQ(root.attribute("a"), "1");
@@ -35,13 +35,13 @@ TEST(NodeAttributes, ReadWriteAndRemove) {
     EXPECT_EQ(root.toXml(), "<r a=\"2\" c=\"x\"/>");
 }
 
-TEST(NodeAttributes, NamespacedAttributeIsNotReadByLocalName) {
+TEST(XmlNodeAttributes, NamespacedAttributeIsNotReadByLocalName) {
     Document doc = parseOrFail("<r xmlns:p='urn:p' p:a='ns'/>");
     EXPECT_FALSE(doc.root().hasAttribute("a"));
     EXPECT_EQ(doc.root().attribute("a"), "");
 }
 
-TEST(NodeText, EscapedValuesRoundTrip) {
+TEST(XmlNodeText, EscapedValuesRoundTrip) {
     const std::string tricky = "a < b && c > 'd' \"e\" &amp; ]]> \xC3\xA4\t\n";
     Document doc = Document::create("r");
     Node item = doc.root().appendElement("item");
@@ -54,7 +54,7 @@ TEST(NodeText, EscapedValuesRoundTrip) {
     EXPECT_EQ(read.attribute("v"), tricky);
 }
 
-TEST(NodeText, SetTextReplacesChildrenAndTextCoversDescendants) {
+TEST(XmlNodeText, SetTextReplacesChildrenAndTextCoversDescendants) {
     Document doc = parseOrFail("<r><a>x<b>y</b>z</a></r>");
     Node a = doc.root().firstChildElement("a");
     EXPECT_EQ(a.text(), "xyz");
@@ -64,7 +64,7 @@ TEST(NodeText, SetTextReplacesChildrenAndTextCoversDescendants) {
     EXPECT_EQ(doc.root().toXml(), "<r><a/></r>");
 }
 
-TEST(NodeText, TextThatXmlCannotHoldIsRefused) {
+TEST(XmlNodeText, TextThatXmlCannotHoldIsRefused) {
     Document doc = Document::create("r");
     EXPECT_THROW(doc.root().setText(std::string("a\x01")), std::invalid_argument);
     EXPECT_THROW(doc.root().setText("\xC3"), std::invalid_argument);
@@ -73,7 +73,7 @@ TEST(NodeText, TextThatXmlCannotHoldIsRefused) {
     EXPECT_THROW(doc.root().appendElement("p:q"), std::invalid_argument);
 }
 
-TEST(NodeNavigation, ChildrenSiblingsAndParent) {
+TEST(XmlNodeNavigation, ChildrenSiblingsAndParent) {
     Document doc = parseOrFail("<r>text<a n='1'/><!-- c --><b/><a n='2'/></r>");
     Node root = doc.root();
     EXPECT_EQ(root.childElements().size(), 3U);
@@ -87,7 +87,7 @@ TEST(NodeNavigation, ChildrenSiblingsAndParent) {
     EXPECT_FALSE(root.parent());
 }
 
-TEST(NodeNothing, QueriesAreEmptyAndChangesThrowNamingTheOperation) {
+TEST(XmlNodeNothing, QueriesAreEmptyAndChangesThrowNamingTheOperation) {
     Node nothing;
     EXPECT_EQ(nothing.name(), "");
     EXPECT_EQ(nothing.text(), "");
@@ -117,7 +117,7 @@ TEST(NodeNothing, QueriesAreEmptyAndChangesThrowNamingTheOperation) {
     throwsNaming("remove", [&] { nothing.remove(); });
 }
 
-TEST(NodeAppendElement, EmptyUriInheritsTheDefaultNamespace) {
+TEST(XmlNodeAppendElement, EmptyUriInheritsTheDefaultNamespace) {
     Document doc = parseOrFail(kRequestTemplate);
     Node request = doc.root().firstChildElement("communicationRequest");
     request.firstChildElement("item").remove();
@@ -134,7 +134,7 @@ TEST(NodeAppendElement, EmptyUriInheritsTheDefaultNamespace) {
     EXPECT_EQ(plain.root().appendElement("c").namespaceUri(), "");
 }
 
-TEST(NodeAppendElement, GivenUriReusesOrDeclaresANamespace) {
+TEST(XmlNodeAppendElement, GivenUriReusesOrDeclaresANamespace) {
     Document doc = parseOrFail("<r xmlns:p='urn:p'/>");
     Node reused = doc.root().appendElement("a", "urn:p");
     EXPECT_EQ(reused.toXml(), "<p:a/>");
@@ -146,7 +146,7 @@ TEST(NodeAppendElement, GivenUriReusesOrDeclaresANamespace) {
     EXPECT_EQ(again.root().firstChildElement("b").firstChildElement("c").namespaceUri(), "urn:q");
 }
 
-TEST(NodeCloneInto, AcrossDocumentsKeepsNamespaces) {
+TEST(XmlNodeCloneInto, AcrossDocumentsKeepsNamespaces) {
     Document source = parseOrFail(
         "<d:dtm xmlns:d='urn:data' xmlns:t='urn:type'><d:parameters>"
         "<d:parameter name='p1' t:kind='x'/></d:parameters></d:dtm>");
@@ -165,7 +165,7 @@ TEST(NodeCloneInto, AcrossDocumentsKeepsNamespaces) {
     EXPECT_EQ(copy.raw()->doc, target.raw());
 }
 
-TEST(NodeCloneInto, ElementWithoutNamespaceStaysOutOfTheDefaultNamespace) {
+TEST(XmlNodeCloneInto, ElementWithoutNamespaceStaysOutOfTheDefaultNamespace) {
     Document source = parseOrFail("<r><plain/></r>");
     Document target = parseOrFail("<dtm xmlns='urn:x'/>");
     source.root().firstChildElement().cloneInto(target.root());
@@ -173,7 +173,7 @@ TEST(NodeCloneInto, ElementWithoutNamespaceStaysOutOfTheDefaultNamespace) {
     EXPECT_EQ(reread.root().firstChildElement().namespaceUri(), "");
 }
 
-TEST(NodeAppendChild, MovesWithinTheDocumentKeepingNamespaces) {
+TEST(XmlNodeAppendChild, MovesWithinTheDocumentKeepingNamespaces) {
     Document doc = parseOrFail("<r><a xmlns:p='urn:p'><p:m/></a><b/></r>");
     Node a = doc.root().firstChildElement("a");
     Node b = doc.root().firstChildElement("b");
@@ -187,7 +187,7 @@ TEST(NodeAppendChild, MovesWithinTheDocumentKeepingNamespaces) {
     EXPECT_THROW(b.appendChild(other.root()), std::invalid_argument);
 }
 
-TEST(NodeRemove, AttributeSelectedByXPath) {
+TEST(XmlNodeRemove, AttributeSelectedByXPath) {
     Document doc = parseOrFail("<r a='1' b='2'/>");
     XPath xpath(doc, {});
     Node attribute = xpath.selectSingle("@a");

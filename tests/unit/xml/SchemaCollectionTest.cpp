@@ -22,8 +22,8 @@ constexpr std::string_view kValidRequest =
     "<item name='setpoint' unit='noUnit'><floatVal/></item>\n"
     "</communicationRequest></dtm>";
 
-class SchemaCollectionTest : public ::testing::Test {
-  protected:
+class XmlSchemaCollectionTest : public ::testing::Test {
+protected:
     void SetUp() override {
         ASSERT_EQ(m_schemas.add(kCommunication, kData / "communication.xsd"), "");
         m_options.schemas = &m_schemas;
@@ -33,14 +33,14 @@ class SchemaCollectionTest : public ::testing::Test {
     ParseOptions m_options;
 };
 
-TEST_F(SchemaCollectionTest, ValidDocumentLoads) {
+TEST_F(XmlSchemaCollectionTest, ValidDocumentLoads) {
     const LoadResult result = Document::parse(kValidRequest, m_options);
     ASSERT_TRUE(result.ok()) << result.message();
     EXPECT_TRUE(result.validationErrors.empty());
     EXPECT_TRUE(m_schemas.validate(*result.document).empty());
 }
 
-TEST_F(SchemaCollectionTest, InvalidDocumentFailsWithLinedErrors) {
+TEST_F(XmlSchemaCollectionTest, InvalidDocumentFailsWithLinedErrors) {
     const LoadResult result = Document::parse(
         "<dtm xmlns='urn:kt500:test:communication'>\n"
         "<communicationRequest name='g' access='delete'/>\n"
@@ -56,7 +56,7 @@ TEST_F(SchemaCollectionTest, InvalidDocumentFailsWithLinedErrors) {
     EXPECT_NE(result.message().find("line 2: "), std::string::npos);
 }
 
-TEST_F(SchemaCollectionTest, RootInAnUnknownNamespaceIsOneError) {
+TEST_F(XmlSchemaCollectionTest, RootInAnUnknownNamespaceIsOneError) {
     const LoadResult result = Document::parse("<dtm xmlns='urn:elsewhere'/>", m_options);
     EXPECT_FALSE(result.ok());
     EXPECT_EQ(result.validationErrors,
@@ -65,7 +65,7 @@ TEST_F(SchemaCollectionTest, RootInAnUnknownNamespaceIsOneError) {
               std::vector<std::string>{"no schema for namespace ''"});
 }
 
-TEST_F(SchemaCollectionTest, ValidatesEveryTimeWithAFreshContext) {
+TEST_F(XmlSchemaCollectionTest, ValidatesEveryTimeWithAFreshContext) {
     // An error of one validation must not leak into the next.
     const LoadResult bad =
         Document::parse("<dtm xmlns='urn:kt500:test:communication'/>", m_options);
@@ -73,7 +73,7 @@ TEST_F(SchemaCollectionTest, ValidatesEveryTimeWithAFreshContext) {
     EXPECT_TRUE(Document::parse(kValidRequest, m_options).ok());
 }
 
-TEST(SchemaCollectionImports, MemberUsesTypesAndElementsOfAnotherMember) {
+TEST(XmlSchemaCollectionImports, MemberUsesTypesAndElementsOfAnotherMember) {
     SchemaCollection schemas;
     // The importing namespace sorts first: the import cannot rely on the order of members.
     ASSERT_EQ(schemas.add(kTypes, kData / "types.xsd"), "");
@@ -95,14 +95,14 @@ TEST(SchemaCollectionImports, MemberUsesTypesAndElementsOfAnotherMember) {
     EXPECT_FALSE(outOfRange.validationErrors.empty());
 }
 
-TEST(SchemaCollectionImports, ImportOfANamespaceOutsideTheCollectionFails) {
+TEST(XmlSchemaCollectionImports, ImportOfANamespaceOutsideTheCollectionFails) {
     SchemaCollection schemas;
     const std::string reason = schemas.add(kUses, kData / "uses.xsd");
     EXPECT_NE(reason, "");
     EXPECT_TRUE(schemas.empty());
 }
 
-TEST(SchemaCollectionFailure, BrokenSchemaKeepsTheFormerSet) {
+TEST(XmlSchemaCollectionFailure, BrokenSchemaKeepsTheFormerSet) {
     SchemaCollection schemas;
     ASSERT_EQ(schemas.add(kCommunication, kData / "communication.xsd"), "");
     const std::string reason = schemas.add("urn:kt500:test:broken", kData / "broken.xsd");
@@ -119,7 +119,7 @@ TEST(SchemaCollectionFailure, BrokenSchemaKeepsTheFormerSet) {
     EXPECT_TRUE(Document::parse(kValidRequest, options).ok());
 }
 
-TEST(SchemaCollectionFailure, TargetNamespaceMustMatchTheRegisteredOne) {
+TEST(XmlSchemaCollectionFailure, TargetNamespaceMustMatchTheRegisteredOne) {
     SchemaCollection schemas;
     EXPECT_NE(schemas.add("urn:not-its-namespace", kData / "types.xsd"), "");
     EXPECT_TRUE(schemas.empty());
@@ -127,7 +127,7 @@ TEST(SchemaCollectionFailure, TargetNamespaceMustMatchTheRegisteredOne) {
 
 // A member may name only files of the collection: a file beside it, outside
 // the collection, is never read, whether included or imported.
-TEST(SchemaCollectionFailure, FilesOutsideTheCollectionAreNotRead) {
+TEST(XmlSchemaCollectionFailure, FilesOutsideTheCollectionAreNotRead) {
     ScratchFolder folder;
     folder.write("outside.xsd",
                  "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' "

@@ -123,7 +123,7 @@ private:
     unsigned short m_port = 0;
 };
 
-class SecurityTest : public ::testing::Test {
+class XmlSecurityTest : public ::testing::Test {
 protected:
     void SetUp() override {
         m_secretFile = m_folder.write("secret.txt", kSecret);
@@ -143,7 +143,7 @@ protected:
     std::vector<std::string> m_references;
 };
 
-TEST_F(SecurityTest, ExternalEntitiesAreNeverRead) {
+TEST_F(XmlSecurityTest, ExternalEntitiesAreNeverRead) {
     for (const auto& reference : m_references) {
         expectRefused("<!DOCTYPE r [<!ENTITY s SYSTEM '" + reference + "'>]><r>&s;</r>");
         expectRefused("<!DOCTYPE r [<!ENTITY s SYSTEM '" + reference + "'>]><r a='&s;'/>");
@@ -152,7 +152,7 @@ TEST_F(SecurityTest, ExternalEntitiesAreNeverRead) {
     }
 }
 
-TEST_F(SecurityTest, EntityLoaderDeniesEvenAParserThatAsksForEntities) {
+TEST_F(XmlSecurityTest, EntityLoaderDeniesEvenAParserThatAsksForEntities) {
     initialiseLibrary();
     ::testing::internal::CaptureStderr();
     for (const auto& reference : m_references) {
@@ -178,14 +178,14 @@ TEST_F(SecurityTest, EntityLoaderDeniesEvenAParserThatAsksForEntities) {
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(SecurityTest, NetworkIsNeverContacted) {
+TEST_F(XmlSecurityTest, NetworkIsNeverContacted) {
     const Listener listener;
     expectRefused("<!DOCTYPE r SYSTEM '" + listener.url() + "'><r/>");
     expectRefused("<!DOCTYPE r [<!ENTITY % p SYSTEM '" + listener.url() + "'> %p;]><r/>");
     EXPECT_FALSE(listener.wasContacted());
 }
 
-TEST_F(SecurityTest, EntityExpansionIsRefusedQuicklyAndInLittleMemory) {
+TEST_F(XmlSecurityTest, EntityExpansionIsRefusedQuicklyAndInLittleMemory) {
     std::string laughs = "<?xml version='1.0'?>\n<!DOCTYPE lolz [<!ENTITY lol 'lol'>";
     for (int level = 1; level <= 9; ++level) {
         laughs += "<!ENTITY lol" + std::to_string(level) + " '";
@@ -217,7 +217,7 @@ TEST_F(SecurityTest, EntityExpansionIsRefusedQuicklyAndInLittleMemory) {
     }
 }
 
-TEST_F(SecurityTest, AnyDoctypeIsRefusedWithItsLine) {
+TEST_F(XmlSecurityTest, AnyDoctypeIsRefusedWithItsLine) {
     const LoadResult result = Document::parse("<?xml version='1.0'?>\n\n<!DOCTYPE r>\n<r/>");
     EXPECT_FALSE(result.ok());
     EXPECT_EQ(result.error, "line 3: DOCTYPE is not allowed");
@@ -225,7 +225,7 @@ TEST_F(SecurityTest, AnyDoctypeIsRefusedWithItsLine) {
     expectRefused("<!DOCTYPE r PUBLIC '-//W3C//DTD XHTML 1.0 Strict//EN' 'x.dtd'><r/>");
 }
 
-TEST_F(SecurityTest, XIncludeIsNotProcessed) {
+TEST_F(XmlSecurityTest, XIncludeIsNotProcessed) {
     const std::string text = "<r xmlns:xi='http://www.w3.org/2001/XInclude'><xi:include href='" +
                              m_secretFile.string() + "' parse='text'/></r>";
     Document doc = parseOrFail(text);
@@ -233,7 +233,7 @@ TEST_F(SecurityTest, XIncludeIsNotProcessed) {
     EXPECT_EQ(doc.root().firstChildElement().name(), "include");
 }
 
-TEST_F(SecurityTest, ValidationDoesNotFollowSchemaLocationHints) {
+TEST_F(XmlSecurityTest, ValidationDoesNotFollowSchemaLocationHints) {
     SchemaCollection schemas;
     ASSERT_EQ(schemas.add("urn:kt500:test:communication",
                           std::filesystem::path(KT500_TEST_DATA_DIR) / "xml" / "communication.xsd"),

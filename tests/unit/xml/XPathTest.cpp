@@ -34,13 +34,13 @@ constexpr std::string_view kParameters = R"(<data:dtm xmlns:data='x-schema:QDLDa
   </data:requestGroups>
 </data:dtm>)";
 
-class XPathTest : public ::testing::Test {
-  protected:
+class XmlXPathTest : public ::testing::Test {
+protected:
     Document m_doc = parseOrFail(kParameters);
     XPath m_xpath{m_doc, Namespaces::fromSelection(kSelection)};
 };
 
-TEST_F(XPathTest, RelativePathsStartAtTheDocumentElement) {
+TEST_F(XmlXPathTest, RelativePathsStartAtTheDocumentElement) {
     const auto parameters = m_xpath.select("data:persistentData/data:parameters/data:parameter");
     ASSERT_EQ(parameters.size(), 2U);
     EXPECT_EQ(parameters[0].attribute("name"), "setpoint");
@@ -51,7 +51,7 @@ TEST_F(XPathTest, RelativePathsStartAtTheDocumentElement) {
         "V-101");
 }
 
-TEST_F(XPathTest, AbsolutePathsIgnoreTheContextNode) {
+TEST_F(XmlXPathTest, AbsolutePathsIgnoreTheContextNode) {
     const Node group =
         m_xpath.selectSingle("//data:requestGroups/data:requestGroup[@name = 'operationUnit']");
     ASSERT_TRUE(group);
@@ -62,7 +62,7 @@ TEST_F(XPathTest, AbsolutePathsIgnoreTheContextNode) {
     EXPECT_EQ(included[1].attribute("name"), "tag");
 }
 
-TEST_F(XPathTest, AttributeSelectionReadsAndWritesTheAttribute) {
+TEST_F(XmlXPathTest, AttributeSelectionReadsAndWritesTheAttribute) {
     Node stamp = m_xpath.selectSingle(
         "data:requestGroups/data:requestGroup[@name = 'operationUnit']/@lastUpdate");
     ASSERT_TRUE(stamp);
@@ -73,14 +73,14 @@ TEST_F(XPathTest, AttributeSelectionReadsAndWritesTheAttribute) {
     EXPECT_EQ(stamp.parent().attribute("lastUpdate"), "2025-03-04 05:06:07 & later");
 }
 
-TEST_F(XPathTest, NoMatchIsEmpty) {
+TEST_F(XmlXPathTest, NoMatchIsEmpty) {
     EXPECT_TRUE(m_xpath.select("data:nothing").empty());
     EXPECT_FALSE(m_xpath.selectSingle("//data:parameter[@name = 'absent']"));
     // Namespace nodes are not elements; they are left out, not handed back.
     EXPECT_TRUE(m_xpath.select("namespace::*").empty());
 }
 
-TEST_F(XPathTest, BadExpressionsThrow) {
+TEST_F(XmlXPathTest, BadExpressionsThrow) {
     EXPECT_THROW((void)m_xpath.select("data:parameter[@name = '"), std::runtime_error);
     EXPECT_THROW((void)m_xpath.select("unknown:parameter"), std::runtime_error);
     EXPECT_THROW((void)m_xpath.select("count(//data:parameter)"), std::runtime_error);
@@ -89,12 +89,12 @@ TEST_F(XPathTest, BadExpressionsThrow) {
     EXPECT_EQ(m_xpath.select("//data:parameter").size(), 2U);
 }
 
-TEST_F(XPathTest, ContextFromAnotherDocumentIsRefused) {
+TEST_F(XmlXPathTest, ContextFromAnotherDocumentIsRefused) {
     Document other = parseOrFail("<r/>");
     EXPECT_THROW((void)m_xpath.select("*", other.root()), std::invalid_argument);
 }
 
-TEST(Namespaces, SelectionFormWithEitherQuote) {
+TEST(XmlNamespaces, SelectionFormWithEitherQuote) {
     const Namespaces ns = Namespaces::fromSelection(kSelection);
     ASSERT_EQ(ns.entries().size(), 2U);
     EXPECT_EQ(ns.entries()[0],
@@ -104,7 +104,7 @@ TEST(Namespaces, SelectionFormWithEitherQuote) {
     EXPECT_EQ(Namespaces::fromSelection("xmlns:a=\"it's\"").entries()[0].second, "it's");
 }
 
-TEST(Namespaces, MalformedSelectionThrows) {
+TEST(XmlNamespaces, MalformedSelectionThrows) {
     for (const char* bad :
          {"xmlns:data", "xmlns:data=x", "xmlns:data='x", "xmlns='x'", "data='x'", "xmlns:1a='x'",
           "xmlns:a='x'xmlns:b='y'", "xmlns:a=''", "xmlns:a:b='x'"}) {
