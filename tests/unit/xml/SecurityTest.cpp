@@ -2,7 +2,6 @@
 // expand entities: every DOCTYPE is refused before its declarations are read,
 // and the entity loader denies every URL even to a parser asked to load them.
 #include "xml/Document.h"
-#include "xml/SchemaCollection.h"
 #include "xml/XPath.h"
 
 #include "TestFiles.h"
@@ -231,26 +230,6 @@ TEST_F(XmlSecurityTest, XIncludeIsNotProcessed) {
     Document doc = parseOrFail(text);
     EXPECT_EQ(doc.toXml().find(kSecret), std::string::npos);
     EXPECT_EQ(doc.root().firstChildElement().name(), "include");
-}
-
-TEST_F(XmlSecurityTest, ValidationDoesNotFollowSchemaLocationHints) {
-    SchemaCollection schemas;
-    ASSERT_EQ(schemas.add("urn:kt500:test:communication",
-                          std::filesystem::path(KT500_TEST_DATA_DIR) / "xml" / "communication.xsd"),
-              "");
-    const auto hint = m_folder.write(
-        "hint.xsd",
-        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' "
-        "targetNamespace='urn:kt500:test:communication'><xs:element name='dtm'/></xs:schema>");
-    ParseOptions options;
-    options.schemas = &schemas;
-    const LoadResult result = Document::parse(
-        "<dtm xmlns='urn:kt500:test:communication' "
-        "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation="
-        "'urn:kt500:test:communication " +
-            hint.string() + "'/>",
-        options);
-    EXPECT_FALSE(result.ok()) << "validated against the hinted schema, not the collection";
 }
 
 }  // namespace
