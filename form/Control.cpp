@@ -1,4 +1,5 @@
 #include "form/Control.h"
+#include "form/Assign.h"
 
 #include "form/Form.h"
 
@@ -40,19 +41,6 @@ struct Control::State {
     std::optional<ToolbarModel> toolbar;
     std::optional<ChartModel> chart;
 };
-
-namespace {
-
-template <typename T>
-bool assign(T& field, T value) {
-    if (field == value) {
-        return false;
-    }
-    field = std::move(value);
-    return true;
-}
-
-}  // namespace
 
 Control::Control(ControlKind kind, std::string name, int index)
     : m_kind(kind), m_name(std::move(name)), m_index(index), m_state(std::make_unique<State>()) {

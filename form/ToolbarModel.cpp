@@ -1,4 +1,5 @@
 #include "form/ToolbarModel.h"
+#include "form/Assign.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -80,19 +81,6 @@ std::vector<std::string> ToolbarModel::bandItems(int band) const {
     }
     return keys;
 }
-
-namespace {
-
-template <typename T>
-bool assign(T& field, T value) {
-    if (field == value) {
-        return false;
-    }
-    field = std::move(value);
-    return true;
-}
-
-}  // namespace
 
 void ToolbarModel::setEnabled(std::string_view key, bool enabled) {
     if (assign(mutableItem(key).enabled, enabled)) {

@@ -27,7 +27,7 @@ struct ParseOptions {
 };
 
 class Document {
-  public:
+public:
     // An empty document with the element rootName (in namespaceUri if given).
     static Document create(std::string_view rootName, std::string_view namespaceUri = {});
     static LoadResult parse(std::string_view bytes, const ParseOptions& options = {});
@@ -53,7 +53,7 @@ class Document {
 
     [[nodiscard]] xmlDoc* raw() const noexcept { return m_doc.get(); }
 
-  private:
+private:
     explicit Document(XmlDocPtr doc) noexcept : m_doc(std::move(doc)) {}
 
     XmlDocPtr m_doc;

@@ -10,14 +10,14 @@
 namespace kt500::xml {
 
 class EntityAllowance {
-  public:
+public:
     // uriToBytes must outlive the allowance.
     explicit EntityAllowance(const std::map<std::string, std::string>& uriToBytes) noexcept;
     ~EntityAllowance();
     EntityAllowance(const EntityAllowance&) = delete;
     EntityAllowance& operator=(const EntityAllowance&) = delete;
 
-  private:
+private:
     const std::map<std::string, std::string>* m_previous;
 };
 

@@ -12,7 +12,7 @@
 namespace kt500::xml {
 
 class ErrorList {
-  public:
+public:
     // Matches xmlStructuredErrorFunc; userData is the ErrorList.
     static void collect(void* userData, xmlErrorPtr error) noexcept;
 
@@ -26,7 +26,7 @@ class ErrorList {
     // file's URL when the error names one (a schema file).
     static std::string format(const xmlError& error);
 
-  private:
+private:
     void add(const xmlError& error);
 
     std::vector<std::string> m_lines;
@@ -38,13 +38,13 @@ class ErrorList {
 // Sends libxml2's thread-wide structured errors, those of the parsers libxml2
 // creates by itself (for a schema's imports), into a list while it lives.
 class ThreadErrorCapture {
-  public:
+public:
     explicit ThreadErrorCapture(ErrorList& list) noexcept;
     ~ThreadErrorCapture();
     ThreadErrorCapture(const ThreadErrorCapture&) = delete;
     ThreadErrorCapture& operator=(const ThreadErrorCapture&) = delete;
 
-  private:
+private:
     xmlStructuredErrorFunc m_previous;
     void* m_previousData;
 };

@@ -13,7 +13,7 @@
 namespace kt500::xml {
 
 class Node {
-  public:
+public:
     Node() = default;
     explicit Node(xmlNode* node) noexcept : m_node(node) {}
 
@@ -59,7 +59,7 @@ class Node {
 
     friend bool operator==(const Node& a, const Node& b) noexcept { return a.m_node == b.m_node; }
 
-  private:
+private:
     void requireNode(const char* operation) const;
     void requireElement(const char* operation) const;
 

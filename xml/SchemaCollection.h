@@ -17,7 +17,7 @@ namespace kt500::xml {
 class Document;
 
 class SchemaCollection {
-  public:
+public:
     SchemaCollection();
     ~SchemaCollection();
     SchemaCollection(SchemaCollection&&) noexcept;
@@ -33,7 +33,7 @@ class SchemaCollection {
     // A root in a namespace the collection does not hold is one error.
     [[nodiscard]] std::vector<std::string> validate(const Document& document) const;
 
-  private:
+private:
     std::map<std::string, std::filesystem::path, std::less<>> m_files;
     std::map<std::string, std::string, std::less<>> m_texts;  // schema bytes by namespace
     XmlSchemaPtr m_schema;

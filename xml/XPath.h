@@ -15,7 +15,7 @@ namespace kt500::xml {
 class Document;
 
 class Namespaces {
-  public:
+public:
     Namespaces() = default;
     // Parses "xmlns:p='uri' xmlns:q=\"uri\"". Throws std::invalid_argument
     // on text that is not of that form.
@@ -26,13 +26,13 @@ class Namespaces {
         return m_entries;
     }
 
-  private:
+private:
     std::vector<std::pair<std::string, std::string>> m_entries;
 };
 
 // A query context for one document; reuse it for many queries.
 class XPath {
-  public:
+public:
     XPath(const Document& document, Namespaces namespaces);
     ~XPath();
     XPath(const XPath&) = delete;
@@ -46,7 +46,7 @@ class XPath {
     // First match or nothing.
     [[nodiscard]] Node selectSingle(std::string_view expression, Node context = {}) const;
 
-  private:
+private:
     struct Impl;
     Impl* m_impl;
 };

@@ -30,18 +30,17 @@ constexpr const char* kDeviceTypeInfo = "x-schema:QDLDeviceTypeInfoSchema.xml";
 
 // Namespace and file name of each schema; the file name is the namespace
 // less its "x-schema:" prefix.
-std::vector<std::pair<std::string, fs::path>> schemaFiles()
-{
+std::vector<std::pair<std::string, fs::path>> schemaFiles() {
     std::vector<std::pair<std::string, fs::path>> files;
     for (const char* ns : {kCommunication, kSessionData, kDatafile, kDeviceTypeInfo}) {
         const std::string uri = ns;
-        files.emplace_back(uri, fs::path(KT500_SHARE_DIR) / "schemas" / uri.substr(uri.find(':') + 1));
+        files.emplace_back(uri,
+                           fs::path(KT500_SHARE_DIR) / "schemas" / uri.substr(uri.find(':') + 1));
     }
     return files;
 }
 
-std::string joined(const std::vector<std::string>& lines)
-{
+std::string joined(const std::vector<std::string>& lines) {
     std::string text;
     for (const auto& line : lines) {
         text += line;
@@ -50,8 +49,7 @@ std::string joined(const std::vector<std::string>& lines)
     return text;
 }
 
-std::string readText(const fs::path& file)
-{
+std::string readText(const fs::path& file) {
     std::ifstream in(file, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
@@ -59,8 +57,7 @@ std::string readText(const fs::path& file)
 }
 
 // Sample files of one folder under tests/data/schemas, sorted by name.
-std::vector<fs::path> samples(const char* folder)
-{
+std::vector<fs::path> samples(const char* folder) {
     std::vector<fs::path> files;
     const fs::path dir = fs::path(KT500_TEST_DATA_DIR) / "schemas" / folder;
     if (fs::is_directory(dir)) {
@@ -74,17 +71,17 @@ std::vector<fs::path> samples(const char* folder)
     return files;
 }
 
-std::string testName(const testing::TestParamInfo<fs::path>& info)
-{
+std::string testName(const testing::TestParamInfo<fs::path>& info) {
     std::string name = info.param.stem().string();
-    std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+    std::replace_if(
+        name.begin(), name.end(),
+        [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
     return name;
 }
 
 // The word an invalid sample's errors must name, from its comment
 // "<!-- error names: WORD -->"; empty when the sample names none.
-std::string expectedWord(const fs::path& file)
-{
+std::string expectedWord(const fs::path& file) {
     static const std::regex marker(R"(<!-- error names: (\S+) -->)");
     const std::string text = readText(file);
     std::smatch match;
@@ -93,15 +90,13 @@ std::string expectedWord(const fs::path& file)
 
 class SchemaFiles : public testing::Test {
 protected:
-    static void SetUpTestSuite()
-    {
+    static void SetUpTestSuite() {
         s_collection = new SchemaCollection;
         for (const auto& [ns, file] : schemaFiles()) {
             s_addErrors += s_collection->add(ns, file);
         }
     }
-    static void TearDownTestSuite()
-    {
+    static void TearDownTestSuite() {
         delete s_collection;
         s_collection = nullptr;
     }
@@ -117,8 +112,7 @@ private:
 
 // --- Compiling the set ------------------------------------------------------
 
-TEST(SchemaSet, CompilesInAnyOrderOfAdding)
-{
+TEST(SchemaSet, CompilesInAnyOrderOfAdding) {
     auto files = schemaFiles();
     // The parameter document's schema refers to the device type namespace;
     // adding it before or after that schema must both work.
@@ -133,27 +127,26 @@ TEST(SchemaSet, CompilesInAnyOrderOfAdding)
     }
 }
 
-TEST(SchemaSet, EachSchemaCompilesAlone)
-{
+TEST(SchemaSet, EachSchemaCompilesAlone) {
     for (const auto& [ns, file] : schemaFiles()) {
         SchemaCollection single;
         EXPECT_EQ(single.add(ns, file), "") << ns;
     }
 }
 
-TEST(SchemaSet, ParameterDocumentIsRefusedWithoutTheDeviceTypeSchema)
-{
+TEST(SchemaSet, ParameterDocumentIsRefusedWithoutTheDeviceTypeSchema) {
     SchemaCollection set;
-    ASSERT_EQ(set.add(kDatafile, fs::path(KT500_SHARE_DIR) / "schemas" / "QDLDatafileSchema.xml"), "");
-    const auto loaded = Document::load(fs::path(KT500_TEST_DATA_DIR) / "schemas" / "valid" / "parameters.xml");
+    ASSERT_EQ(set.add(kDatafile, fs::path(KT500_SHARE_DIR) / "schemas" / "QDLDatafileSchema.xml"),
+              "");
+    const auto loaded =
+        Document::load(fs::path(KT500_TEST_DATA_DIR) / "schemas" / "valid" / "parameters.xml");
     ASSERT_TRUE(loaded.ok()) << loaded.message();
     const auto errors = set.validate(*loaded.document);
     ASSERT_FALSE(errors.empty());
     EXPECT_NE(joined(errors).find("device"), std::string::npos) << joined(errors);
 }
 
-TEST_F(SchemaFiles, EverySampleFolderHoldsSamples)
-{
+TEST_F(SchemaFiles, EverySampleFolderHoldsSamples) {
     EXPECT_GE(samples("valid").size(), 10U);
     EXPECT_GE(samples("invalid").size(), 10U);
 }
@@ -162,8 +155,7 @@ TEST_F(SchemaFiles, EverySampleFolderHoldsSamples)
 
 class ValidSample : public SchemaFiles, public testing::WithParamInterface<fs::path> {};
 
-TEST_P(ValidSample, PassesValidation)
-{
+TEST_P(ValidSample, PassesValidation) {
     const auto loaded = Document::load(GetParam(), {.schemas = &collection()});
     EXPECT_TRUE(loaded.ok()) << loaded.message();
     EXPECT_TRUE(loaded.validationErrors.empty()) << joined(loaded.validationErrors);
@@ -178,8 +170,7 @@ INSTANTIATE_TEST_SUITE_P(SchemaSamples, ValidSample, testing::ValuesIn(samples("
 
 class InvalidSample : public SchemaFiles, public testing::WithParamInterface<fs::path> {};
 
-TEST_P(InvalidSample, IsRefusedForItsFault)
-{
+TEST_P(InvalidSample, IsRefusedForItsFault) {
     // Well-formed XML: the schema, not the parser, must refuse it.
     const auto parsed = Document::load(GetParam());
     ASSERT_TRUE(parsed.ok()) << parsed.message();
@@ -189,13 +180,15 @@ TEST_P(InvalidSample, IsRefusedForItsFault)
     const std::string word = expectedWord(GetParam());
     if (!word.empty()) {
         EXPECT_NE(joined(errors).find(word), std::string::npos)
-            << "expected an error naming '" << word << "', got:\n" << joined(errors);
+            << "expected an error naming '" << word << "', got:\n"
+            << joined(errors);
     }
 
     const auto validated = Document::load(GetParam(), {.schemas = &collection()});
     EXPECT_FALSE(validated.ok());
 }
 
-INSTANTIATE_TEST_SUITE_P(SchemaSamples, InvalidSample, testing::ValuesIn(samples("invalid")), testName);
+INSTANTIATE_TEST_SUITE_P(SchemaSamples, InvalidSample, testing::ValuesIn(samples("invalid")),
+                         testName);
 
 }  // namespace

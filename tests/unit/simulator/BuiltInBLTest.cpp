@@ -96,8 +96,9 @@ TEST(BuiltInBLTest, EveryDeviceKeyConnectsWithValidSessionDataAndParameters) {
 }
 
 TEST(BuiltInBLTest, ConnectionLifeAndRefusals) {
-    EXPECT_THROW(BuiltInBL(SessionOptions{.deviceKey = "KTQ500_5"}, KT500_SHARE_DIR),
-                 std::invalid_argument);
+    SessionOptions qVariantRevision5;
+    qVariantRevision5.deviceKey = "KTQ500_5";  // no such device
+    EXPECT_THROW(BuiltInBL(qVariantRevision5, KT500_SHARE_DIR), std::invalid_argument);
     BuiltInBL bl(SessionOptions{}, KT500_SHARE_DIR);
     services::IDtmControl& control = *bl.control();
     QuietSink sink;
