@@ -1,0 +1,101 @@
+#include "devices/Encodings.h"
+
+#include <gtest/gtest.h>
+
+#include <QLocale>
+
+namespace kt500::devices {
+namespace {
+
+TEST(EncodingsDeviceId, DecodesMonthsSince1996) {
+    EXPECT_EQ(DecodeDeviceID(0), "0000-00-0000");
+    EXPECT_EQ(DecodeDeviceID(12), "1995-12-0012");  // n = 0: month 0 belongs to the year before
+    EXPECT_EQ(DecodeDeviceID(120000), "1996-12-0000");
+    EXPECT_EQ(DecodeDeviceID(10001), "1996-01-0001");
+    EXPECT_EQ(DecodeDeviceID(3630042), "2026-03-0042");
+    EXPECT_THROW((void)DecodeDeviceID(2000000000), std::overflow_error);
+}
+
+TEST(EncodingsSerialNumber, DecodesWeeksSince1996) {
+    EXPECT_EQ(DecodeSerNro(0), "0000-00-0000");
+    EXPECT_EQ(DecodeSerNro(-32768), "0000-00-0000");
+    EXPECT_EQ(DecodeSerNro(520000), "1996-52-0000");
+    EXPECT_EQ(DecodeSerNro(10001), "1996-01-0001");
+    EXPECT_EQ(DecodeSerNro(16649999), "2027-52-9999");
+}
+
+TEST(EncodingsSerialNumber, EncodesAndRefusesBadTexts) {
+    EXPECT_EQ(EnCodeSerNro("0000-00-0000"), 0);
+    EXPECT_EQ(EnCodeSerNro("1996-1-0001"), 10001);
+    EXPECT_EQ(EnCodeSerNro("1996-01-0001"), 10001);
+    EXPECT_EQ(EnCodeSerNro("2027-52-9999"), 16649999);
+    for (const char* bad :
+         {"1996-53-0001", "2028-01-0001", "1995-01-0001", "1996-00-0001", "1996-01-001",
+          "1996-01-00001", "96-01-0001", "1996-001-0001", "1996-0a-0001", "199a-01-0001",
+          "1996-01-00.1", "1996-01", "", "1996--0001"}) {
+        EXPECT_EQ(EnCodeSerNro(bad), -1) << bad;
+    }
+    // Every week and year that encodes decodes to the same text.
+    for (const std::int32_t year : {1996, 2011, 2027}) {
+        for (std::int32_t week = 1; week <= 52; ++week) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%d-%02d-%04d", year, week, 123);
+            EXPECT_EQ(DecodeSerNro(EnCodeSerNro(text)), text);
+        }
+    }
+}
+
+TEST(EncodingsNumbers, IsNumAcceptsWhatCallersRelyOn) {
+    for (const char* yes : {"", "-", "0", "12", "-12", "1.5", "1,5", ".5", "-,5"}) {
+        EXPECT_TRUE(IsNum(yes)) << yes;
+    }
+    for (const char* no : {"12.", "1.2.3", "1a", "--1", "1-", " 1", "1e5", "1,2.3"}) {
+        EXPECT_FALSE(IsNum(no)) << no;
+    }
+}
+
+TEST(EncodingsNumbers, Str2DblIsLocaleFree) {
+    EXPECT_EQ(Str2Dbl("abc"), NoValue);
+    EXPECT_EQ(Str2Dbl(""), NoValue);
+    EXPECT_EQ(Str2Dbl("-"), NoValue);
+    EXPECT_DOUBLE_EQ(Str2Dbl("x-1,5e1"), -15.0);
+    EXPECT_DOUBLE_EQ(Str2Dbl("12.5"), 12.5);
+    EXPECT_DOUBLE_EQ(Str2Dbl("12,5"), 12.5);
+    EXPECT_DOUBLE_EQ(Str2Dbl(".25"), 0.25);
+    EXPECT_DOUBLE_EQ(Str2Dbl("1.5.7"), 1.5);  // the second mark ends the number
+    EXPECT_DOUBLE_EQ(Str2Dbl("2.5E-2"), 0.025);
+    EXPECT_DOUBLE_EQ(Str2Dbl("3e+2"), 300.0);
+    EXPECT_DOUBLE_EQ(Str2Dbl("42 bar"), 42.0);
+    EXPECT_DOUBLE_EQ(Str2Dbl("unit: -7"), -7.0);
+    EXPECT_EQ(static_cast<float>(NoValue), 2141191936.0F);
+}
+
+class DecimalSignUnderLocale : public ::testing::TestWithParam<QLocale::Language> {
+protected:
+    void SetUp() override {
+        m_previous = QLocale();
+        QLocale::setDefault(QLocale(GetParam()));
+    }
+    void TearDown() override { QLocale::setDefault(m_previous); }
+    QLocale m_previous;
+};
+
+TEST_P(DecimalSignUnderLocale, FollowsTheLocaleUnlessASymbolIsGiven) {
+    const bool comma = GetParam() == QLocale::German;
+    EXPECT_EQ(MachineDecimalSymbol(), comma ? "," : ".");
+    EXPECT_EQ(fDecimalSep("1,5"), comma ? "1,5" : "1.5");
+    EXPECT_EQ(fDecimalSep("1.5"), comma ? "1,5" : "1.5");
+    EXPECT_EQ(fDecimalSep("1,5", "."), "1.5");
+    EXPECT_EQ(fDecimalSep("1.5", ",x"), "1,5");
+    EXPECT_EQ(fDecimalSep("1,5", "x"), "");
+    EXPECT_EQ(fDecimalSep("1,5", ""), "");
+    // Parsing does not care about the locale.
+    EXPECT_DOUBLE_EQ(Str2Dbl("1,5"), 1.5);
+    EXPECT_DOUBLE_EQ(Str2Dbl("1.5"), 1.5);
+}
+
+INSTANTIATE_TEST_SUITE_P(PointAndComma, DecimalSignUnderLocale,
+                         ::testing::Values(QLocale::English, QLocale::German));
+
+}  // namespace
+}  // namespace kt500::devices
