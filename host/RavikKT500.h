@@ -94,7 +94,7 @@ public:
 private:
     void UserControl_Initialize();
     void ReadRegistrySettings();
-    void OpenConnectionStep(services::IDtmServiceProvider& serviceObject);
+    void OpenConnectionStep();
     void LoadParameterDocument();
     void ReadPublishedInfo();
     void FillLanguageList();

@@ -127,7 +127,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         }
         user.setMousePointer(kHourglass);
 
-        OpenConnectionStep(serviceObject);
+        OpenConnectionStep();
         LoadParameterDocument();
         ReadPublishedInfo();
 
@@ -154,7 +154,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
     return done;
 }
 
-void RavikKT500::OpenConnectionStep(services::IDtmServiceProvider& /*serviceObject*/) {
+void RavikKT500::OpenConnectionStep() {
     std::int32_t connectionId = 0;
     std::string sessionData;
     bool success = false;
