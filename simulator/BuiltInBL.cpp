@@ -6,6 +6,7 @@ BuiltInBL::BuiltInBL(SessionOptions options, const std::filesystem::path& shareD
                      std::shared_ptr<services::IDtmDialogs> dialogs)
     : m_language(
           std::make_shared<SimulatedLanguage>(SimulatedLanguage::fromFolder(shareDir / "texts"))),
+      m_units(std::make_shared<SimulatedUnits>(SimulatedUnits::fromFolder(shareDir / "units"))),
       m_control(std::make_shared<SimulatedControl>(std::move(options), shareDir, m_language)) {
     if (dialogs) {
         m_dialogs = std::move(dialogs);

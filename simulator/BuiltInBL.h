@@ -9,6 +9,7 @@
 #include "simulator/SessionOptions.h"
 #include "simulator/SimulatedControl.h"
 #include "simulator/SimulatedLanguage.h"
+#include "simulator/SimulatedUnits.h"
 
 #include <filesystem>
 #include <memory>
@@ -17,15 +18,16 @@ namespace kt500::simulator {
 
 class BuiltInBL final : public services::IDtmServiceProvider {
 public:
-    // Reads the language texts under shareDir/texts; throws for a device key
-    // the catalogue lacks or texts that do not load.
+    // Reads the language texts under shareDir/texts and the unit tables under
+    // shareDir/units; throws for a device key the catalogue lacks, or texts or
+    // unit tables that do not load.
     BuiltInBL(SessionOptions options, const std::filesystem::path& shareDir,
               std::shared_ptr<services::IDtmDialogs> dialogs = nullptr);
 
     std::shared_ptr<services::IDtmControl> control() override { return m_control; }
     std::shared_ptr<services::IDtmDialogs> dialogs() override { return m_dialogs; }
-    // The unit service and the addressing come with the simulated device.
-    std::shared_ptr<services::IDtmUnits> units() override { return nullptr; }
+    std::shared_ptr<services::IDtmUnits> units() override { return m_units; }
+    // The addressing comes with the simulated device.
     std::shared_ptr<services::IDtmAddressing> addressing() override { return nullptr; }
 
     [[nodiscard]] SimulatedControl& simulatedControl() noexcept { return *m_control; }
@@ -36,6 +38,7 @@ private:
     std::shared_ptr<HeadlessDialogs> m_headless;
     std::shared_ptr<services::IDtmDialogs> m_dialogs;
     std::shared_ptr<SimulatedLanguage> m_language;
+    std::shared_ptr<SimulatedUnits> m_units;
     std::shared_ptr<SimulatedControl> m_control;
 };
 

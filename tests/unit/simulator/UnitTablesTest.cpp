@@ -1,0 +1,202 @@
+#include "simulator/UnitTables.h"
+#include "xml/Document.h"
+#include "xml/SchemaCollection.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <ostream>
+#include <string>
+
+namespace kt500::simulator {
+namespace {
+
+const std::filesystem::path kShare = KT500_SHARE_DIR;
+const std::filesystem::path kBadTables = std::filesystem::path(KT500_TEST_DATA_DIR) / "units";
+
+const UnitTables& Shipped() {
+    static const UnitTables tables = UnitTables::load(kShare / "units" / "units.xml");
+    return tables;
+}
+
+struct Known {
+    double value;
+    const char* from;
+    double expected;
+    const char* to;
+};
+
+// Published values: 1 bar = 14.5037738 psi = 100 kPa = 0.1 MPa; one standard
+// atmosphere 1.01325 bar = 14.6959488 psi; 0 degC = 32 degF = 273.15 K;
+// -40 degC = -40 degF; 100 degC = 212 degF.
+constexpr Known kKnown[] = {
+    {1.0, "bar", 14.5037738, "psi"},   {14.5037738, "psi", 1.0, "bar"},
+    {1.0, "bar", 100.0, "kPa"},        {1.0, "bar", 0.1, "MPa"},
+    {250.0, "kPa", 0.25, "MPa"},       {1.0, "barG", 14.5037738, "psiG"},
+    {0.0, "barG", 1.01325, "barA"},    {0.0, "psiG", 14.6959488, "psiA"},
+    {1.01325, "barA", 0.0, "barG"},    {5.0, "barG", 6.01325, "barA"},
+    {6.0, "barA", 72.3266939, "psiG"}, {0.0, "psiA", -1.01325, "barG"},
+    {400.0, "kPa", 5.01325, "barA"},   {0.0, "°C", 32.0, "°F"},
+    {0.0, "°C", 273.15, "K"},          {32.0, "°F", 273.15, "K"},
+    {100.0, "degC", 212.0, "degF"},    {-40.0, "°F", -40.0, "°C"},
+    {0.0, "K", -459.67, "°F"},         {25.0, "degC", 25.0, "°C"},
+    {77.0, "°F", 77.0, "degF"},
+};
+
+TEST(UnitTablesConversion, KnownValuesAgreeWithPublishedFactors) {
+    for (const Known& k : kKnown) {
+        const auto result = Shipped().convert(k.value, k.from, k.to);
+        ASSERT_TRUE(result.has_value()) << k.from << " -> " << k.to;
+        EXPECT_NEAR(*result, k.expected, 1e-6 * std::max(1.0, std::abs(k.expected)))
+            << k.value << " " << k.from << " -> " << k.to;
+    }
+}
+
+TEST(UnitTablesConversion, EveryPairOfAQuantityRoundTrips) {
+    for (const Quantity& quantity : Shipped().quantities()) {
+        for (const UnitDefinition& from : quantity.units) {
+            for (const UnitDefinition& to : quantity.units) {
+                for (const double value : {-12.5, 0.0, 3.75, 1000.0}) {
+                    const auto there = Shipped().convert(value, from.name, to.name);
+                    ASSERT_TRUE(there.has_value());
+                    const auto back = Shipped().convert(*there, to.name, from.name);
+                    ASSERT_TRUE(back.has_value());
+                    EXPECT_NEAR(*back, value, 1e-9 * std::max(1.0, std::abs(value)))
+                        << from.name << " <-> " << to.name;
+                }
+            }
+        }
+    }
+}
+
+TEST(UnitTablesConversion, UnitsOfDifferentQuantitiesDoNotConvert) {
+    EXPECT_FALSE(Shipped().convert(1.0, "bar", "°C").has_value());
+    EXPECT_FALSE(Shipped().convert(1.0, "K", "psiG").has_value());
+    EXPECT_FALSE(Shipped().convert(1.0, "mA", "%").has_value());
+    EXPECT_FALSE(Shipped().convert(1.0, "barG", "noUnit").has_value());
+    EXPECT_FALSE(Shipped().convert(1.0, "furlong", "bar").has_value());
+}
+
+TEST(UnitTablesConversion, EqualNamesGiveTheValueEvenForUnknownUnits) {
+    EXPECT_EQ(Shipped().convert(7.25, "noUnit", "noUnit"), 7.25);
+    EXPECT_EQ(Shipped().convert(7.25, "barG", "barG"), 7.25);
+}
+
+// Every unit that the device classes name (the device units, the units of
+// the unit code table and those they accept from a page) is in the tables.
+TEST(UnitTablesShipped, CoverTheUnitsTheSystemNames) {
+    for (const char* unit : {"bar", "barA", "barG", "psi", "psiA", "psiG", "kPa", "MPa", "°C",
+                             "degC", "°F", "degF", "K", "mA", "%"}) {
+        bool found = false;
+        for (const Quantity& quantity : Shipped().quantities()) {
+            found = found || quantity.find(unit) != nullptr;
+        }
+        EXPECT_TRUE(found) << unit;
+    }
+}
+
+TEST(UnitTablesShipped, GiveSIAndUSUnitsForEveryParameterWithAPageUnit) {
+    const UnitSystem* si = Shipped().system("SI");
+    const UnitSystem* us = Shipped().system("US");
+    ASSERT_NE(si, nullptr);
+    ASSERT_NE(us, nullptr);
+    for (const char* parameter :
+         {"supplyPressure", "actuatorPressure", "pcbTemperature", "measuredTemperature",
+          "pressureSpan", "breakawayPressureLimitHigh", "breakawayPressureLimitLow",
+          "limitSupplyPressureAlarmHigh", "limitSupplyPressureAlarmLow", "valveTestPressureStep",
+          "valveTestBreakawayPressure", "pressureSetpointLowLimit", "pressurePeak"}) {
+        ASSERT_NE(Shipped().parameter(parameter), nullptr) << parameter;
+        ASSERT_NE(si->unitOf(parameter), nullptr) << parameter;
+        ASSERT_NE(us->unitOf(parameter), nullptr) << parameter;
+    }
+    EXPECT_EQ(*si->unitOf("supplyPressure"), "barG");
+    EXPECT_EQ(*us->unitOf("supplyPressure"), "psiG");
+    EXPECT_EQ(*si->unitOf("pcbTemperature"), "°C");
+    EXPECT_EQ(*us->unitOf("pcbTemperature"), "°F");
+    // A span is a difference: plain bar and psi.
+    EXPECT_EQ(*si->unitOf("pressureSpan"), "bar");
+    EXPECT_EQ(*us->unitOf("pressureSpan"), "psi");
+}
+
+TEST(UnitTablesShipped, ValidateAgainstTheirSchema) {
+    xml::SchemaCollection schemas;
+    ASSERT_EQ(
+        schemas.add("x-schema:KT500UnitsSchema.xml", kShare / "schemas" / "KT500UnitsSchema.xsd"),
+        "");
+    xml::ParseOptions options;
+    options.schemas = &schemas;
+    const xml::LoadResult loaded = xml::Document::load(kShare / "units" / "units.xml", options);
+    EXPECT_TRUE(loaded.ok()) << loaded.message();
+}
+
+struct BadTable {
+    const char* file;
+    long line;
+    const char* reason;
+};
+
+void PrintTo(const BadTable& bad, std::ostream* out) {
+    *out << bad.file;
+}
+
+class UnitTablesBadInput : public testing::TestWithParam<BadTable> {};
+
+TEST_P(UnitTablesBadInput, NamesFileLineAndReason) {
+    const BadTable& bad = GetParam();
+    const std::filesystem::path file = kBadTables / bad.file;
+    try {
+        (void)UnitTables::load(file);
+        FAIL() << bad.file << " loaded";
+    } catch (const UnitTablesError& error) {
+        const std::string message = error.what();
+        EXPECT_NE(message.find(file.string()), std::string::npos) << message;
+        EXPECT_NE(message.find(bad.reason), std::string::npos) << message;
+        if (bad.line > 0) {
+            EXPECT_EQ(error.line(), bad.line) << message;
+            EXPECT_NE(message.find(":" + std::to_string(bad.line) + ":"), std::string::npos)
+                << message;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, UnitTablesBadInput,
+    testing::Values(BadTable{"malformed.xml", 6, "line 6"},
+                    BadTable{"duplicate_unit.xml", 9, "the unit 'barG' is given twice"},
+                    BadTable{"unknown_unit_in_system.xml", 9, "the unit 'Pa'"},
+                    BadTable{"incomplete_system.xml", 9, "gives no unit for 'actuatorPressure'"},
+                    BadTable{"bad_factor.xml", 5, "'0,0689' is not a number"},
+                    BadTable{"unknown_quantity.xml", 6, "unknown quantity 'temperature'"},
+                    BadTable{"missing.xml", 0, "cannot be read"}),
+    [](const testing::TestParamInfo<BadTable>& info) {
+        std::string name = info.param.file;
+        return name.substr(0, name.find('.'));
+    });
+
+TEST(UnitTablesBadInput, RefusesWrongRootAndBaseWithoutUnitFactor) {
+    EXPECT_THROW((void)UnitTables::parse("<units xmlns='x-schema:KT500UnitsSchema.xml'/>", "t"),
+                 UnitTablesError);
+    EXPECT_THROW(
+        (void)UnitTables::parse("<unitTables xmlns='x-schema:KT500UnitsSchema.xml'>"
+                                "<quantity name='p' base='a'><unit name='a' factor='2'/></quantity>"
+                                "<system name='SI'/></unitTables>",
+                                "t"),
+        UnitTablesError);
+    EXPECT_THROW((void)UnitTables::parse("<unitTables xmlns='x-schema:KT500UnitsSchema.xml'>"
+                                         "<quantity name='p' base='a'><unit name='a' factor='1'/>"
+                                         "<unit name='b' factor='-1'/></quantity>"
+                                         "<system name='SI'/></unitTables>",
+                                         "t"),
+                 UnitTablesError);
+    EXPECT_THROW(
+        (void)UnitTables::parse("<unitTables xmlns='x-schema:KT500UnitsSchema.xml'>"
+                                "<quantity name='p' base='a'><unit name='a' factor='1'/></quantity>"
+                                "</unitTables>",
+                                "t"),
+        UnitTablesError);
+}
+
+}  // namespace
+}  // namespace kt500::simulator
