@@ -1,15 +1,10 @@
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/DeviceFamilySource.h"
+
 #include <stdexcept>
 
 namespace kt500::simulator {
-
-namespace {
-
-constexpr const char* kDataNamespace = "x-schema:QDLDatafileSchema.xml";
-constexpr const char* kTypeInfoNamespace = "x-schema:QDLDeviceTypeInfoSchema.xml";
-
-}  // namespace
 
 SimulatedControl::SimulatedControl(SessionOptions options, std::filesystem::path shareDir,
                                    std::shared_ptr<services::IDtmLanguage> language)
@@ -25,27 +20,9 @@ SimulatedControl::SimulatedControl(SessionOptions options, std::filesystem::path
 }
 
 xml::Document SimulatedControl::loadParameterDocument() const {
-    // The device's full parameter document when one is installed for its key.
-    const std::filesystem::path file = m_shareDir / "devices" / (m_model.key + ".xml");
-    if (std::filesystem::exists(file)) {
-        xml::LoadResult loaded = xml::Document::load(file);
-        if (!loaded.ok()) {
-            throw std::runtime_error("parameter document " + file.string() + ": " +
-                                     loaded.message());
-        }
-        return std::move(*loaded.document);
-    }
-    // Otherwise the type's published identity with no parameters yet.
-    xml::Document document = xml::Document::create("dtm", kDataNamespace);
-    xml::Node root = document.root();
-    xml::Node published =
-        root.appendElement("device", kTypeInfoNamespace).appendElement("publishedInfo");
-    published.setAttribute("deviceTypeId", m_model.deviceTypeId);
-    published.setAttribute("name", m_model.name);
-    published.setAttribute("version", m_model.revision);
-    root.appendElement("persistentData").appendElement("parameters");
-    root.appendElement("requestGroups");
-    return document;
+    // Composed from the family source that describes the model; a source
+    // that does not load fails the connection with its file and line.
+    return ParameterDocumentBuilder(m_shareDir / "devices").build(m_model);
 }
 
 void SimulatedControl::OpenConnection(services::IQDLGuiEvent& sink,
