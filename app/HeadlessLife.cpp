@@ -65,7 +65,12 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
         << "  ConnectionID = " << tools.ConnectionID << '\n'
         << "  DeviceName = " << tools.DeviceName << ", DeviceTypeId = " << tools.DeviceTypeId
         << ", revision = " << toolbar.item("revision").text << '\n'
-        << "  parameter document: " << (control.xmlDataFile ? "loaded" : "not loaded") << '\n';
+        << "  parameter document: " << (control.xmlDataFile ? "loaded" : "not loaded") << '\n'
+        << "  GUIInit document: "
+        << (tools.RavikDTMParameters() != nullptr
+                ? "loaded (" + tools.DeviceParameterXml() + ")"
+                : std::string("not loaded (its file name comes with the session data)"))
+        << '\n';
     const form::Control& languages = form.control("comSelectLanguage");
     out << "  languages:";
     for (int i = 0; i < languages.listCount(); ++i) {
