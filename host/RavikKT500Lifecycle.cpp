@@ -235,9 +235,17 @@ void RavikKT500::FillLanguageList() {
 }
 
 void RavikKT500::LoadGuiInitDocument() {
-    // A GUIInit document that does not load leaves the tree empty; no message.
+    // Validated on parse against the GUIInit schema beside the others. A
+    // GUIInit document that does not load leaves the tree empty; no message.
+    xml::SchemaCollection schemas;
+    const std::string schemaError =
+        schemas.add("", joined(m_objTools->GUIxmlSchemaPath, "KT500GUIInitSchema.xsd"));
+    if (!schemaError.empty()) {
+        m_platform.debugOutput.write("IDtmActiveXControl_Init - " + schemaError);
+    }
     xml::LoadResult loaded =
-        xml::Document::load(joined(m_objTools->GUIxmlPath, m_objTools->DeviceParameterXml()));
+        xml::Document::load(joined(m_objTools->GUIxmlPath, m_objTools->DeviceParameterXml()),
+                            {.schemas = schemaError.empty() ? &schemas : nullptr});
     m_objTools->setRavikDTMParameters(
         loaded.ok() ? std::make_unique<xml::Document>(std::move(*loaded.document)) : nullptr);
 }

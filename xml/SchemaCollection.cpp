@@ -119,10 +119,9 @@ XmlSchemaPtr compile(const std::map<std::string, std::filesystem::path, std::les
     for (const auto& [uri, file] : files) {
         const std::string url = fileUrl(file);
         allowed[url] = texts.at(uri);
-        wrapper += "<xs:import";
-        if (!uri.empty()) {
-            wrapper += " namespace=\"" + attributeValue(uri) + "\"";
-        }
+        // A schema without a target namespace joins the wrapper, which has
+        // none either, by inclusion; libxml2 refuses to import one.
+        wrapper += uri.empty() ? "<xs:include" : "<xs:import namespace=\"" + attributeValue(uri) + "\"";
         wrapper += " schemaLocation=\"" + attributeValue(url) + "\"/>";
     }
     wrapper += "</xs:schema>";

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
+
 #include <algorithm>
+#include <fstream>
 
 namespace kt500::host {
 namespace {
@@ -131,6 +134,28 @@ TEST_F(RavikKT500Lifecycle, StartUpGoesOnAfterFailuresOfTheBL) {
     EXPECT_FALSE(kt.xmlDataFile.has_value());
     EXPECT_EQ(kt.m_objTools->DeviceName, "");
     EXPECT_TRUE(kt.m_objTools->DTMInitialized);
+}
+
+TEST_F(RavikKT500Lifecycle, GuiInitDocumentIsValidatedOnLoad) {
+    construct();
+    control->m_objTools->setDeviceParameterXml("KT520_7");
+    EXPECT_TRUE(control->IDtmActiveXControl_Init("", "", services));
+    ASSERT_NE(control->m_objTools->RavikDTMParameters(), nullptr);
+    EXPECT_EQ(control->m_objTools->RavikDTMParameters()->root().name(), "dtm");
+
+    // A GUIInit file that does not match its schema is not taken.
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+    {
+        std::ofstream file(folder.filePath("GUIInit_KT520_7.xml").toStdString());
+        file << "<dtm><treeView><leaf/></treeView></dtm>";
+    }
+    store.put("File Paths", "Xml Datafile Path", folder.path().toStdString());
+    construct();
+    control->m_objTools->setDeviceParameterXml("KT520_7");
+    EXPECT_TRUE(control->IDtmActiveXControl_Init("", "", services));
+    EXPECT_EQ(control->m_objTools->RavikDTMParameters(), nullptr);
+    EXPECT_TRUE(boxes().empty());
 }
 
 TEST_F(RavikKT500Lifecycle, ConnectionIdentifierThatOverflowsFailsTheStartUp) {

@@ -95,6 +95,19 @@ TEST(XmlSchemaCollectionImports, MemberUsesTypesAndElementsOfAnotherMember) {
     EXPECT_FALSE(outOfRange.validationErrors.empty());
 }
 
+TEST(XmlSchemaCollectionImports, SchemaWithoutNamespaceValidatesBesideNamespacedOnes) {
+    SchemaCollection schemas;
+    ASSERT_EQ(schemas.add("", kData / "plain.xsd"), "");
+    ASSERT_EQ(schemas.add(kCommunication, kData / "communication.xsd"), "");
+    ParseOptions options;
+    options.schemas = &schemas;
+    EXPECT_TRUE(Document::parse("<dtm><node name='a'/></dtm>", options).ok());
+    const LoadResult unnamed = Document::parse("<dtm><node/></dtm>", options);
+    EXPECT_FALSE(unnamed.ok());
+    EXPECT_FALSE(unnamed.validationErrors.empty());
+    EXPECT_TRUE(Document::parse(std::string(kValidRequest), options).ok());
+}
+
 TEST(XmlSchemaCollectionImports, ImportOfANamespaceOutsideTheCollectionFails) {
     SchemaCollection schemas;
     const std::string reason = schemas.add(kUses, kData / "uses.xsd");
