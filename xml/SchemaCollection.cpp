@@ -18,7 +18,7 @@ namespace kt500::xml {
 
 namespace {
 
-constexpr std::size_t kMaxSchemaBytes = 16U * 1024U * 1024U;
+constexpr std::size_t kMaxSchemaBytes = std::size_t{16} * 1024U * 1024U;
 
 bool isUnreserved(unsigned char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
@@ -121,7 +121,8 @@ XmlSchemaPtr compile(const std::map<std::string, std::filesystem::path, std::les
         allowed[url] = texts.at(uri);
         // A schema without a target namespace joins the wrapper, which has
         // none either, by inclusion; libxml2 refuses to import one.
-        wrapper += uri.empty() ? "<xs:include" : "<xs:import namespace=\"" + attributeValue(uri) + "\"";
+        wrapper +=
+            uri.empty() ? "<xs:include" : "<xs:import namespace=\"" + attributeValue(uri) + "\"";
         wrapper += " schemaLocation=\"" + attributeValue(url) + "\"/>";
     }
     wrapper += "</xs:schema>";
@@ -159,7 +160,8 @@ SchemaCollection::~SchemaCollection() = default;
 SchemaCollection::SchemaCollection(SchemaCollection&&) noexcept = default;
 SchemaCollection& SchemaCollection::operator=(SchemaCollection&&) noexcept = default;
 
-std::string SchemaCollection::add(std::string namespaceUri, const std::filesystem::path& file) {
+std::string SchemaCollection::add(const std::string& namespaceUri,
+                                  const std::filesystem::path& file) {
     initialiseLibrary();
     std::string bytes;
     if (std::string reason = readSchemaFile(file, bytes); !reason.empty()) {

@@ -25,7 +25,8 @@ public:
 
     // Adds the schema file for a namespace and recompiles the set. Returns
     // "" on success, else the reason (the collection keeps its former set).
-    [[nodiscard]] std::string add(std::string namespaceUri, const std::filesystem::path& file);
+    [[nodiscard]] std::string add(const std::string& namespaceUri,
+                                  const std::filesystem::path& file);
     [[nodiscard]] bool contains(std::string_view namespaceUri) const;
     [[nodiscard]] bool empty() const noexcept { return m_files.empty(); }
 

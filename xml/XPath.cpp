@@ -42,7 +42,7 @@ struct XPath::Impl {
     XmlXPathContextPtr context;
     ErrorList errors;
 
-    std::string reason(std::string_view expression, const char* what) {
+    [[nodiscard]] std::string reason(std::string_view expression, const char* what) const {
         std::string text = "XPath expression '" + std::string(expression) + "' " + what;
         if (!errors.lines().empty()) {
             text += ": " + errors.lines().back();
@@ -51,7 +51,7 @@ struct XPath::Impl {
     }
 };
 
-XPath::XPath(const Document& document, Namespaces namespaces) : m_impl(new Impl) {
+XPath::XPath(const Document& document, const Namespaces& namespaces) : m_impl(new Impl) {
     std::unique_ptr<Impl> impl(m_impl);
     if (document.raw() == nullptr) {
         throw std::logic_error("XPath on a document that was moved from");

@@ -33,7 +33,7 @@ private:
 // A query context for one document; reuse it for many queries.
 class XPath {
 public:
-    XPath(const Document& document, Namespaces namespaces);
+    XPath(const Document& document, const Namespaces& namespaces);
     ~XPath();
     XPath(const XPath&) = delete;
     XPath& operator=(const XPath&) = delete;
