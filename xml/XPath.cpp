@@ -38,7 +38,7 @@ bool isSelectable(const xmlNode* node) {
 }  // namespace
 
 struct XPath::Impl {
-    const Document* document = nullptr;
+    xmlDoc* document = nullptr;
     XmlXPathContextPtr context;
     ErrorList errors;
 
@@ -51,13 +51,19 @@ struct XPath::Impl {
     }
 };
 
-XPath::XPath(const Document& document, const Namespaces& namespaces) : m_impl(new Impl) {
+XPath::XPath(const Document& document, const Namespaces& namespaces)
+    : XPath(document.raw(), namespaces) {}
+
+XPath::XPath(Node node, const Namespaces& namespaces)
+    : XPath(node ? node.raw()->doc : nullptr, namespaces) {}
+
+XPath::XPath(xmlDoc* document, const Namespaces& namespaces) : m_impl(new Impl) {
     std::unique_ptr<Impl> impl(m_impl);
-    if (document.raw() == nullptr) {
-        throw std::logic_error("XPath on a document that was moved from");
+    if (document == nullptr) {
+        throw std::logic_error("XPath on a document that was moved from, or on no node");
     }
-    impl->document = &document;
-    impl->context.reset(xmlXPathNewContext(document.raw()));
+    impl->document = document;
+    impl->context.reset(xmlXPathNewContext(document));
     if (!impl->context) {
         throw std::bad_alloc();
     }
@@ -73,12 +79,12 @@ XPath::~XPath() {
 
 std::vector<Node> XPath::select(std::string_view expression, Node context) const {
     if (!context) {
-        context = m_impl->document->root();
+        context = Node(xmlDocGetRootElement(m_impl->document));
         if (!context) {
             return {};
         }
     }
-    if (context.raw()->doc != m_impl->document->raw()) {
+    if (context.raw()->doc != m_impl->document) {
         throw std::invalid_argument("XPath: the context node belongs to another document");
     }
     const std::string text(expression);

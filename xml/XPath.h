@@ -34,6 +34,8 @@ private:
 class XPath {
 public:
     XPath(const Document& document, const Namespaces& namespaces);
+    // A context for the document a node belongs to (a document owned elsewhere).
+    XPath(Node node, const Namespaces& namespaces);
     ~XPath();
     XPath(const XPath&) = delete;
     XPath& operator=(const XPath&) = delete;
@@ -47,6 +49,8 @@ public:
     [[nodiscard]] Node selectSingle(std::string_view expression, Node context = {}) const;
 
 private:
+    XPath(xmlDoc* document, const Namespaces& namespaces);
+
     struct Impl;
     Impl* m_impl;
 };
