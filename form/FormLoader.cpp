@@ -16,9 +16,24 @@
 
 namespace kt500::form {
 
+namespace {
+
+// "FILE:LINE: REASON", the line left out when there is none.
+std::string located(const std::string& file, long line, const std::string& reason) {
+    std::string text = file;
+    if (line > 0) {
+        text += ':';
+        text += std::to_string(line);
+    }
+    text += ": ";
+    text += reason;
+    return text;
+}
+
+}  // namespace
+
 FormLoadError::FormLoadError(std::string file, long line, const std::string& reason)
-    : std::runtime_error(file + (line > 0 ? ":" + std::to_string(line) : std::string()) + ": " +
-                         reason),
+    : std::runtime_error(located(file, line, reason)),
       m_file(std::move(file)),
       m_line(line),
       m_reason(reason) {}

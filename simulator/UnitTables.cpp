@@ -183,14 +183,24 @@ UnitSystem readSystem(const std::string& strSource, const xml::Node& node,
     return system;
 }
 
+// "units file FILE:LINE: REASON", the line left out when there is none.
+std::string describe(const std::string& strSource, long line, const std::string& strReason) {
+    std::string text = "units file ";
+    text += strSource;
+    if (line > 0) {
+        text += ':';
+        text += std::to_string(line);
+    }
+    text += ": ";
+    text += strReason;
+    return text;
+}
+
 }  // namespace
 
 UnitTablesError::UnitTablesError(const std::string& strSource, long line,
                                  const std::string& strReason)
-    : std::runtime_error("units file " + strSource +
-                         (line > 0 ? ":" + std::to_string(line) : std::string()) + ": " +
-                         strReason),
-      m_line(line) {}
+    : std::runtime_error(describe(strSource, line, strReason)), m_line(line) {}
 
 const UnitDefinition* Quantity::find(std::string_view strUnit) const {
     return byName(units, strUnit);
