@@ -10,6 +10,7 @@
 #include "simulator/SimulatedControl.h"
 #include "simulator/SimulatedLanguage.h"
 #include "simulator/SimulatedUnits.h"
+#include "simulator/VirtualClock.h"
 
 #include <filesystem>
 #include <memory>
@@ -31,10 +32,13 @@ public:
     std::shared_ptr<services::IDtmAddressing> addressing() override { return nullptr; }
 
     [[nodiscard]] SimulatedControl& simulatedControl() noexcept { return *m_control; }
+    // The clock of every event the BL delivers; the host advances it.
+    [[nodiscard]] VirtualClock& clock() noexcept { return *m_clock; }
     // The headless boxes, when the frame supplied none (else nullptr).
     [[nodiscard]] HeadlessDialogs* headlessDialogs() noexcept { return m_headless.get(); }
 
 private:
+    std::shared_ptr<VirtualClock> m_clock;
     std::shared_ptr<HeadlessDialogs> m_headless;
     std::shared_ptr<services::IDtmDialogs> m_dialogs;
     std::shared_ptr<SimulatedLanguage> m_language;

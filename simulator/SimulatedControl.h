@@ -1,29 +1,59 @@
 // m_pControl of the built-in BL: the connection to a simulated device of the
 // family. It hands over the session data, the device's parameter document
-// and the language service at OpenConnection, and takes the connection back
-// at CloseConnection.
+// (the data set) and the language service at OpenConnection, and answers
+// requests the way a device on the bus does: every reply, monitoring cycle
+// and device action event is scheduled on the virtual clock and reaches the
+// sink only when the host advances the clock. docs/simulator.md describes
+// the timings and the fault injection.
 //
-// The request traffic (PostRequest and the operations after it in the
-// interface) comes with the simulated device; until then those calls fail
-// at interface level, naming the operation.
+// Sources: SimulatedControl.cpp (connection, monitoring, device actions),
+// RequestHandling.cpp (requests and their replies), FaultInjection.cpp (the
+// outcomes and events a test or script forces).
 #pragma once
 
 #include "services/IDtmControl.h"
+#include "services/IDtmUnits.h"
+#include "simulator/CommunicationMessages.h"
 #include "simulator/DeviceCatalogue.h"
+#include "simulator/DeviceState.h"
 #include "simulator/SessionOptions.h"
+#include "simulator/VirtualClock.h"
 #include "xml/Document.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kt500::simulator {
 
+// How long the simulated device takes, in milliseconds of the virtual clock.
+struct DeviceTiming {
+    VirtualClock::Milliseconds replyPiece = 300;  // one reply of a group on the bus
+    VirtualClock::Milliseconds ready = 500;       // RequestAutoAction until ready
+    VirtualClock::Milliseconds stop = 300;        // StopAutoAction until stopped
+    VirtualClock::Milliseconds monitoringPeriod = 500;
+    VirtualClock::Milliseconds firstStatus = 1000;  // status push after the connection opens
+
+    // HART: about 300 ms a reply; PROFIBUS PA is faster.
+    static DeviceTiming forProtocol(const std::string& protocol);
+};
+
 class SimulatedControl final : public services::IDtmControl {
 public:
-    // Throws std::invalid_argument for a device key the catalogue lacks.
+    // Throws std::invalid_argument for a device key the catalogue lacks and
+    // std::runtime_error when the communication schema does not compile.
+    // Without a clock the control keeps one of its own; without units a
+    // write must carry the device's units.
     SimulatedControl(SessionOptions options, std::filesystem::path shareDir,
-                     std::shared_ptr<services::IDtmLanguage> language);
+                     std::shared_ptr<services::IDtmLanguage> language,
+                     std::shared_ptr<VirtualClock> clock = nullptr,
+                     std::shared_ptr<services::IDtmUnits> units = nullptr);
+    ~SimulatedControl() override;
+    SimulatedControl(const SimulatedControl&) = delete;
+    SimulatedControl& operator=(const SimulatedControl&) = delete;
 
     void OpenConnection(services::IQDLGuiEvent& sink, const std::string& connectionParameter,
                         std::int32_t& lngConnectionId, std::string& strSessionData,
@@ -51,21 +81,109 @@ public:
     [[nodiscard]] const xml::Document* parameterDocument() const noexcept {
         return m_parameters ? &*m_parameters : nullptr;
     }
+    [[nodiscard]] VirtualClock& clock() noexcept { return *m_clock; }
+    [[nodiscard]] const DeviceTiming& timing() const noexcept { return m_timing; }
+    [[nodiscard]] bool monitoring() const noexcept { return m_monitoring; }
+    [[nodiscard]] bool calibrationMode() const noexcept { return m_calibrationMode; }
+    // The device action under way ("" when none).
+    [[nodiscard]] const std::string& runningAction() const noexcept { return m_action.name; }
+    // How long a device action runs, by its request name (0: no such action).
+    [[nodiscard]] VirtualClock::Milliseconds actionDuration(const std::string& name) const;
+
+    // Fault injection: what a test or script forces (the `bl` commands).
+    // The next request of the group gets one failed final reply.
+    void failNext(const std::string& group, const std::string& errorCode = "communicationFailed");
+    // The next PostRequest or SendAutoAction is not accepted.
+    void refuseNext();
+    // The device's own value; throws std::invalid_argument for a name the
+    // device lacks or when no connection is open.
+    void setDeviceValue(const std::string& parameter, const std::string& value);
+    [[nodiscard]] std::optional<std::string> deviceValue(const std::string& parameter) const;
+    // A status push holding that item (delivered at the current time).
+    void pushStatus(const std::string& item, const std::string& value);
+    // Delivers the text as it stands as a communication event.
+    void deliverReply(const std::string& text);
+    // Outcomes of the next ready, complete and stopped event, of the next
+    // SetCalibrationMode(True) and of the next RequestAutoAction.
+    void setNextReady(bool ready) { m_nextReady = ready; }
+    void setNextComplete(bool success) { m_nextComplete = success; }
+    void setNextStopped(bool stopped) { m_nextStopped = stopped; }
+    void setNextCalibrationMode(bool success) { m_nextCalibrationMode = success; }
+    void setNextRequestAccepted(bool accepted) { m_nextRequestAccepted = accepted; }
+    // The data set lock and unlock events of another session.
+    void lockDataSet();
+    void unlockDataSet();
+    // One `bl` command of a script, its words after "bl" ("fail",
+    // "operationUnit"). Throws std::invalid_argument for words it does not know.
+    void inject(const std::vector<std::string>& words);
 
     static constexpr std::int32_t kConnectionId = 1;
 
 private:
+    // Channels of the clock: CancelRequests drops the replies only.
+    enum Channel : int { Replies = 1, Monitoring, Action, Events };
+
+    struct RunningAction {
+        std::string name;
+        VirtualClock::Ticket completion = 0;
+        VirtualClock::Milliseconds endsAt = 0;
+        VirtualClock::Milliseconds remaining = 0;  // while a stop is under way
+        int stopsPending = 0;
+    };
+
     void requireConnection(const char* operation, std::int32_t lngConnectionId) const;
-    [[noreturn]] static void notAvailable(const char* operation);
     xml::Document loadParameterDocument() const;
+    DeviceState& device();
+    static bool take(std::optional<bool>& outcome);
+
+    // RequestHandling.cpp
+    void answer(const CommunicationRequest& request);
+    void answerRead(const CommunicationRequest& request, const GroupInfo& group);
+    void answerWrite(const CommunicationRequest& request);
+    void answerOffline(const CommunicationRequest& request);
+    void answerStatusRead();
+    [[nodiscard]] std::vector<MessageItem> unknownItems(const CommunicationRequest& request) const;
+    // The value of a write item in the device's unit; nothing when the unit
+    // cannot be converted.
+    [[nodiscard]] std::optional<std::string> deviceValueOf(const MessageItem& item,
+                                                           const ParameterInfo& parameter) const;
+    // A reply that takes `pieces` reply times on the bus after what is queued.
+    void sendOnBus(const CommunicationReply& reply, int pieces = 1);
+    void sendNow(std::string text, int channel);
+    void deliver(const std::string& text);
+    [[nodiscard]] std::string statusReply(const std::vector<StatusEntry>& entries,
+                                          bool withTree) const;
+
+    // SimulatedControl.cpp
+    void monitoringCycle();
+    void completeAction();
+    void finishStop();
 
     SessionOptions m_options;
     DeviceModel m_model;
     std::filesystem::path m_shareDir;
     std::shared_ptr<services::IDtmLanguage> m_language;
+    std::shared_ptr<VirtualClock> m_clock;
+    std::shared_ptr<services::IDtmUnits> m_units;
+    xml::SchemaCollection m_schema;
     std::optional<xml::Document> m_parameters;
+    std::optional<DeviceState> m_device;
+    DeviceTiming m_timing;
     services::IQDLGuiEvent* m_sink = nullptr;
     std::int32_t m_guiLanguage = 0;
+
+    VirtualClock::Milliseconds m_busUntil = 0;  // the bus is busy until then
+    bool m_monitoring = false;
+    bool m_calibrationMode = false;
+    RunningAction m_action;
+
+    std::map<std::string, std::string> m_failures;  // group -> error code, next request
+    bool m_refuseNext = false;
+    std::optional<bool> m_nextReady;
+    std::optional<bool> m_nextComplete;
+    std::optional<bool> m_nextStopped;
+    std::optional<bool> m_nextCalibrationMode;
+    std::optional<bool> m_nextRequestAccepted;
 };
 
 }  // namespace kt500::simulator

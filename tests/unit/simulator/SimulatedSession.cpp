@@ -1,0 +1,135 @@
+#include "unit/simulator/SimulatedSession.h"
+
+#include "xml/XPath.h"
+
+namespace kt500::simulator::testing {
+
+namespace {
+
+xml::Namespaces DataSetNamespaces() {
+    return xml::Namespaces::fromSelection("xmlns:data='x-schema:QDLDatafileSchema.xml'");
+}
+
+SessionOptions Options(const std::string& deviceKey, bool online) {
+    SessionOptions options;
+    options.deviceKey = deviceKey;
+    options.online = online;
+    return options;
+}
+
+}  // namespace
+
+bool RecordingSink::IQDLGuiEvent_CommunicationEvent(const std::string& text) {
+    SinkEvent event;
+    event.kind = "reply";
+    event.text = text;
+    const xml::LoadResult loaded = xml::Document::parse(text, {.schemas = &m_schema});
+    event.valid = loaded.ok();
+    if (loaded.ok()) {
+        const xml::Node response =
+            loaded.document->root().firstChildElement("communicationResponse");
+        event.reply.name = response.attribute("name");
+        event.reply.access = response.attribute("access");
+        event.reply.responseStatus = response.attribute("responseStatus");
+        event.reply.isFinal = response.attribute("isFinal") == "1";
+        event.reply.errorCode = response.attribute("errorCode");
+        for (const xml::Node& item : response.childElements("item")) {
+            const xml::Node value = item.firstChildElement();
+            event.reply.items.push_back(
+                {item.attribute("name"), item.attribute("unit"), value.name(), value.text()});
+        }
+    }
+    record(std::move(event));
+    return true;
+}
+
+std::vector<SinkEvent> RecordingSink::replies(const std::string& name) const {
+    std::vector<SinkEvent> found;
+    for (const SinkEvent& event : events) {
+        if (event.kind == "reply" && event.reply.name == name) {
+            found.push_back(event);
+        }
+    }
+    return found;
+}
+
+std::string RecordingSink::actionEvents() const {
+    std::string text;
+    for (const SinkEvent& event : events) {
+        if (event.kind == "ready" || event.kind == "complete" || event.kind == "stopped") {
+            text += (text.empty() ? "" : " ") + event.kind + (event.flag ? " 1" : " 0");
+        }
+    }
+    return text;
+}
+
+SimulatedSession::SimulatedSession(const std::string& deviceKey, bool online)
+    : m_schema(LoadCommunicationSchema(KT500_SHARE_DIR)),
+      m_bl(Options(deviceKey, online), KT500_SHARE_DIR),
+      sink(m_schema, m_bl.clock()) {
+    std::int32_t id = 0;
+    std::string sessionData;
+    std::shared_ptr<services::IDtmLanguage> language;
+    bool locked = false;
+    bool success = false;
+    m_bl.control()->OpenConnection(sink, "", id, sessionData, m_parameters, language, locked,
+                                   success);
+    EXPECT_TRUE(success);
+    EXPECT_EQ(id, SimulatedControl::kConnectionId);
+}
+
+bool SimulatedSession::post(const std::string& request) {
+    bool accepted = false;
+    control().PostRequest(SimulatedControl::kConnectionId, request, accepted);
+    return accepted;
+}
+
+std::string SimulatedSession::readRequest(const std::string& group) const {
+    const xml::Document& document = *m_bl.simulatedControl().parameterDocument();
+    const xml::XPath query(document, DataSetNamespaces());
+    std::string text =
+        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='" + group +
+        "' access='read'>";
+    for (const xml::Node& included : query.select("data:requestGroups/data:requestGroup[@name='" +
+                                                  group + "']/data:includedParam")) {
+        const xml::Node parameter =
+            query.selectSingle("data:persistentData/data:parameters/data:parameter[@name='" +
+                               included.attribute("name") + "']");
+        if (parameter.attribute("access") == "write") {
+            continue;
+        }
+        text += "<item name='" + parameter.attribute("name") + "' unit='" +
+                parameter.attribute("unit") + "'><" + parameter.attribute("type") + "/></item>";
+    }
+    return text + "</communicationRequest></dtm>";
+}
+
+std::string SimulatedSession::writeRequest(
+    const std::string& group, const std::vector<std::pair<std::string, std::string>>& values,
+    const std::string& access) const {
+    xml::Document document = xml::Document::create("dtm", kCommunicationNamespace);
+    xml::Node request = document.root().appendElement("communicationRequest");
+    request.setAttribute("name", group);
+    request.setAttribute("access", access);
+    for (const auto& [name, value] : values) {
+        xml::Node item = request.appendElement("item");
+        item.setAttribute("name", name);
+        const std::string unit = dataSet(name, "unit");
+        item.setAttribute("unit", unit.empty() ? "noUnit" : unit);
+        const std::string type = dataSet(name, "type");
+        item.appendElement(type.empty() ? "stringVal" : type).setText(value);
+    }
+    return document.toXml();
+}
+
+std::string SimulatedSession::dataSet(const std::string& parameter,
+                                      const std::string& attribute) const {
+    const xml::Document& document = *m_bl.simulatedControl().parameterDocument();
+    const xml::XPath query(document, DataSetNamespaces());
+    return query
+        .selectSingle("data:persistentData/data:parameters/data:parameter[@name='" + parameter +
+                      "']")
+        .attribute(attribute);
+}
+
+}  // namespace kt500::simulator::testing
