@@ -84,7 +84,7 @@ private:
 
     void validate(const Parameters& parameters) const;
     void step(double seconds);  // no set point change takes effect inside
-    double delayedSetpointAt(double time) const;
+    void applyDeadBand();       // the delayed set point moves the target
     void applyPressure(double bar);
 
     Parameters m_parameters;

@@ -1,0 +1,392 @@
+#include "simulator/ValveModel.h"
+#include "simulator/ValveTests.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using kt500::simulator::HysteresisTestSettings;
+using kt500::simulator::PneumaticsTestSettings;
+using kt500::simulator::StepSample;
+using kt500::simulator::StepTestSettings;
+using kt500::simulator::ValveModel;
+using kt500::simulator::ValveTestSettings;
+
+namespace {
+
+ValveModel::Parameters makeParameters(double deadTime, double timeConstant, double deadBand) {
+    ValveModel::Parameters p;
+    p.deadTime = deadTime;
+    p.timeConstant = timeConstant;
+    p.deadBand = deadBand;
+    return p;
+}
+
+// The step test's key figures as the control reads them off the samples:
+// the first sample beyond 2 % of the step (held for the next ten samples
+// when rising), then the first sample beyond 63 % and inside 2 % of the end.
+struct KeyFigures {
+    double deadTime;
+    double settling63;
+    double settling98;
+};
+
+std::optional<KeyFigures> keyFigures(const std::vector<StepSample>& samples) {
+    const auto count = samples.size();
+    const double start = samples.front().travel;
+    const double end = samples.back().travel;
+    const double step = end - start;
+    if (std::abs(step) < 0.01) {
+        return std::nullopt;
+    }
+    const double band = step * 0.02;
+    const auto d = [&](std::size_t j) { return samples[j].travel - start; };
+    std::size_t i = 1;
+    for (; i + 10 < count; ++i) {
+        const bool rising = step > 0;
+        if (rising && d(i) > band && d(i + 1) > band && d(i + 3) > band && d(i + 5) > band &&
+            d(i + 10) > band) {
+            break;
+        }
+        if (!rising && d(i) < band) {
+            break;
+        }
+    }
+    const auto firstFrom = [&](std::size_t from, double fraction) {
+        std::size_t j = from;
+        for (; j + 1 < count; ++j) {
+            const double level = std::abs(step) * fraction;
+            if (step > 0 ? samples[j].travel > end - level : samples[j].travel < end + level) {
+                break;
+            }
+        }
+        return j;
+    };
+    const std::size_t j63 = firstFrom(i, 0.37);
+    const std::size_t j98 = firstFrom(j63, 0.02);
+    return KeyFigures{samples[i].time, samples[j63].time, samples[j98].time};
+}
+
+struct StepCase {
+    double deadTime;
+    double timeConstant;
+    double deadBand;
+    double start;
+    double change;
+    double testTime;
+};
+
+void PrintTo(const StepCase& c, std::ostream* os) {
+    *os << "dead time " << c.deadTime << " s, time constant " << c.timeConstant << " s, dead band "
+        << c.deadBand << " %, step " << c.start << " -> " << c.start + c.change << " % in "
+        << c.testTime << " s";
+}
+
+class ValveStepTest : public ::testing::TestWithParam<StepCase> {};
+
+// A first-order lag behind a dead time crosses the fraction f of its step at
+// deadTime + timeConstant * ln(1 / (1 - f)); a sample-based figure is the
+// first sample at or after that instant, so at most one period later.
+TEST_P(ValveStepTest, KeyFiguresFromSamplesMatchDeadTimeAndTimeConstant) {
+    const StepCase c = GetParam();
+    ValveModel model(makeParameters(c.deadTime, c.timeConstant, c.deadBand));
+    const auto result =
+        runStepTest(model, StepTestSettings{c.start, c.change, c.testTime, /*sampleCount=*/50});
+    ASSERT_EQ(result.samples.size(), 50u);
+    const double period = result.samplePeriod;
+    EXPECT_DOUBLE_EQ(period, c.testTime / 50);
+
+    // The travel moves by the set point change, whatever the dead band.
+    const double travelStep = result.samples.back().travel - result.samples.front().travel;
+    EXPECT_NEAR(travelStep, c.change, 1e-3);
+    EXPECT_NEAR(result.samples.back().setpoint, c.start + c.change, 1e-12);
+
+    const auto figures = keyFigures(result.samples);
+    ASSERT_TRUE(figures.has_value());
+    const auto crossing = [&](double fraction) {
+        return c.deadTime + c.timeConstant * std::log(1.0 / (1.0 - fraction));
+    };
+    const double slack = 1e-9;
+    EXPECT_GE(figures->deadTime, crossing(0.02) - slack);
+    EXPECT_LE(figures->deadTime, crossing(0.02) + period + slack);
+    EXPECT_GE(figures->settling63, crossing(0.63) - slack);
+    EXPECT_LE(figures->settling63, crossing(0.63) + period + slack);
+    EXPECT_GE(figures->settling98, crossing(0.98) - slack);
+    EXPECT_LE(figures->settling98, crossing(0.98) + period + slack);
+}
+
+INSTANTIATE_TEST_SUITE_P(ParameterSets, ValveStepTest,
+                         ::testing::Values(StepCase{0.6, 1.5, 0.2, 45.0, 10.0, 20.0},
+                                           StepCase{0.0, 0.5, 0.0, 20.0, 50.0, 8.0},
+                                           StepCase{2.0, 3.0, 1.0, 10.0, 80.0, 40.0},
+                                           StepCase{1.0, 2.0, 0.5, 70.0, -30.0, 25.0},
+                                           StepCase{0.3, 0.4, 2.0, 90.0, -5.0, 5.0},
+                                           StepCase{1.0, 0.3, 0.4, 30.0, 20.0, 5.0}),
+                         [](const auto& info) { return "Case" + std::to_string(info.index); });
+
+TEST(ValveStep, TravelStaysUntilTheDeadTimeHasPassed) {
+    ValveModel model(makeParameters(1.2, 1.0, 0.0));
+    model.setSetpoint(30.0);
+    model.advance(60.0);  // the lag has died out below the resolution of a double
+    const double rest = model.travel();
+    model.setSetpoint(60.0);
+    model.advance(1.19);
+    EXPECT_DOUBLE_EQ(model.travel(), rest);
+    model.advance(0.02);
+    EXPECT_GT(model.travel(), rest);
+}
+
+TEST(ValveStep, SameCallsGiveTheSameSamples) {
+    ValveModel a(makeParameters(0.5, 1.0, 0.3));
+    ValveModel b(makeParameters(0.5, 1.0, 0.3));
+    const auto ra = runStepTest(a, StepTestSettings{});
+    const auto rb = runStepTest(b, StepTestSettings{});
+    ASSERT_EQ(ra.samples.size(), rb.samples.size());
+    for (std::size_t k = 0; k < ra.samples.size(); ++k) {
+        EXPECT_EQ(ra.samples[k].travel, rb.samples[k].travel);
+    }
+}
+
+TEST(ValveStep, SettingsThatGiveNoTestAreRefused) {
+    ValveModel model;
+    EXPECT_THROW((void)runStepTest(model, StepTestSettings{45, 10, 0.0, 50}),
+                 std::invalid_argument);
+    EXPECT_THROW((void)runStepTest(model, StepTestSettings{45, 10, 10.0, 1}),
+                 std::invalid_argument);
+    EXPECT_THROW((void)runStepTest(model, StepTestSettings{NAN, 10, 10.0, 50}),
+                 std::invalid_argument);
+}
+
+// Travel at the given set point on the branch between two samples where the
+// set point crosses it in the given direction, linear between the samples.
+double travelAtSetpoint(const kt500::simulator::HysteresisTestResult& result, double setpoint,
+                        bool rising) {
+    for (std::size_t k = 0; k + 1 < result.samples.size(); ++k) {
+        const auto& a = result.samples[k];
+        const auto& b = result.samples[k + 1];
+        const bool crosses = rising ? (a.setpoint <= setpoint && b.setpoint > setpoint)
+                                    : (a.setpoint >= setpoint && b.setpoint < setpoint);
+        if (crosses) {
+            const double f = (setpoint - a.setpoint) / (b.setpoint - a.setpoint);
+            return a.travel + f * (b.travel - a.travel);
+        }
+    }
+    ADD_FAILURE() << "the set point never crosses " << setpoint;
+    return 0.0;
+}
+
+// On a ramp the travel trails the set point by half the dead band, plus the
+// ramp's slope s times (dead time + time constant), the steady lag of a dead
+// time and a first-order lag. Measured at a set point that both branches pass
+// at the same slope, the loop is the dead band wide plus 2 s (Td + T): here
+// 2 * 0.027 %/s * 2 s = 0.11 %, known from the parameters and taken off.
+// What is left is the reading between samples, linear on a curve that bends
+// a little: a few thousandths of a percent, so 0.005 %.
+TEST(ValveHysteresis, LoopWidthIsTheDeadBand) {
+    for (const double deadBand : {0.0, 0.5, 1.0, 2.5}) {
+        ValveModel model(makeParameters(0.5, 1.5, deadBand));
+        const HysteresisTestSettings settings{50.0, 10.0, 2000.0, 50};
+        const auto result = runHysteresisTest(model, settings);
+        ASSERT_EQ(result.samples.size(), 50u);
+        const double level = 55.0;  // sine at 30 degrees: slope cos(30 deg) of the peak slope
+        const double slope =
+            settings.setpointChange * 2.0 * M_PI / settings.testTime * std::cos(M_PI / 6.0);
+        const double lagWidth = 2.0 * slope * (0.5 + 1.5);
+        const double width =
+            travelAtSetpoint(result, level, false) - travelAtSetpoint(result, level, true);
+        EXPECT_NEAR(width - lagWidth, deadBand, 0.005) << "dead band " << deadBand;
+    }
+}
+
+TEST(ValveHysteresis, SetpointsFollowOneSinePeriodFromTheStart) {
+    ValveModel model;
+    const auto result = runHysteresisTest(model, HysteresisTestSettings{50.0, 10.0, 50.0, 50});
+    EXPECT_DOUBLE_EQ(result.samples[0].setpoint, 50.0);
+    const auto [lo, hi] =
+        std::minmax_element(result.samples.begin(), result.samples.end(),
+                            [](const auto& a, const auto& b) { return a.setpoint < b.setpoint; });
+    EXPECT_NEAR(hi->setpoint, 60.0, 0.05);
+    EXPECT_NEAR(lo->setpoint, 40.0, 0.05);
+    EXPECT_LT(hi - result.samples.begin(), lo - result.samples.begin());
+}
+
+// The vented valve starts to open when the pressure has lifted the spring's
+// preload and overcome friction; going down at mid travel the pressure is
+// 2 x friction lower than going up.
+TEST(ValveBreakaway, ValveTestFindsSpringPreloadPlusFriction) {
+    struct Case {
+        double low, high, friction, supply;
+    };
+    for (const Case c :
+         {Case{1.0, 3.0, 0.15, 4.5}, Case{0.4, 1.2, 0.0, 6.0}, Case{2.0, 4.0, 0.8, 5.5}}) {
+        ValveModel::Parameters p;
+        p.springRangeLow = c.low;
+        p.springRangeHigh = c.high;
+        p.friction = c.friction;
+        p.supplyPressure = c.supply;
+        ValveModel model(p);
+        EXPECT_DOUBLE_EQ(model.breakawayPressure(), c.low + c.friction);
+        const auto result = runValveTest(model, ValveTestSettings{});
+        // The ramp walks in steps of supply / 20000: the figures are that exact.
+        const double resolution = c.supply / 20000.0 + 1e-9;
+        EXPECT_NEAR(result.breakawayPressure, c.low + c.friction, resolution);
+        EXPECT_NEAR(result.friction, c.friction, resolution);
+        EXPECT_NEAR(result.fullStrokePressure, c.high + c.friction, resolution);
+        EXPECT_NEAR(result.loadFactor, (c.high + c.friction) / c.supply * 100.0, 0.01);
+        ASSERT_EQ(result.samples.size(), 50u);
+        for (const auto& s : result.samples) {
+            EXPECT_GT(s.pressure, 0.0);  // 0 would read as a missing sample
+        }
+        // Below the breakaway pressure on the way up the valve has not moved.
+        for (std::size_t k = 0; k < 25; ++k) {
+            if (result.samples[k].pressure < c.low + c.friction) {
+                EXPECT_EQ(result.samples[k].position, 0.0);
+            }
+        }
+    }
+}
+
+TEST(ValveBreakaway, LowSupplyNeverReachesFullStroke) {
+    ValveModel::Parameters p;
+    p.springRangeLow = 1.0;
+    p.springRangeHigh = 3.0;
+    p.friction = 0.2;
+    p.supplyPressure = 2.2;
+    ValveModel model(p);
+    const auto result = runValveTest(model, ValveTestSettings{});
+    EXPECT_DOUBLE_EQ(result.fullStrokePressure, 2.2);
+    EXPECT_DOUBLE_EQ(result.loadFactor, 100.0);
+    for (const auto& s : result.samples) {
+        EXPECT_LE(s.position, 50.0 + 1e-9);  // (2.2 - 0.2 - 1.0) / 2.0 of the stroke
+    }
+}
+
+TEST(ValvePneumatics, BuildUpAndLeakageAgreeWithSupplyPressure) {
+    ValveModel::Parameters p;
+    p.supplyPressure = 5.0;
+    p.fillTimeConstant = 0.8;
+    p.leakage = 0.3;  // bar per minute at supply pressure
+    ValveModel model(p);
+    const PneumaticsTestSettings settings{10.0, 60.0, 50};
+    const auto result = runPneumaticsTest(model, settings);
+    // Filling from the supply through a fixed restriction: 90 % after ln 10 time constants.
+    EXPECT_NEAR(result.buildUpTime, 0.8 * std::log(10.0), 0.01);
+    EXPECT_LE(result.filledPressure, 5.0);
+    EXPECT_GT(result.filledPressure, 5.0 * (1.0 - 1e-5));
+    // Leakage falls with the pressure; over a minute from full it loses just
+    // under the leakage figure.
+    const double expected = result.filledPressure * (1.0 - std::exp(-0.3 / 5.0));
+    EXPECT_NEAR(result.leakageRate, expected, 1e-6);
+    EXPECT_LT(result.leakageRate, 0.3);
+    ASSERT_EQ(result.samples.size(), 50u);
+    EXPECT_DOUBLE_EQ(result.samples.back().pressure, model.actuatorPressure());
+    EXPECT_EQ(result.samples[4].position, 100.0);  // 7 s into the 10 s fill
+}
+
+TEST(ValvePneumatics, TightActuatorHoldsItsPressure) {
+    ValveModel::Parameters p;
+    p.leakage = 0.0;
+    ValveModel model(p);
+    const auto result = runPneumaticsTest(model, PneumaticsTestSettings{});
+    EXPECT_DOUBLE_EQ(result.leakageRate, 0.0);
+    EXPECT_DOUBLE_EQ(result.samples.back().pressure, result.filledPressure);
+}
+
+// Many set point changes, pressures and parameter sets, and a supply too low
+// for the spring: the travel never leaves 0..100 % nor the pressure 0..supply.
+TEST(ValveBounds, TravelAndPressureStayInRange) {
+    std::uint32_t state = 12345u;
+    const auto next = [&state] {
+        state = state * 1664525u + 1013904223u;
+        return (state >> 8) / double(1u << 24);
+    };
+    for (const double supply : {1.5, 2.5, 4.5, 7.0}) {
+        ValveModel::Parameters p;
+        p.supplyPressure = supply;
+        p.deadBand = 0.8;
+        p.friction = 0.4;
+        ValveModel model(p);
+        for (int i = 0; i < 400; ++i) {
+            const double r = next();
+            if (i % 7 == 0) {
+                model.holdActuatorPressure(-2.0 + 12.0 * next());
+            } else if (i % 11 == 0) {
+                model.fillActuator();
+            } else if (i % 13 == 0) {
+                model.isolateActuator();
+            } else {
+                model.setInputCurrent(2.0 + 20.0 * r);
+            }
+            model.advance(3.0 * next());
+            ASSERT_GE(model.travel(), 0.0);
+            ASSERT_LE(model.travel(), 100.0);
+            ASSERT_GE(model.actuatorPressure(), 0.0);
+            ASSERT_LE(model.actuatorPressure(), supply);
+            ASSERT_GE(model.inputCurrent(), 4.0);
+            ASSERT_LE(model.inputCurrent(), 20.0);
+        }
+        for (const auto& s : runValveTest(model, ValveTestSettings{}).samples) {
+            EXPECT_LE(s.pressure, supply);
+            EXPECT_LE(s.position, 100.0);
+        }
+    }
+}
+
+// The values a monitoring reply shows: after a new set point the travel
+// closes in on it without ever moving away, and the pressure rises with it.
+TEST(ValveMonitoring, ValuesMoveTowardsANewSetpoint) {
+    ValveModel model(makeParameters(0.4, 1.0, 0.2));
+    model.setInputCurrent(8.0);  // 25 %
+    EXPECT_DOUBLE_EQ(model.setpoint(), 25.0);
+    model.advance(20.0);
+    const double pressureBefore = model.actuatorPressure();
+    model.setSetpoint(75.0);
+    EXPECT_DOUBLE_EQ(model.inputCurrent(), 16.0);
+    double gap = std::abs(model.setpoint() - model.travel());
+    for (int i = 0; i < 150; ++i) {
+        model.advance(0.1);
+        const double now = std::abs(model.setpoint() - model.travel());
+        ASSERT_LE(now, gap + 1e-12);
+        gap = now;
+    }
+    EXPECT_LE(gap, 0.1 + 1e-3);  // half the dead band, after 14 time constants
+    EXPECT_GT(model.actuatorPressure(), pressureBefore);
+    EXPECT_NEAR(model.actuatorPressure(), model.springPressure(model.travel()) + 0.15, 1e-9);
+    EXPECT_DOUBLE_EQ(model.temperature(), 31.0);
+    EXPECT_DOUBLE_EQ(model.supplyPressure(), 4.5);
+}
+
+TEST(ValveMonitoring, EndPositionsAreReachedExactly) {
+    ValveModel model(makeParameters(0.0, 0.5, 1.0));
+    model.setSetpoint(100.0);
+    model.advance(30.0);
+    EXPECT_NEAR(model.travel(), 100.0, 1e-9);
+    model.setSetpoint(0.0);
+    model.advance(30.0);
+    EXPECT_NEAR(model.travel(), 0.0, 1e-9);
+}
+
+TEST(ValveParameters, ParametersThatMakeNoValveAreRefused) {
+    const auto refused = [](auto change) {
+        ValveModel::Parameters p;
+        change(p);
+        EXPECT_THROW(ValveModel{p}, std::invalid_argument);
+    };
+    refused([](auto& p) { p.timeConstant = 0.0; });
+    refused([](auto& p) { p.deadTime = -0.1; });
+    refused([](auto& p) { p.springRangeHigh = p.springRangeLow; });
+    refused([](auto& p) { p.friction = p.springRangeLow; });  // spring could not close it
+    refused([](auto& p) { p.supplyPressure = NAN; });
+    ValveModel model;
+    EXPECT_THROW(model.advance(-1.0), std::invalid_argument);
+    EXPECT_THROW(model.setSetpoint(NAN), std::invalid_argument);
+}
+
+}  // namespace
