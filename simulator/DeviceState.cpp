@@ -83,6 +83,11 @@ std::optional<std::string> DeviceState::value(const std::string& name) const {
     if (found == m_values.end()) {
         return std::nullopt;
     }
+    if (m_live) {
+        if (std::optional<std::string> live = m_live(name)) {
+            return live;
+        }
+    }
     return found->second;
 }
 

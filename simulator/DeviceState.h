@@ -10,6 +10,7 @@
 #include "simulator/CommunicationMessages.h"
 #include "xml/Document.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -42,6 +43,11 @@ public:
     [[nodiscard]] const GroupInfo* group(const std::string& name) const;
     [[nodiscard]] std::string publishedProtocol() const { return m_protocol; }
 
+    // Where measured values come from: a parameter that the source gives a
+    // value for reads that value instead of the stored one.
+    using LiveValues = std::function<std::optional<std::string>(const std::string&)>;
+    void setLiveValues(LiveValues live) { m_live = std::move(live); }
+
     // The device's own value; nothing for a name the device lacks.
     [[nodiscard]] std::optional<std::string> value(const std::string& name) const;
     // Throws std::invalid_argument for a name the device lacks.
@@ -73,6 +79,7 @@ private:
     [[nodiscard]] xml::Node dataSetNode(const std::string& name) const;
 
     xml::Document& m_dataSet;
+    LiveValues m_live;
     std::string m_protocol;
     std::map<std::string, ParameterInfo, std::less<>> m_parameters;
     std::map<std::string, GroupInfo, std::less<>> m_groups;

@@ -26,7 +26,7 @@ void SimulatedControl::refuseNext() {
 }
 
 void SimulatedControl::setDeviceValue(const std::string& parameter, const std::string& value) {
-    device().setValue(parameter, value);
+    takeValue(parameter, value);
 }
 
 std::optional<std::string> SimulatedControl::deviceValue(const std::string& parameter) const {

@@ -165,7 +165,7 @@ void SimulatedControl::answerWrite(const CommunicationRequest& request) {
     }
     CommunicationReply reply{request.name, request.access, "ok", true, "", {}};
     for (const auto& [name, value] : accepted) {
-        m_device->setValue(name, value);
+        takeValue(name, value);
         m_device->storeInDataSet(name, value, "1");
         reply.items.push_back(m_device->item(name));
     }

@@ -57,6 +57,12 @@ DeviceState& SimulatedControl::device() {
     return *m_device;
 }
 
+void SimulatedControl::takeValue(const std::string& parameter, const std::string& value) {
+    device().setValue(parameter, value);
+    m_dynamics->advanceTo(m_clock->now());
+    m_dynamics->apply(parameter, value);
+}
+
 bool SimulatedControl::take(std::optional<bool>& outcome) {
     const bool value = outcome.value_or(true);
     outcome.reset();
@@ -72,10 +78,27 @@ void SimulatedControl::OpenConnection(services::IQDLGuiEvent& sink,
     if (m_sink != nullptr) {
         throw std::logic_error("OpenConnection: the connection is already open");
     }
+    m_dynamics.reset();
     m_device.reset();
     m_parameters.emplace(loadParameterDocument());
     m_device.emplace(*m_parameters);
+    m_dynamics.emplace(*m_device, m_clock->now());
+    m_device->setLiveValues([this](const std::string& name) {
+        m_dynamics->advanceTo(m_clock->now());
+        return m_dynamics->value(name);
+    });
     m_timing = DeviceTiming::forProtocol(m_device->publishedProtocol());
+    // A device with a sampling rate of its own monitors at that rate.
+    if (const std::optional<std::string> rate = m_device->value("monitoringSamplingRate")) {
+        try {
+            const long milliseconds = std::stol(*rate);
+            if (milliseconds >= 100 && milliseconds <= 10000) {
+                m_timing.monitoringPeriod = milliseconds;
+            }
+        } catch (const std::exception&) {
+            // The default period stays.
+        }
+    }
     m_sink = &sink;
     m_busUntil = m_clock->now();
     lngConnectionId = kConnectionId;
@@ -214,7 +237,7 @@ void SimulatedControl::SendAutoAction(std::int32_t lngConnectionId, const std::s
         }
         const std::optional<std::string> value = deviceValueOf(item, *parameter);
         if (value && DeviceState::checkWrite(*parameter, *value).empty()) {
-            device().setValue(item.name, *value);
+            takeValue(item.name, *value);
         }
     }
     const VirtualClock::Milliseconds duration = actionDuration(request->name);
@@ -227,6 +250,10 @@ void SimulatedControl::SendAutoAction(std::int32_t lngConnectionId, const std::s
 
 void SimulatedControl::completeAction() {
     const bool success = take(m_nextComplete);
+    if (success) {
+        m_dynamics->advanceTo(m_clock->now());
+        m_dynamics->runTest(m_action.name, *m_device);
+    }
     m_action = {};
     m_sink->IQDLGuiEvent_AutoActionComplete(success);
 }

@@ -15,6 +15,7 @@
 #include "services/IDtmUnits.h"
 #include "simulator/CommunicationMessages.h"
 #include "simulator/DeviceCatalogue.h"
+#include "simulator/DeviceDynamics.h"
 #include "simulator/DeviceState.h"
 #include "simulator/SessionOptions.h"
 #include "simulator/VirtualClock.h"
@@ -83,6 +84,10 @@ public:
     }
     [[nodiscard]] VirtualClock& clock() noexcept { return *m_clock; }
     [[nodiscard]] const DeviceTiming& timing() const noexcept { return m_timing; }
+    // The valve behind the measured values, while a connection is open.
+    [[nodiscard]] const DeviceDynamics* dynamics() const noexcept {
+        return m_dynamics ? &*m_dynamics : nullptr;
+    }
     [[nodiscard]] bool monitoring() const noexcept { return m_monitoring; }
     [[nodiscard]] bool calibrationMode() const noexcept { return m_calibrationMode; }
     // The device action under way ("" when none).
@@ -95,8 +100,9 @@ public:
     void failNext(const std::string& group, const std::string& errorCode = "communicationFailed");
     // The next PostRequest or SendAutoAction is not accepted.
     void refuseNext();
-    // The device's own value; throws std::invalid_argument for a name the
-    // device lacks or when no connection is open.
+    // The device's own value (a set point or input signal also moves the
+    // valve); throws std::invalid_argument for a name the device lacks or
+    // std::logic_error when no connection is open.
     void setDeviceValue(const std::string& parameter, const std::string& value);
     [[nodiscard]] std::optional<std::string> deviceValue(const std::string& parameter) const;
     // A status push holding that item (delivered at the current time).
@@ -134,6 +140,8 @@ private:
     void requireConnection(const char* operation, std::int32_t lngConnectionId) const;
     xml::Document loadParameterDocument() const;
     DeviceState& device();
+    // A value the device took: stored, and passed on to the valve.
+    void takeValue(const std::string& parameter, const std::string& value);
     static bool take(std::optional<bool>& outcome);
 
     // RequestHandling.cpp
@@ -168,6 +176,7 @@ private:
     xml::SchemaCollection m_schema;
     std::optional<xml::Document> m_parameters;
     std::optional<DeviceState> m_device;
+    std::optional<DeviceDynamics> m_dynamics;
     DeviceTiming m_timing;
     services::IQDLGuiEvent* m_sink = nullptr;
     std::int32_t m_guiLanguage = 0;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace kt500::simulator::testing {
 namespace {
 
@@ -57,6 +59,31 @@ TEST(SimulatedMonitoringTest, CyclicRepliesBetweenStartAndStop) {
     EXPECT_EQ(session.clock().pending(), 0U);
 }
 
+TEST(SimulatedMonitoringTest, ValuesFollowTheValve) {
+    SimulatedSession session("KT520_7", false);
+    const double travel = std::stod(*session.control().deviceValue("valveTravel"));
+    EXPECT_NEAR(travel, 45.0, 1.0) << "the valve starts settled at the device's set point";
+    session.control().inject({"set", "travelSetpoint", "80"});
+    bool success = false;
+    session.control().StartMonitoringRequests(kId, 0, success);
+    session.clock().advance(15000);
+    const std::vector<SinkEvent> cycles = session.sink.replies("monitoringVariables");
+    ASSERT_EQ(cycles.size(), 30U);
+    const auto valveTravel = [](const SinkEvent& cycle) {
+        return std::stod(cycle.reply.items[1].value);
+    };
+    EXPECT_EQ(std::stod(cycles.front().reply.items[0].value), 80.0);
+    EXPECT_LT(valveTravel(cycles.front()), 60.0) << "the valve needs time to move";
+    EXPECT_NEAR(valveTravel(cycles.back()), 80.0, 0.5);
+    for (std::size_t i = 1; i < cycles.size(); ++i) {
+        EXPECT_GE(valveTravel(cycles[i]), valveTravel(cycles[i - 1]) - 0.05) << i;
+    }
+    // A sampling rate of the device's own sets the period.
+    SimulatedSession safety("PL500_2", false);
+    EXPECT_EQ(safety.control().timing().monitoringPeriod,
+              std::stol(*safety.control().deviceValue("monitoringSamplingRate")));
+}
+
 TEST(SimulatedMonitoringTest, StopFromInsideTheSinkEndsTheCycles) {
     // The control stops monitoring while handling a cycle's reply.
     SimulatedSession session("KT540_1.0", false);
@@ -97,11 +124,39 @@ TEST(SimulatedActionTest, TestSettingsRenamedStartTheTestForItsTestTime) {
     EXPECT_EQ(session.sink.actionEvents(), "");
     session.clock().settle();
     EXPECT_EQ(session.sink.actionEvents(), "complete 1");
-    // The results are readable afterwards.
+    // The results, run on the valve, are readable afterwards.
     ASSERT_TRUE(session.post(session.readRequest("stepTestValues")));
     session.clock().settle();
-    EXPECT_FALSE(session.sink.replies("stepTestValues").empty());
-    EXPECT_TRUE(session.sink.replies("stepTestValues").back().reply.isFinal);
+    std::map<std::string, double> values;
+    for (const SinkEvent& reply : session.sink.replies("stepTestValues")) {
+        for (const MessageItem& item : reply.reply.items) {
+            values[item.name] = std::stod(item.value);
+        }
+    }
+    ASSERT_EQ(values.size(), 100U);
+    EXPECT_NEAR(values["stepTestTravel00"], 40.0, 0.5);
+    EXPECT_NEAR(values["stepTestTravel49"], 45.0, 0.5);
+    EXPECT_NEAR(values["stepTestTime49"], 19.6, 0.05);
+}
+
+TEST(SimulatedActionTest, ValveAndPneumaticsTestResultsComeFromTheValve) {
+    SimulatedSession session("PL500_2", false);
+    const std::string documented = *session.control().deviceValue("valveTestBreakawayPressure");
+    ASSERT_TRUE(SendAction(session, ActionRequest("valveTest")));
+    session.clock().settle();
+    ASSERT_EQ(session.sink.actionEvents(), "complete 1");
+    const double breakaway =
+        std::stod(*session.control().deviceValue("valveTestBreakawayPressure"));
+    EXPECT_NEAR(breakaway, session.control().dynamics()->valve().breakawayPressure(), 0.2);
+    EXPECT_NE(*session.control().deviceValue("valveTestBreakawayPressure"), documented);
+    // After the test the valve is back in control at its former set point.
+    session.clock().advance(30000);
+    EXPECT_NEAR(std::stod(*session.control().deviceValue("actualTravel")), 100.0, 1.0);
+
+    ASSERT_TRUE(SendAction(session, ActionRequest("pneumaticsTest")));
+    session.control().setNextComplete(false);
+    session.clock().settle();
+    EXPECT_EQ(session.sink.actionEvents(), "complete 1 complete 0");
 }
 
 TEST(SimulatedActionTest, StopEndsTheActionWithoutACompleteEvent) {
@@ -201,8 +256,9 @@ TEST(SimulatedFaultTest, FailRefuseAndInjectedEvents) {
     EXPECT_FALSE(session.post(session.readRequest("operationUnit")));
     EXPECT_TRUE(session.post(session.readRequest("operationUnit")));
 
-    control.inject({"set", "travelSetpoint", "62.5"});
-    EXPECT_EQ(control.deviceValue("travelSetpoint"), "62.5");
+    control.inject({"set", "hartTag", "FV-9"});
+    EXPECT_EQ(control.deviceValue("hartTag"), "FV-9");
+    EXPECT_EQ(session.dataSet("hartTag", "value"), "PV-101");
     EXPECT_THROW(control.inject({"set", "noSuchParameter", "1"}), std::invalid_argument);
 
     session.clock().settle();

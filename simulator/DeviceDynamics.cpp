@@ -1,0 +1,185 @@
+#include "simulator/DeviceDynamics.h"
+
+#include "simulator/ValveTests.h"
+
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <map>
+
+namespace kt500::simulator {
+
+namespace {
+
+// The valve settles for this long before the session starts.
+constexpr double kSettleSeconds = 30.0;
+
+std::optional<double> NumberOf(const std::optional<std::string>& text) {
+    if (!text || text->empty()) {
+        return std::nullopt;
+    }
+    try {
+        std::size_t used = 0;
+        const double number = std::stod(*text, &used);
+        return used == text->size() && std::isfinite(number) ? std::optional<double>(number)
+                                                             : std::nullopt;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::string Text(double number, int decimals = 2) {
+    char buffer[48];
+    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, number);
+    return buffer;
+}
+
+// The name of a series item: "stepTestTravel" and 7 give "stepTestTravel07".
+std::string SeriesItem(const std::string& series, std::size_t index) {
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "%02zu", index);
+    return series + buffer;
+}
+
+void SetIfPresent(DeviceState& device, const std::string& name, const std::string& value) {
+    if (device.parameter(name) != nullptr) {
+        device.setValue(name, value);
+    }
+}
+
+// The set point the valve holds: the family's set point parameter, else the
+// travel it reports.
+std::optional<double> StartSetpoint(const DeviceState& device) {
+    for (const char* name : {"travelSetpoint", "setpoint", "actualTravel", "valveTravel"}) {
+        if (const std::optional<double> value = NumberOf(device.value(name))) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+DeviceDynamics::DeviceDynamics(const DeviceState& device, VirtualClock::Milliseconds now)
+    : m_time(now) {
+    if (const std::optional<double> supply = NumberOf(device.value("supplyPressure"));
+        supply && *supply > 0) {
+        ValveModel::Parameters parameters = m_valve.parameters();
+        parameters.supplyPressure = *supply;
+        try {
+            m_valve.setParameters(parameters);
+        } catch (const std::invalid_argument&) {
+            // A supply that cannot drive the valve: the model keeps its own.
+        }
+    }
+    m_valve.setSetpoint(StartSetpoint(device).value_or(50.0));
+    m_valve.advance(kSettleSeconds);
+}
+
+void DeviceDynamics::advanceTo(VirtualClock::Milliseconds now) {
+    if (now > m_time) {
+        m_valve.advance(static_cast<double>(now - m_time) / 1000.0);
+        m_time = now;
+    }
+}
+
+std::optional<std::string> DeviceDynamics::value(const std::string& parameter) const {
+    using Reading = std::function<double(const ValveModel&)>;
+    static const std::map<std::string, Reading, std::less<>> readings = {
+        {"travelSetpoint", [](const ValveModel& v) { return v.setpoint(); }},
+        {"setpoint", [](const ValveModel& v) { return v.setpoint(); }},
+        {"valveTravel", [](const ValveModel& v) { return v.travel(); }},
+        {"actualTravel", [](const ValveModel& v) { return v.travel(); }},
+        {"positioningValue", [](const ValveModel& v) { return v.travel(); }},
+        {"outputValue", [](const ValveModel& v) { return v.travel(); }},
+        {"actuatorPressure", [](const ValveModel& v) { return v.actuatorPressure(); }},
+        {"inputSignal", [](const ValveModel& v) { return v.inputCurrent(); }},
+        {"pcbTemperature", [](const ValveModel& v) { return v.temperature(); }},
+        {"leakageSignal", [](const ValveModel& v) { return v.leakageSignal(); }},
+    };
+    const auto found = readings.find(parameter);
+    if (found == readings.end()) {
+        return std::nullopt;
+    }
+    return Text(found->second(m_valve));
+}
+
+bool DeviceDynamics::apply(const std::string& parameter, const std::string& value) {
+    const std::optional<double> number = NumberOf(value);
+    if (!number) {
+        return false;
+    }
+    if (parameter == "travelSetpoint" || parameter == "setpoint") {
+        m_valve.setSetpoint(*number);
+        return true;
+    }
+    if (parameter == "inputSignal") {
+        m_valve.setInputCurrent(*number);
+        return true;
+    }
+    if (parameter == "supplyPressure" && *number > 0) {
+        ValveModel::Parameters parameters = m_valve.parameters();
+        parameters.supplyPressure = *number;
+        try {
+            m_valve.setParameters(parameters);
+        } catch (const std::invalid_argument&) {
+            return false;
+        }
+        return true;
+    }
+    return false;
+}
+
+void DeviceDynamics::runTest(const std::string& action, DeviceState& device) {
+    const double setpointBefore = m_valve.setpoint();
+    const double testTime = NumberOf(device.value("testTime")).value_or(10.0);
+    const double start = NumberOf(device.value("startSetpoint")).value_or(45.0);
+    const double change = NumberOf(device.value("setpointChange")).value_or(10.0);
+    try {
+        if (action == "stepResponseTest") {
+            const StepTestResult result = runStepTest(m_valve, {start, change, testTime, 50});
+            for (std::size_t i = 0; i < result.samples.size(); ++i) {
+                const StepSample& sample = result.samples[i];
+                SetIfPresent(device, SeriesItem("stepTestTime", i), Text(sample.time, 1));
+                SetIfPresent(device, SeriesItem("stepTestTravel", i), Text(sample.travel, 1));
+                SetIfPresent(device, SeriesItem("lastSpOrTime", i), Text(sample.time, 1));
+                SetIfPresent(device, SeriesItem("lastPosition", i), Text(sample.travel, 1));
+            }
+        } else if (action == "hysteresisTest") {
+            const HysteresisTestResult result =
+                runHysteresisTest(m_valve, {start, change, testTime, 50});
+            for (std::size_t i = 0; i < result.samples.size(); ++i) {
+                const HysteresisSample& sample = result.samples[i];
+                SetIfPresent(device, SeriesItem("hysteresisTestSetpoint", i),
+                             Text(sample.setpoint, 1));
+                SetIfPresent(device, SeriesItem("hysteresisTestTravel", i), Text(sample.travel, 1));
+                SetIfPresent(device, SeriesItem("lastSpOrTime", i), Text(sample.setpoint, 1));
+                SetIfPresent(device, SeriesItem("lastPosition", i), Text(sample.travel, 1));
+            }
+        } else if (action == "valveTest") {
+            const ValveTestResult result = runValveTest(m_valve, {});
+            for (std::size_t i = 0; i < result.samples.size(); ++i) {
+                SetIfPresent(device, SeriesItem("valveTestPos", i),
+                             Text(result.samples[i].position, 1));
+                SetIfPresent(device, SeriesItem("valveTestVal", i),
+                             Text(result.samples[i].pressure));
+            }
+            SetIfPresent(device, "valveTestBreakawayPressure", Text(result.breakawayPressure));
+            SetIfPresent(device, "valveTestLoadFactorKeyFigure", Text(result.loadFactor, 1));
+        } else if (action == "pneumaticsTest") {
+            const PneumaticsTestResult result = runPneumaticsTest(m_valve, {});
+            for (std::size_t i = 0; i < result.samples.size(); ++i) {
+                SetIfPresent(device, SeriesItem("pneumaticsTestPos", i),
+                             Text(result.samples[i].position, 1));
+                SetIfPresent(device, SeriesItem("pneumaticsTestVal", i),
+                             Text(result.samples[i].pressure));
+            }
+        }
+    } catch (const std::invalid_argument&) {
+        // Settings that give no test leave the former results.
+    }
+    // Back in control at the set point the valve had before the test.
+    m_valve.setSetpoint(setpointBefore);
+}
+
+}  // namespace kt500::simulator
