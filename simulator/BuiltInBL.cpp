@@ -9,7 +9,8 @@ BuiltInBL::BuiltInBL(SessionOptions options, const std::filesystem::path& shareD
           std::make_shared<SimulatedLanguage>(SimulatedLanguage::fromFolder(shareDir / "texts"))),
       m_units(std::make_shared<SimulatedUnits>(SimulatedUnits::fromFolder(shareDir / "units"))),
       m_control(std::make_shared<SimulatedControl>(std::move(options), shareDir, m_language,
-                                                   m_clock, m_units)) {
+                                                   m_clock, m_units)),
+      m_addressing(std::make_shared<SimulatedAddressing>(*m_control)) {
     if (dialogs) {
         m_dialogs = std::move(dialogs);
     } else {

@@ -7,6 +7,7 @@
 #include "services/IDtmServiceProvider.h"
 #include "simulator/HeadlessDialogs.h"
 #include "simulator/SessionOptions.h"
+#include "simulator/SimulatedAddressing.h"
 #include "simulator/SimulatedControl.h"
 #include "simulator/SimulatedLanguage.h"
 #include "simulator/SimulatedUnits.h"
@@ -28,8 +29,7 @@ public:
     std::shared_ptr<services::IDtmControl> control() override { return m_control; }
     std::shared_ptr<services::IDtmDialogs> dialogs() override { return m_dialogs; }
     std::shared_ptr<services::IDtmUnits> units() override { return m_units; }
-    // The addressing comes with the simulated device.
-    std::shared_ptr<services::IDtmAddressing> addressing() override { return nullptr; }
+    std::shared_ptr<services::IDtmAddressing> addressing() override { return m_addressing; }
 
     [[nodiscard]] SimulatedControl& simulatedControl() noexcept { return *m_control; }
     // The clock of every event the BL delivers; the host advances it.
@@ -44,6 +44,7 @@ private:
     std::shared_ptr<SimulatedLanguage> m_language;
     std::shared_ptr<SimulatedUnits> m_units;
     std::shared_ptr<SimulatedControl> m_control;
+    std::shared_ptr<SimulatedAddressing> m_addressing;
 };
 
 }  // namespace kt500::simulator

@@ -82,6 +82,7 @@ class SimulatedSession {
 public:
     explicit SimulatedSession(const std::string& deviceKey = "KT520_7", bool online = true);
 
+    BuiltInBL& bl() { return m_bl; }
     SimulatedControl& control() { return m_bl.simulatedControl(); }
     VirtualClock& clock() { return m_bl.clock(); }
     [[nodiscard]] const xml::SchemaCollection& schema() const { return m_schema; }
