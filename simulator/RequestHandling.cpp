@@ -3,6 +3,8 @@
 #include "services/IQDLGuiEvent.h"
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/EventLog.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -168,6 +170,9 @@ void SimulatedControl::answerWrite(const CommunicationRequest& request) {
         takeValue(name, value);
         m_device->storeInDataSet(name, value, "1");
         reply.items.push_back(m_device->item(name));
+    }
+    if (!accepted.empty()) {
+        EventLog::Record(*m_device, "eventConfigurationChanged", sessionHours());
     }
     // One reply for every eight values sent, at least one, on the bus.
     sendOnBus(reply, std::max<int>(1, static_cast<int>((accepted.size() + 7) / 8)));

@@ -1,5 +1,7 @@
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/EventLog.h"
+
 #include "services/IQDLGuiEvent.h"
 #include "simulator/DeviceFamilySource.h"
 
@@ -248,11 +250,20 @@ void SimulatedControl::SendAutoAction(std::int32_t lngConnectionId, const std::s
         duration, [this] { completeAction(); }, this, Action);
 }
 
+double SimulatedControl::sessionHours() const {
+    return static_cast<double>(m_clock->now()) / 3600000.0;
+}
+
 void SimulatedControl::completeAction() {
     const bool success = take(m_nextComplete);
     if (success) {
         m_dynamics->advanceTo(m_clock->now());
         m_dynamics->runTest(m_action.name, *m_device);
+        // Calibrations and trims are events of the device's log; tests are not.
+        if (m_action.name.find("alibration") != std::string::npos ||
+            m_action.name.find("Trim") != std::string::npos) {
+            EventLog::Record(*m_device, "eventCalibration", sessionHours());
+        }
     }
     m_action = {};
     m_sink->IQDLGuiEvent_AutoActionComplete(success);

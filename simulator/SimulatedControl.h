@@ -92,6 +92,8 @@ public:
     [[nodiscard]] bool calibrationMode() const noexcept { return m_calibrationMode; }
     // The device action under way ("" when none).
     [[nodiscard]] const std::string& runningAction() const noexcept { return m_action.name; }
+    // Virtual hours since the session's clock started.
+    [[nodiscard]] double sessionHours() const;
     // How long a device action runs, by its request name (0: no such action).
     [[nodiscard]] VirtualClock::Milliseconds actionDuration(const std::string& name) const;
 

@@ -302,3 +302,38 @@ TEST(SimulatedFaultTest, CloseConnectionDropsEverythingPending) {
 
 }  // namespace
 }  // namespace kt500::simulator::testing
+
+namespace kt500::simulator::testing {
+namespace {
+
+TEST(SimulatedEventLogTest, WritesAndCalibrationsJoinTheLogNewestFirst) {
+    SimulatedSession session("KT520_7");
+    SimulatedControl& control = session.control();
+    const std::string oldest = *control.deviceValue("eventLogEvent18");
+    const std::string newest = *control.deviceValue("eventLogEvent00");
+    const double hours = std::stod(*control.deviceValue("operationTime"));
+
+    ASSERT_TRUE(session.post(session.writeRequest("operationUnit", {{"description", "Bypass"}})));
+    session.clock().settle();
+    EXPECT_EQ(control.deviceValue("eventLogEvent00"), "eventConfigurationChanged");
+    EXPECT_EQ(control.deviceValue("eventLogEvent01"), newest);
+    EXPECT_EQ(control.deviceValue("eventLogEvent19"), oldest);  // the oldest fell out
+    EXPECT_NEAR(std::stod(*control.deviceValue("eventLogTime00")), hours, 0.11);
+
+    // A refused write changes nothing in the device, so the log stays.
+    ASSERT_TRUE(session.post(session.writeRequest("operationUnit", {{"deviceDay", "31"}})));
+    session.clock().settle();
+    EXPECT_EQ(control.deviceValue("eventLogEvent01"), newest);
+
+    ASSERT_TRUE(RequestAction(session));
+    session.clock().advance(control.timing().ready);
+    ASSERT_TRUE(SendAction(session, ActionRequest("automaticTravelCalibration")));
+    session.clock().advance(60000);
+    EXPECT_EQ(control.deviceValue("eventLogEvent00"), "eventCalibration");
+    EXPECT_EQ(control.deviceValue("eventLogEvent01"), "eventConfigurationChanged");
+    EXPECT_GE(std::stod(*control.deviceValue("eventLogTime00")),
+              std::stod(*control.deviceValue("eventLogTime01")));
+}
+
+}  // namespace
+}  // namespace kt500::simulator::testing
