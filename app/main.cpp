@@ -1,14 +1,19 @@
 // kt500-dtm: the KT500 device manager. Without a window (until the desktop
 // window is part of the product) it runs the control's life against the
-// built-in BL and prints each step.
+// built-in BL and prints each step; with --script it runs an automation
+// script as the headless frame.
 #include "app/HeadlessLife.h"
+#include "app/ScriptRunner.h"
 #include "simulator/DeviceCatalogue.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include <exception>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <sstream>
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
@@ -31,8 +36,38 @@ int main(int argc, char** argv) {
     const QCommandLineOption language(QStringLiteral("language"),
                                       QStringLiteral("Language identifier (1033, 1031, 9999)."),
                                       QStringLiteral("ID"), QStringLiteral("1033"));
-    parser.addOptions({device, offline, role, language});
+    const QCommandLineOption script(
+        QStringLiteral("script"),
+        QStringLiteral("Run an automation script (- for standard input) and exit with 0 when "
+                       "every expect held, 1 when one failed, 2 when the script cannot run."),
+        QStringLiteral("FILE"));
+    parser.addOptions({device, offline, role, language, script});
     parser.process(application);
+
+    if (parser.isSet(script)) {
+        const std::string file = parser.value(script).toStdString();
+        std::string text;
+        if (file == "-") {
+            text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+        } else {
+            std::ifstream in(file, std::ios::binary);
+            if (!in) {
+                std::cerr << "kt500-dtm: cannot read the script '" << file << "'\n";
+                return 2;
+            }
+            std::ostringstream bytes;
+            bytes << in.rdbuf();
+            text = bytes.str();
+        }
+        try {
+            const auto layout = kt500::app::InstallLayout::Detect(
+                QCoreApplication::applicationDirPath(), KT500_SHARE_DIR);
+            return kt500::app::RunScript(text, layout.shareDir, std::cout, std::cerr);
+        } catch (const std::exception& failure) {
+            std::cerr << "kt500-dtm: " << failure.what() << '\n';
+            return 2;
+        }
+    }
 
     kt500::simulator::SessionOptions options;
     options.deviceKey = parser.value(device).toStdString();

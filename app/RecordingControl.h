@@ -1,0 +1,50 @@
+// The connection the script runner hands to the control: every call goes
+// on to the built-in BL's connection unchanged, and each call that carries
+// a request (PostRequest, SendAutoAction) is recorded for the `requests`
+// command, in the order the control made them.
+#pragma once
+
+#include "services/IDtmControl.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kt500::app {
+
+struct RecordedRequest {
+    std::string operation;  // "PostRequest" or "SendAutoAction"
+    std::string request;    // the request as the control sent it
+};
+
+class RecordingControl final : public services::IDtmControl {
+public:
+    explicit RecordingControl(std::shared_ptr<services::IDtmControl> inner);
+
+    void OpenConnection(services::IQDLGuiEvent& sink, const std::string& connectionParameter,
+                        std::int32_t& lngConnectionId, std::string& strSessionData,
+                        xml::Node& parameterNode, std::shared_ptr<services::IDtmLanguage>& language,
+                        bool& blDataSetLocked, bool& blSuccess) override;
+    void CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) override;
+    void PostRequest(std::int32_t lngConnectionId, const std::string& strRequest,
+                     bool& blAccepted) override;
+    void CancelRequests(std::int32_t lngConnectionId, bool& blSuccess) override;
+    void StartMonitoringRequests(std::int32_t lngConnectionId, std::int32_t lngReserved,
+                                 bool& blSuccess) override;
+    void StopMonitoringRequests(std::int32_t lngConnectionId) override;
+    void RequestAutoAction(std::int32_t lngConnectionId, bool& blAccepted) override;
+    void SendAutoAction(std::int32_t lngConnectionId, const std::string& strRequest,
+                        std::int32_t lngTimeoutMs, bool& blAccepted) override;
+    void StopAutoAction(std::int32_t lngConnectionId, bool& blStopping) override;
+    void SetGuiLanguage(std::int32_t lngLanguageId) override;
+    void SetCalibrationMode(bool blOn, bool& blSuccess) override;
+
+    // The requests since the last call, and forgets them.
+    std::vector<RecordedRequest> takeRequests();
+
+private:
+    std::shared_ptr<services::IDtmControl> m_inner;
+    std::vector<RecordedRequest> m_requests;
+};
+
+}  // namespace kt500::app

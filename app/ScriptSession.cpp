@@ -1,0 +1,204 @@
+#include "app/ScriptSession.h"
+
+#include "form/FormLoader.h"
+#include "host/QtSettingsStore.h"
+#include "simulator/DeviceCatalogue.h"
+#include "xml/Document.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+
+namespace kt500::app {
+
+namespace {
+
+// The built-in BL's services, with the connection seen through the recorder.
+class RecordingProvider final : public services::IDtmServiceProvider {
+public:
+    RecordingProvider(simulator::BuiltInBL& bl, std::shared_ptr<RecordingControl> recorder)
+        : m_bl(bl), m_recorder(std::move(recorder)) {}
+
+    std::shared_ptr<services::IDtmControl> control() override { return m_recorder; }
+    std::shared_ptr<services::IDtmDialogs> dialogs() override { return m_bl.dialogs(); }
+    std::shared_ptr<services::IDtmUnits> units() override { return m_bl.units(); }
+    std::shared_ptr<services::IDtmAddressing> addressing() override { return m_bl.addressing(); }
+
+private:
+    simulator::BuiltInBL& m_bl;
+    std::shared_ptr<RecordingControl> m_recorder;
+};
+
+// A script's standard output is what the script asks for, nothing else.
+class SilentDebugOutput final : public host::IDebugOutput {
+public:
+    void write(const std::string& /*strMessage*/) override {}
+};
+
+}  // namespace
+
+ScriptSession::ScriptSession(std::filesystem::path shareDir) : m_shareDir(std::move(shareDir)) {
+    if (!m_settingsDir.isValid()) {
+        throw std::runtime_error("no temporary folder for the session's settings: " +
+                                 m_settingsDir.errorString().toStdString());
+    }
+}
+
+ScriptSession::~ScriptSession() {
+    if (running()) {
+        m_control->IDtmActiveXControl_PrepareToRelease();
+    }
+}
+
+void ScriptSession::requireStarted() const {
+    if (!started()) {
+        throw std::logic_error("no session: start one first");
+    }
+}
+
+host::RavikKT500& ScriptSession::control() const {
+    requireStarted();
+    return *m_control;
+}
+
+simulator::BuiltInBL& ScriptSession::bl() const {
+    requireStarted();
+    return *m_bl;
+}
+
+simulator::HeadlessDialogs& ScriptSession::dialogs() const {
+    requireStarted();
+    return *m_bl->headlessDialogs();
+}
+
+RecordingControl& ScriptSession::recorder() const {
+    requireStarted();
+    return *m_recorder;
+}
+
+bool ScriptSession::start(const simulator::SessionOptions& options) {
+    if (simulator::DeviceCatalogue::find(options.deviceKey) == nullptr) {
+        throw std::invalid_argument("unknown device key '" + options.deviceKey +
+                                    "'; the built-in BL simulates " +
+                                    simulator::DeviceCatalogue::keyList());
+    }
+    if (running()) {
+        release();
+    }
+    m_control.reset();
+    m_provider.reset();
+    m_recorder.reset();
+    m_bl.reset();
+
+    m_options = options;
+    const form::FormLoader loader(m_shareDir / "schemas" /
+                                  std::string(form::FormLoader::kSchemaFileName));
+    auto formModel = std::make_unique<form::Form>();
+    loader.load(*formModel, form::FormLoader::standardFiles(m_shareDir / "forms"));
+
+    const QString folder = m_settingsDir.path();
+    m_settings = std::make_unique<host::QtSettingsStore>(folder + QStringLiteral("/machine.conf"),
+                                                         folder + QStringLiteral("/user.conf"));
+    m_debugOutput = std::make_unique<SilentDebugOutput>();
+    host::ControlPlatform platform{
+        *m_settings, *m_debugOutput,
+        host::PathDefaults::UnderShare(m_shareDir.string(),
+                                       (folder + QStringLiteral("/documents/")).toStdString())};
+
+    m_bl = std::make_unique<simulator::BuiltInBL>(m_options, m_shareDir);
+    m_recorder = std::make_shared<RecordingControl>(m_bl->control());
+    m_provider = std::make_unique<RecordingProvider>(*m_bl, m_recorder);
+    const simulator::DeviceModel& model = m_bl->simulatedControl().model();
+    m_sessionData = simulator::BuildSessionData(m_options, model.deviceType, model.revision);
+
+    m_control = std::make_unique<host::RavikKT500>(std::move(formModel), platform);
+    return m_control->IDtmActiveXControl_Init("", "", *m_provider);
+}
+
+void ScriptSession::release() {
+    requireStarted();
+    m_control->IDtmActiveXControl_PrepareToRelease();
+}
+
+void ScriptSession::updateSessionData(
+    const std::vector<std::pair<std::string, std::string>>& changes) {
+    requireStarted();
+    xml::LoadResult loaded = xml::Document::parse(m_sessionData);
+    if (!loaded.ok()) {
+        throw std::logic_error("the session data of the BL do not parse");
+    }
+    xml::Node session = loaded.document->root().firstChildElement("session");
+    for (const auto& [name, value] : changes) {
+        if (!session.hasAttribute(name)) {
+            throw std::invalid_argument("the session data have no attribute '" + name + "'");
+        }
+        session.setAttribute(name, value);
+    }
+    m_sessionData = loaded.document->toXml();
+    // The BL sends it as one of its events, delivered at once.
+    host::RavikKT500* control = m_control.get();
+    const std::string sessionData = m_sessionData;
+    m_bl->clock().schedule(
+        0, [control, sessionData] { control->IQDLGuiEvent_UpdateSessionData(sessionData); });
+    deliverDue();
+}
+
+std::int64_t ScriptSession::now() const {
+    return m_bl ? m_bl->clock().now() : 0;
+}
+
+void ScriptSession::advanceTo(std::int64_t target) {
+    simulator::VirtualClock& clock = m_bl->clock();
+    form::Form& form = m_control->form();
+    while (true) {
+        std::int64_t next = target;
+        if (const auto event = clock.nextEventTime()) {
+            next = std::min(next, std::max(*event, clock.now()));
+        }
+        if (const auto tick = form.nextTimerTick()) {
+            next = std::min(next, clock.now() + *tick);
+        }
+        const std::int64_t step = next - clock.now();
+        clock.advance(step);
+        // Form timers count in int milliseconds; a step is at most one tick
+        // apart, but a long wait with no timer running is split.
+        std::int64_t left = step;
+        while (left > 0) {
+            const auto part =
+                static_cast<int>(std::min<std::int64_t>(left, std::numeric_limits<int>::max()));
+            form.advanceTimers(part);
+            left -= part;
+        }
+        if (clock.now() >= target) {
+            clock.advance(0);
+            return;
+        }
+    }
+}
+
+void ScriptSession::wait(std::int64_t ms) {
+    requireStarted();
+    if (ms < 0) {
+        throw std::invalid_argument("time does not run backwards");
+    }
+    advanceTo(m_bl->clock().now() + ms);
+}
+
+void ScriptSession::settle() {
+    requireStarted();
+    simulator::VirtualClock& clock = m_bl->clock();
+    const std::int64_t limit = clock.now() + simulator::VirtualClock::kSettleLimit;
+    while (const auto event = clock.nextEventTime()) {
+        if (*event > limit) {
+            break;
+        }
+        advanceTo(std::max(*event, clock.now()));
+    }
+}
+
+void ScriptSession::deliverDue() {
+    requireStarted();
+    m_bl->clock().advance(0);
+}
+
+}  // namespace kt500::app

@@ -1,0 +1,87 @@
+// One session of a script: the control constructed as the frame constructs
+// it (the form files loaded, settings read, the built-in BL for the device
+// key), initialised, driven, and released. The settings live in a temporary
+// folder of the session, so that a script never reads or writes the user's
+// settings and runs the same everywhere; the control's debug output goes
+// nowhere, so that standard output holds only what the script asks for.
+//
+// Time: the BL's virtual clock and the form's timers move together, in time
+// order, only when the script says so (wait, settle, and "now" after a BL
+// command).
+#pragma once
+
+#include "app/RecordingControl.h"
+#include "host/RavikKT500.h"
+#include "simulator/BuiltInBL.h"
+#include "simulator/SessionOptions.h"
+
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kt500::app {
+
+class ScriptSession {
+public:
+    explicit ScriptSession(std::filesystem::path shareDir);
+    ~ScriptSession();
+    ScriptSession(const ScriptSession&) = delete;
+    ScriptSession& operator=(const ScriptSession&) = delete;
+
+    // Constructs the control and runs IDtmActiveXControl_Init against a new
+    // built-in BL; a session still running is released first. Throws
+    // std::invalid_argument for a device key the BL does not simulate.
+    // Returns what IDtmActiveXControl_Init returned.
+    bool start(const simulator::SessionOptions& options);
+    // IDtmActiveXControl_PrepareToRelease. The control, the BL and its boxes
+    // stay readable afterwards.
+    void release();
+
+    [[nodiscard]] bool started() const noexcept { return m_control != nullptr; }
+    [[nodiscard]] bool running() const noexcept { return started() && !m_control->released(); }
+    // Each throws std::logic_error before the first start.
+    [[nodiscard]] host::RavikKT500& control() const;
+    [[nodiscard]] simulator::BuiltInBL& bl() const;
+    [[nodiscard]] simulator::HeadlessDialogs& dialogs() const;
+    [[nodiscard]] RecordingControl& recorder() const;
+    [[nodiscard]] const simulator::SessionOptions& options() const noexcept { return m_options; }
+
+    // The BL sends IQDLGuiEvent_UpdateSessionData with these attributes of
+    // the session element changed (name, value); the changes stay for the
+    // next update. An attribute the session data lack throws
+    // std::invalid_argument.
+    void updateSessionData(const std::vector<std::pair<std::string, std::string>>& changes);
+
+    // Moves time on by ms: every BL event and timer tick due on the way, in
+    // time order (at the same moment, BL events first).
+    void wait(std::int64_t ms);
+    // Delivers BL events until none is pending, at most ten minutes; the
+    // timers tick on the way.
+    void settle();
+    // Delivers the BL events due now.
+    void deliverDue();
+    // Virtual milliseconds since the session's start.
+    [[nodiscard]] std::int64_t now() const;
+
+private:
+    void advanceTo(std::int64_t target);
+    void requireStarted() const;
+
+    std::filesystem::path m_shareDir;
+    QTemporaryDir m_settingsDir;
+    simulator::SessionOptions m_options;
+    std::string m_sessionData;  // the last session data the BL sent
+    // Destroyed in reverse: the control lets go of the BL's services first.
+    std::unique_ptr<simulator::BuiltInBL> m_bl;
+    std::shared_ptr<RecordingControl> m_recorder;
+    std::unique_ptr<services::IDtmServiceProvider> m_provider;
+    std::unique_ptr<host::IDebugOutput> m_debugOutput;
+    std::unique_ptr<host::ISettingsStore> m_settings;
+    std::unique_ptr<host::RavikKT500> m_control;
+};
+
+}  // namespace kt500::app
