@@ -71,6 +71,15 @@ std::optional<bool> flag(std::string_view text) {
     return std::nullopt;
 }
 
+// "1", "0 to 1", "at least 1": the words a command takes after its name.
+std::string wordsAfter(const Arity& arity) {
+    const std::string low = std::to_string(arity.min - 1);
+    if (arity.max == kAny) {
+        return "at least " + low;
+    }
+    return arity.min == arity.max ? low : low + " to " + std::to_string(arity.max - 1);
+}
+
 void checkLine(const ScriptLine& line) {
     const std::string& name = line.words.front();
     const auto found = commands().find(name);
@@ -79,15 +88,8 @@ void checkLine(const ScriptLine& line) {
     }
     const std::size_t count = line.words.size();
     if (count < found->second.min || count > found->second.max) {
-        throw ScriptError(
-            line.number,
-            "'" + name + "' takes " +
-                (found->second.max == kAny ? "at least " + std::to_string(found->second.min - 1)
-                 : found->second.min == found->second.max
-                     ? std::to_string(found->second.min - 1)
-                     : std::to_string(found->second.min - 1) + " to " +
-                           std::to_string(found->second.max - 1)) +
-                " words after it");
+        throw ScriptError(line.number,
+                          "'" + name + "' takes " + wordsAfter(found->second) + " words after it");
     }
     const auto& w = line.words;
     const auto bad = [&](const std::string& why) { throw ScriptError(line.number, why); };
