@@ -10,25 +10,12 @@ namespace kt500::app {
 
 namespace {
 
-bool equalsNoCase(std::string_view a, std::string_view b) noexcept {
-    if (a.size() != b.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(a[i])) !=
-            std::tolower(static_cast<unsigned char>(b[i]))) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // True and False by name, in any case.
 std::optional<bool> booleanWord(std::string_view text) noexcept {
-    if (equalsNoCase(text, "True")) {
+    if (EqualsNoCase(text, "True")) {
         return true;
     }
-    if (equalsNoCase(text, "False")) {
+    if (EqualsNoCase(text, "False")) {
         return false;
     }
     return std::nullopt;
@@ -50,6 +37,19 @@ bool isDigit(char c) noexcept {
 }
 
 }  // namespace
+
+bool EqualsNoCase(std::string_view a, std::string_view b) noexcept {
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (std::tolower(static_cast<unsigned char>(a[i])) !=
+            std::tolower(static_cast<unsigned char>(b[i]))) {
+            return false;
+        }
+    }
+    return true;
+}
 
 std::optional<double> DecimalOf(std::string_view text) noexcept {
     // Checked by hand first: from_chars would take "inf", "nan" and hex floats.

@@ -15,6 +15,8 @@ namespace kt500::app {
 [[nodiscard]] std::optional<double> DecimalOf(std::string_view text) noexcept;
 // A decimal number or 0x hexadecimal (with an optional minus sign).
 [[nodiscard]] std::optional<double> ExpectedNumberOf(std::string_view text) noexcept;
+// The same text without regard to case (ASCII), as names and Booleans compare.
+[[nodiscard]] bool EqualsNoCase(std::string_view a, std::string_view b) noexcept;
 // Whether the actual value is the expected one under the rules above.
 [[nodiscard]] bool ValuesMatch(std::string_view expected, std::string_view actual) noexcept;
 

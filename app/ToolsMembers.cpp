@@ -1,5 +1,7 @@
 #include "app/ToolsMembers.h"
 
+#include "app/ScriptCompare.h"
+
 #include "form/Property.h"
 
 #include <array>
@@ -113,24 +115,11 @@ const std::vector<Member>& members() {
 
 #undef KT500_MEMBER
 
-bool sameName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(a[i])) !=
-            std::tolower(static_cast<unsigned char>(b[i]))) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 std::optional<std::string> ToolsMember(const host::clsTools& tools, std::string_view strMember) {
     for (const Member& member : members()) {
-        if (sameName(member.name, strMember)) {
+        if (EqualsNoCase(member.name, strMember)) {
             return member.read(tools);
         }
     }

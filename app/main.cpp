@@ -5,6 +5,7 @@
 #include "app/HeadlessLife.h"
 #include "app/ScriptRunner.h"
 #include "simulator/DeviceCatalogue.h"
+#include "xml/FileText.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -50,14 +51,10 @@ int main(int argc, char** argv) {
         if (file == "-") {
             text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
         } else {
-            std::ifstream in(file, std::ios::binary);
-            if (!in) {
-                std::cerr << "kt500-dtm: cannot read the script '" << file << "'\n";
+            if (const std::string reason = kt500::xml::ReadFileBytes(file, text); !reason.empty()) {
+                std::cerr << "kt500-dtm: the script: " << reason << '\n';
                 return 2;
             }
-            std::ostringstream bytes;
-            bytes << in.rdbuf();
-            text = bytes.str();
         }
         try {
             const auto layout = kt500::app::InstallLayout::Detect(

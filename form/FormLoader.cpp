@@ -2,6 +2,7 @@
 
 #include "form/RowLayout.h"
 #include "xml/Document.h"
+#include "xml/FileText.h"
 #include "xml/SchemaCollection.h"
 
 #include <libxml/tree.h>
@@ -16,24 +17,8 @@
 
 namespace kt500::form {
 
-namespace {
-
-// "FILE:LINE: REASON", the line left out when there is none.
-std::string located(const std::string& file, long line, const std::string& reason) {
-    std::string text = file;
-    if (line > 0) {
-        text += ':';
-        text += std::to_string(line);
-    }
-    text += ": ";
-    text += reason;
-    return text;
-}
-
-}  // namespace
-
 FormLoadError::FormLoadError(std::string file, long line, const std::string& reason)
-    : std::runtime_error(located(file, line, reason)),
+    : std::runtime_error(xml::Located(file, line, reason)),
       m_file(std::move(file)),
       m_line(line),
       m_reason(reason) {}
@@ -481,11 +466,10 @@ FormLoader::FormLoader(const std::filesystem::path& schemaFile) : m_impl(std::ma
 FormLoader::~FormLoader() = default;
 
 void FormLoader::load(Form& form, const std::filesystem::path& file) const {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
+    std::string bytes;
+    if (!xml::ReadFileBytes(file, bytes).empty()) {
         throw FormLoadError(file.string(), 0, "the form file cannot be read");
     }
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     loadBytes(form, bytes, file.string());
 }
 

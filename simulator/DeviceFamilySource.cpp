@@ -1,6 +1,7 @@
 #include "simulator/DeviceFamilySource.h"
 
 #include "simulator/DeviceCatalogue.h"
+#include "xml/FileText.h"
 
 #include <libxml/tree.h>
 
@@ -503,9 +504,8 @@ DeviceFamilySource DeviceFamilySource::load(const std::filesystem::path& file) {
     if (!std::filesystem::is_regular_file(file, ec)) {
         throw DeviceSourceError(file.string() + ": no such device source");
     }
-    std::ifstream in(file, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (!in.is_open() || in.bad()) {
+    std::string bytes;
+    if (!xml::ReadFileBytes(file, bytes).empty()) {
         throw DeviceSourceError(file.string() + ": cannot read the device source");
     }
     return parse(bytes, file.filename().string());

@@ -1,6 +1,7 @@
 #include "simulator/LanguageTexts.h"
 
 #include "xml/Document.h"
+#include "xml/FileText.h"
 
 #include <charconv>
 #include <fstream>
@@ -20,13 +21,11 @@ constexpr std::string_view kTextsNamespace = "x-schema:KT500TextsSchema.xml";
 }  // namespace
 
 LanguageTexts LanguageTexts::load(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
+    std::string bytes;
+    if (!xml::ReadFileBytes(file, bytes).empty()) {
         fail(file.string(), "cannot be read");
     }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return parse(bytes.str(), file.string());
+    return parse(bytes, file.string());
 }
 
 LanguageTexts LanguageTexts::parse(std::string_view bytes, const std::string& strSource) {

@@ -1,6 +1,7 @@
 #include "simulator/UnitTables.h"
 
 #include "xml/Document.h"
+#include "xml/FileText.h"
 
 #include <libxml/tree.h>
 
@@ -183,24 +184,11 @@ UnitSystem readSystem(const std::string& strSource, const xml::Node& node,
     return system;
 }
 
-// "units file FILE:LINE: REASON", the line left out when there is none.
-std::string describe(const std::string& strSource, long line, const std::string& strReason) {
-    std::string text = "units file ";
-    text += strSource;
-    if (line > 0) {
-        text += ':';
-        text += std::to_string(line);
-    }
-    text += ": ";
-    text += strReason;
-    return text;
-}
-
 }  // namespace
 
 UnitTablesError::UnitTablesError(const std::string& strSource, long line,
                                  const std::string& strReason)
-    : std::runtime_error(describe(strSource, line, strReason)), m_line(line) {}
+    : std::runtime_error(xml::Located("units file " + strSource, line, strReason)), m_line(line) {}
 
 const UnitDefinition* Quantity::find(std::string_view strUnit) const {
     return byName(units, strUnit);
@@ -216,13 +204,11 @@ const std::string* UnitSystem::unitOf(std::string_view strParameter) const {
 }
 
 UnitTables UnitTables::load(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
+    std::string bytes;
+    if (!xml::ReadFileBytes(file, bytes).empty()) {
         throw UnitTablesError(file.string(), 0, "cannot be read");
     }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return parse(bytes.str(), file.string());
+    return parse(bytes, file.string());
 }
 
 UnitTables UnitTables::parse(std::string_view bytes, const std::string& strSource) {

@@ -2,6 +2,7 @@
 // memory; the parser resolves nothing outside them: any DOCTYPE stops it at
 // once, so no entity is ever declared, and the entity loader denies all URLs.
 #include "xml/Document.h"
+#include "xml/FileText.h"
 
 #include "xml/ErrorList.h"
 #include "xml/SchemaCollection.h"
@@ -102,19 +103,11 @@ LoadResult Document::parse(std::string_view bytes, const ParseOptions& options) 
 }
 
 LoadResult Document::load(const std::filesystem::path& file, const ParseOptions& options) {
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(file, ec);
-    if (ec) {
-        return failure("cannot read " + file.string() + ": " + ec.message());
-    }
-    if (size > options.maxBytes) {
-        return failure("the document has " + std::to_string(size) + " bytes, more than the " +
-                       std::to_string(options.maxBytes) + " allowed");
-    }
-    std::ifstream in(file, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad() || !in.is_open()) {
-        return failure("cannot read " + file.string());
+    std::string bytes;
+    if (std::string reason = ReadFileBytes(file, bytes, options.maxBytes); !reason.empty()) {
+        LoadResult result;
+        result.error = std::move(reason);
+        return result;
     }
     return parse(bytes, options);
 }

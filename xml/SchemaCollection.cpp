@@ -5,6 +5,8 @@
 // wrapper has brought them in already.
 #include "xml/SchemaCollection.h"
 
+#include "xml/FileText.h"
+
 #include "xml/Document.h"
 #include "xml/EntityLoader.h"
 #include "xml/ErrorList.h"
@@ -68,23 +70,8 @@ std::string attributeValue(std::string_view text) {
 }
 
 std::string readSchemaFile(const std::filesystem::path& file, std::string& bytes) {
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(file, ec);
-    if (ec) {
-        return "cannot read the schema " + file.string() + ": " + ec.message();
-    }
-    if (size > kMaxSchemaBytes) {
-        return "the schema " + file.string() + " is too large";
-    }
-    std::ifstream in(file, std::ios::binary);
-    if (!in.is_open()) {
-        return "cannot open the schema " + file.string();
-    }
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        return "cannot read the schema " + file.string();
-    }
-    return {};
+    std::string reason = ReadFileBytes(file, bytes, kMaxSchemaBytes);
+    return reason.empty() ? reason : "the schema: " + reason;
 }
 
 // The member's own targetNamespace must be the one it is registered for;
