@@ -9,21 +9,17 @@ namespace {
 
 TEST(RecordingControl, RecordsRequestsInOrderAndForwardsEveryCall) {
     auto log = std::make_shared<testing::CallLog>();
-    auto inner = std::make_shared<testing::RecordingControl>(log);
-    RecordingControl recorder(inner);
+    RecordingControl recorder(std::make_shared<testing::RecordingControl>(log));
     bool accepted = false;
-    bool success = false;
     recorder.PostRequest(1, "<read/>", accepted);
     recorder.RequestAutoAction(1, accepted);
     recorder.SendAutoAction(1, "<action/>", 5000, accepted);
-    recorder.CancelRequests(1, success);
+    recorder.CancelRequests(1, accepted);
 
     const auto requests = recorder.takeRequests();
     ASSERT_EQ(requests.size(), 2U);
-    EXPECT_EQ(requests[0].operation, "PostRequest");
-    EXPECT_EQ(requests[0].request, "<read/>");
-    EXPECT_EQ(requests[1].operation, "SendAutoAction");
-    EXPECT_EQ(requests[1].request, "<action/>");
+    EXPECT_EQ(requests[0].operation + requests[0].request, "PostRequest<read/>");
+    EXPECT_EQ(requests[1].operation + requests[1].request, "SendAutoAction<action/>");
     EXPECT_TRUE(recorder.takeRequests().empty());
     EXPECT_EQ(log->size(), 4U);
 }

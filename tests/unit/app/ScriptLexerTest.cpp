@@ -14,6 +14,8 @@ TEST(ScriptLexer, SplitsWordsAtBlanksAndKeepsLineNumbers) {
     EXPECT_EQ(lines[0].words, (Words{"start", "KT520_7", "online"}));
     EXPECT_EQ(lines[1].number, 4);
     EXPECT_EQ(lines[1].words, (Words{"get", "tools.DeviceName"}));
+    EXPECT_TRUE(LexScript("").empty());
+    EXPECT_TRUE(LexScript("\n\n# only a comment\n\t\n").empty());
 }
 
 TEST(ScriptLexer, QuotedWordsKeepBlanksAndTakeEscapedQuotesAndBackslashes) {
@@ -47,11 +49,6 @@ TEST(ScriptLexer, AQuoteLeftOpenNamesItsLine) {
             EXPECT_STREQ(error.what(), "line 3: a quoted word is not closed");
         }
     }
-}
-
-TEST(ScriptLexer, EmptyAndBlankScriptsHaveNoLines) {
-    EXPECT_TRUE(LexScript("").empty());
-    EXPECT_TRUE(LexScript("\n\n# only a comment\n\t\n").empty());
 }
 
 }  // namespace

@@ -9,19 +9,21 @@
 namespace kt500::app {
 namespace {
 
-simulator::SessionOptions optionsFor(const std::string& deviceKey) {
-    simulator::SessionOptions options;
-    options.deviceKey = deviceKey;
-    return options;
-}
+class ScriptSessionTest : public ::testing::Test {
+protected:
+    void start(const std::string& deviceKey) {
+        simulator::SessionOptions options;
+        options.deviceKey = deviceKey;
+        ASSERT_TRUE(session.start(options));
+    }
+    ScriptSession session{KT500_SHARE_DIR};
+};
 
-TEST(ScriptSession, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
-    ScriptSession session(KT500_SHARE_DIR);
-    ASSERT_TRUE(session.start(optionsFor("KT520_7")));
+TEST_F(ScriptSessionTest, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
+    ASSERT_NO_FATAL_FAILURE(start("KT520_7"));
     form::Form& form = session.control().form();
     simulator::VirtualClock& clock = session.bl().clock();
-    // Only our own events: the status push of the online session goes.
-    clock.cancelOwner(&session.bl().simulatedControl());
+    clock.cancelOwner(&session.bl().simulatedControl());  // no status push of the session
 
     std::vector<std::string> seen;
     form.setEventSink([&](form::FormEvent& event) {
@@ -38,7 +40,7 @@ TEST(ScriptSession, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
               (std::vector<std::string>{"bl@250", "bl@500", "tick@500", "bl@1000", "tick@1000"}));
     EXPECT_EQ(session.now(), 1000);
 
-    // settle stops at the last BL event; the timer ticked on the way.
+    // settle stops at the last BL event.
     seen.clear();
     session.settle();
     EXPECT_EQ(seen, (std::vector<std::string>{"bl@1200"}));
@@ -46,9 +48,8 @@ TEST(ScriptSession, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
     form.setEventSink({});
 }
 
-TEST(ScriptSession, SessionDataChangesReachTheControlAndAccumulate) {
-    ScriptSession session(KT500_SHARE_DIR);
-    ASSERT_TRUE(session.start(optionsFor("PL500_2")));
+TEST_F(ScriptSessionTest, SessionDataChangesReachTheControlAndAccumulate) {
+    ASSERT_NO_FATAL_FAILURE(start("PL500_2"));
     (void)session.dialogs().takeBoxes();
     session.updateSessionData({{"online", "0"}});
     session.updateSessionData({{"userRole", "observer"}});
@@ -58,32 +59,30 @@ TEST(ScriptSession, SessionDataChangesReachTheControlAndAccumulate) {
     EXPECT_THROW(session.updateSessionData({{"colour", "blue"}}), std::invalid_argument);
 }
 
-TEST(ScriptTargets, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
-    ScriptSession session(KT500_SHARE_DIR);
-    ASSERT_TRUE(session.start(optionsFor("KT540_1.0")));
+TEST_F(ScriptSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
+    ASSERT_NO_FATAL_FAILURE(start("KT540_1.0"));
     form::Form& form = session.control().form();
-    form::Control& kt520 =
-        form.add(form::ControlKind::TextBox, "txtHATest", 0, &form.control("fraKT520", 7));
-    form::Control& first =
-        form.add(form::ControlKind::TextBox, "txtPATest", 0, &form.control("fraKT540", 1));
-    form::Control& second =
-        form.add(form::ControlKind::TextBox, "txtPATest", 1, &form.control("fraKT540", 2));
-    for (form::Control* control : {&kt520, &first, &second}) {
-        control->setTag("hartTag");
-    }
-    first.setText("first");
+    const auto addTagged = [&](const char* name, int index, const char* frame, int page) {
+        form::Control& c =
+            form.add(form::ControlKind::TextBox, name, index, &form.control(frame, page));
+        c.setTag("hartTag");
+        return &c;
+    };
+    addTagged("txtHATest", 0, "fraKT520", 7);  // another family's page
+    form::Control* first = addTagged("txtPATest", 0, "fraKT540", 1);
+    form::Control* second = addTagged("txtPATest", 1, "fraKT540", 2);
+    first->setText("first");
     const ScriptTargets targets(session);
     EXPECT_EQ(targets.family(), "KT540");
-    EXPECT_EQ(&targets.control("@hartTag"), &first);
+    EXPECT_EQ(&targets.control("@hartTag"), first);
     EXPECT_EQ(targets.read("@hartTag.Text"), "first");
-    EXPECT_EQ(&targets.control("txtPATest[1]"), &second);
+    EXPECT_EQ(&targets.control("txtPATest[1]"), second);
     EXPECT_THROW((void)targets.control("txtPATest"), TargetError);
     EXPECT_THROW((void)targets.control("@nothing"), TargetError);
 }
 
-TEST(ScriptTargets, ReadsTheLiveDocumentTheDeviceAndTheSessionState) {
-    ScriptSession session(KT500_SHARE_DIR);
-    ASSERT_TRUE(session.start(optionsFor("PL500_2")));
+TEST_F(ScriptSessionTest, TargetsReadTheLiveDocumentTheDeviceAndTheSessionState) {
+    ASSERT_NO_FATAL_FAILURE(start("PL500_2"));
     const ScriptTargets targets(session);
     EXPECT_EQ(targets.read("doc.hartTag.value"), "XV-310");
     session.bl().simulatedControl().setDeviceValue("hartTag", "XV-311");

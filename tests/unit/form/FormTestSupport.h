@@ -1,9 +1,11 @@
 // Shared helpers of the form tests: the loader on the shipped schema, and
-// a recorder of events and property changes.
+// recorders of events and property changes.
 #pragma once
 
 #include "form/Form.h"
 #include "form/FormLoader.h"
+
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
@@ -28,6 +30,18 @@ inline ToolbarItem toolbarItem(std::string key, int band = 0) {
     return item;
 }
 
+// The call throws an Error whose message holds every one of words.
+template <typename Error, typename Call>
+void expectThrowNaming(std::initializer_list<std::string_view> words, Call&& call) {
+    try {
+        call();
+        ADD_FAILURE() << "did not throw; expected " << *words.begin();
+    } catch (const Error& e) {
+        for (std::string_view word : words) {
+            EXPECT_NE(std::string_view(e.what()).find(word), std::string_view::npos) << e.what();
+        }
+    }
+}
 // Every event as "Click txtX(2)", "NodeClick treeNavigation key", ...
 struct EventLog {
     std::vector<std::string> lines;
@@ -45,7 +59,7 @@ struct EventLog {
     }
 };
 
-// Every property change as "txtX(2).Text".
+// Every property change as "txtX(2).Text", "tree.Nodes[key]".
 struct ChangeLog {
     std::vector<std::string> lines;
     void attach(Form& form) {
