@@ -11,8 +11,9 @@
 namespace kt500::simulator::testing {
 namespace {
 
-xml::Namespaces DataNamespaces() {
-    return xml::Namespaces::fromSelection("xmlns:data='x-schema:QDLDatafileSchema.xml'");
+xml::XPath DataQuery(SimulatedSession& session) {
+    return {*session.control().parameterDocument(),
+            xml::Namespaces::fromSelection("xmlns:data='x-schema:QDLDatafileSchema.xml'")};
 }
 
 // The upload groups of the GUIInit document the family publishes for a key.
@@ -21,10 +22,10 @@ std::vector<std::string> UploadedGroups(const std::string& deviceKey) {
     const ParameterDocumentBuilder builder(std::filesystem::path(KT500_SHARE_DIR) / "devices");
     const xml::Document guiInit =
         builder.familyFor(model.deviceType).guiInitDocument({model.deviceType, model.revision});
-    const xml::XPath query(guiInit, {});
     std::vector<std::string> groups;
     std::set<std::string> seen;
-    for (const xml::Node& group : query.select("//uploadGroups/uploadGroup/requestGroup")) {
+    for (const xml::Node& group :
+         xml::XPath(guiInit, {}).select("//uploadGroups/uploadGroup/requestGroup")) {
         if (seen.insert(group.attribute("name")).second) {
             groups.push_back(group.attribute("name"));
         }
@@ -44,12 +45,12 @@ TEST_P(UploadTest, EveryUploadGroupAnswersInRequestCountPiecesWithOneFinalReply)
     }
     session.clock().settle();
 
-    const xml::XPath query(*session.control().parameterDocument(), DataNamespaces());
     std::size_t position = 0;
     for (const std::string& group : groups) {
         const std::vector<SinkEvent> replies = session.sink.replies(group);
         const int requestCount = std::stoi(
-            query.selectSingle("data:requestGroups/data:requestGroup[@name='" + group + "']")
+            DataQuery(session)
+                .selectSingle("data:requestGroups/data:requestGroup[@name='" + group + "']")
                 .attribute("requestCount"));
         ASSERT_EQ(replies.size(), static_cast<std::size_t>(std::max(requestCount, 1))) << group;
         std::set<std::string> answered;
@@ -66,16 +67,14 @@ TEST_P(UploadTest, EveryUploadGroupAnswersInRequestCountPiecesWithOneFinalReply)
                 }
             }
         }
+        // Every item asked for comes back, and nothing else.
         const std::string request = session.readRequest(group);
-        for (const std::string& name : answered) {
-            EXPECT_NE(request.find("name='" + name + "'"), std::string::npos);
+        std::set<std::string> asked;
+        for (auto at = request.find("<item name='"); at != std::string::npos;
+             at = request.find("<item name='", at + 1)) {
+            asked.insert(request.substr(at + 12, request.find('\'', at + 12) - at - 12));
         }
-        std::size_t asked = 0;
-        for (auto at = request.find("<item "); at != std::string::npos;
-             at = request.find("<item ", at + 1)) {
-            ++asked;
-        }
-        EXPECT_EQ(answered.size(), asked) << group << ": every item asked for comes back";
+        EXPECT_EQ(answered, asked) << group;
         // The groups are answered in the order they were posted.
         const auto first = std::find_if(
             session.sink.events.begin(), session.sink.events.end(), [&](const SinkEvent& event) {
@@ -88,12 +87,7 @@ TEST_P(UploadTest, EveryUploadGroupAnswersInRequestCountPiecesWithOneFinalReply)
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, UploadTest,
-                         ::testing::Values("KT520_7", "KT540_1.0", "PL500_2", "KT520_PT_4"),
-                         [](const auto& info) {
-                             std::string name = info.param;
-                             std::replace(name.begin(), name.end(), '.', '_');
-                             return name;
-                         });
+                         ::testing::Values("KT520_7", "KT540_1.0", "PL500_2", "KT520_PT_4"));
 
 TEST(SimulatedControlTest, PiecesTakeTheBusTimeOfTheProtocol) {
     SimulatedSession hart("KT520_7", false);
@@ -116,48 +110,37 @@ TEST(SimulatedControlTest, PiecesTakeTheBusTimeOfTheProtocol) {
 
 TEST(SimulatedControlTest, WriteChangesTheDeviceAndSynchronisesTheDataSet) {
     SimulatedSession session;
-    session.control().setDeviceValue("description", "old");
     ASSERT_TRUE(session.post(
         session.writeRequest("operationUnit", {{"description", "Bypass"}, {"deviceDay", "3"}})));
-    // Nothing changes on the sink before the device answers.
-    EXPECT_TRUE(session.sink.replies("operationUnit").empty());
+    EXPECT_TRUE(session.sink.replies("operationUnit").empty()) << "not before the device answers";
     session.clock().settle();
-    const std::vector<SinkEvent> replies = session.sink.replies("operationUnit");
-    ASSERT_EQ(replies.size(), 1U);
-    EXPECT_TRUE(replies[0].valid);
-    EXPECT_EQ(replies[0].reply.access, "write");
-    EXPECT_EQ(replies[0].reply.responseStatus, "ok");
-    EXPECT_TRUE(replies[0].reply.isFinal);
-    ASSERT_EQ(replies[0].reply.items.size(), 2U);
-    EXPECT_EQ(replies[0].reply.items[0].value, "Bypass");
+    const CommunicationReply reply = session.sink.single("operationUnit");
+    EXPECT_EQ(reply.access + " " + reply.responseStatus, "write ok");
+    ASSERT_EQ(reply.items.size(), 2U);
+    EXPECT_EQ(reply.items[0].value, "Bypass");
     EXPECT_EQ(session.control().deviceValue("description"), "Bypass");
     EXPECT_EQ(session.control().deviceValue("deviceDay"), "3");
     EXPECT_EQ(session.dataSet("description", "value"), "Bypass");
     EXPECT_EQ(session.dataSet("description", "synchronised"), "1");
-    // A later read gives the device's value.
+    // A read gives the device's value, not the data set's.
+    session.control().inject({"set", "description", "Live"});
     session.post(session.readRequest("operationUnit"));
     session.clock().settle();
-    EXPECT_EQ(session.sink.replies("operationUnit").back().reply.items[1].value, "Bypass");
-}
+    EXPECT_EQ(session.sink.replies("operationUnit").back().reply.items[1].value, "Live");
 
-TEST(SimulatedControlTest, WriteInAnotherUnitIsStoredInTheDevicesUnit) {
-    SimulatedSession session;
-    // supplyPressure is kept in bar gauge; a write in psi is converted.
-    const std::string unit = session.dataSet("supplyPressure", "unit");
-    ASSERT_EQ(unit, "barG");
+    // A write in another unit is stored in the device's unit (bar gauge).
     std::string request =
         session.writeRequest("assemblyRelatedConfiguration", {{"supplyPressure", "72.5"}});
     request.replace(request.find("unit=\"barG\""), 11, "unit=\"psiG\"");
     ASSERT_TRUE(session.post(request));
     session.clock().settle();
-    const std::vector<SinkEvent> replies = session.sink.replies("assemblyRelatedConfiguration");
-    ASSERT_EQ(replies.size(), 1U);
-    ASSERT_EQ(replies[0].reply.responseStatus, "ok") << replies[0].text;
-    EXPECT_EQ(replies[0].reply.items[0].unit, "barG");
+    const CommunicationReply converted = session.sink.single("assemblyRelatedConfiguration");
+    ASSERT_EQ(converted.responseStatus, "ok");
+    EXPECT_EQ(converted.items[0].unit, "barG");
     EXPECT_NEAR(std::stod(*session.control().deviceValue("supplyPressure")), 5.0, 0.01);
 }
 
-TEST(SimulatedControlTest, RefusedWritesChangeNothing) {
+TEST(SimulatedControlTest, RefusedWritesChangeNothingAndNameTheItem) {
     SimulatedSession session;
     const std::string dayBefore = *session.control().deviceValue("deviceDay");
     const struct {
@@ -174,17 +157,14 @@ TEST(SimulatedControlTest, RefusedWritesChangeNothing) {
         {"positionerInformation", {{"manufacturer", "Other"}}, "invalidValue"},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.values.back().first + "=" + c.values.back().second);
         session.sink.events.clear();
         ASSERT_TRUE(session.post(session.writeRequest(c.group, c.values)));
         session.clock().settle();
-        const std::vector<SinkEvent> replies = session.sink.replies(c.group);
-        ASSERT_EQ(replies.size(), 1U) << c.values.back().first;
-        EXPECT_TRUE(replies[0].valid);
-        EXPECT_TRUE(replies[0].reply.isFinal);
-        EXPECT_EQ(replies[0].reply.responseStatus, "failed");
-        EXPECT_EQ(replies[0].reply.errorCode, c.errorCode) << c.values.back().first;
-        ASSERT_EQ(replies[0].reply.items.size(), 1U) << "the refused item is named";
-        EXPECT_EQ(replies[0].reply.items[0].name, c.values.back().first);
+        const CommunicationReply reply = session.sink.single(c.group);
+        EXPECT_EQ(reply.responseStatus + " " + reply.errorCode, "failed " + c.errorCode);
+        ASSERT_EQ(reply.items.size(), 1U);
+        EXPECT_EQ(reply.items[0].name, c.values.back().first);
     }
     EXPECT_EQ(session.control().deviceValue("deviceDay"), dayBefore);
     EXPECT_EQ(session.control().deviceValue("description"), "Feed pump valve");
@@ -196,12 +176,8 @@ TEST(SimulatedControlTest, WriteOfflineChangesTheDataSetOnlyAndAnswersAtOnce) {
     ASSERT_TRUE(session.post(session.writeRequest(
         "operationUnit", {{"hartTag", "FV-7"}, {"deviceDay", "99"}}, "writeOffline")));
     EXPECT_EQ(session.clock().advance(0), 1U);
-    const std::vector<SinkEvent> replies = session.sink.replies("operationUnit");
-    ASSERT_EQ(replies.size(), 1U);
-    EXPECT_TRUE(replies[0].valid);
-    EXPECT_TRUE(replies[0].reply.isFinal);
-    EXPECT_EQ(replies[0].reply.access, "writeOffline");
-    EXPECT_EQ(replies[0].reply.responseStatus, "local");
+    const CommunicationReply reply = session.sink.single("operationUnit");
+    EXPECT_EQ(reply.access + " " + reply.responseStatus, "writeOffline local");
     EXPECT_EQ(session.dataSet("hartTag", "value"), "FV-7");
     EXPECT_EQ(session.dataSet("hartTag", "synchronised"), "0");
     EXPECT_EQ(session.dataSet("deviceDay", "value"), "99");
@@ -211,49 +187,40 @@ TEST(SimulatedControlTest, WriteOfflineChangesTheDataSetOnlyAndAnswersAtOnce) {
 
 TEST(SimulatedControlTest, UnknownGroupsAndItemsGetErrorReplies) {
     SimulatedSession session("KT520_7", false);
-    ASSERT_TRUE(session.post(
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='noSuchGroup' "
-        "access='read'/></dtm>"));
+    ASSERT_TRUE(session.post(Request("noSuchGroup", "read")));
     ASSERT_TRUE(session.post(
         "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest "
         "name='operationUnit' access='read'><item name='hartTag' unit='noUnit'><stringVal/></item>"
         "<item name='ghost' unit='%'><floatVal/></item></communicationRequest></dtm>"));
     session.clock().settle();
-    const std::vector<SinkEvent> unknown = session.sink.replies("noSuchGroup");
-    ASSERT_EQ(unknown.size(), 1U);
-    EXPECT_TRUE(unknown[0].valid);
-    EXPECT_EQ(unknown[0].reply.responseStatus, "failed");
-    EXPECT_EQ(unknown[0].reply.errorCode, "unknownRequest");
-    const std::vector<SinkEvent> missing = session.sink.replies("operationUnit");
-    ASSERT_EQ(missing.size(), 1U);
-    EXPECT_TRUE(missing[0].valid);
-    EXPECT_TRUE(missing[0].reply.isFinal);
-    EXPECT_EQ(missing[0].reply.errorCode, "missingItems");
-    ASSERT_EQ(missing[0].reply.items.size(), 1U);
-    EXPECT_EQ(missing[0].reply.items[0].name, "ghost");
+    const CommunicationReply unknown = session.sink.single("noSuchGroup");
+    EXPECT_EQ(unknown.responseStatus + " " + unknown.errorCode, "failed unknownRequest");
+    const CommunicationReply missing = session.sink.single("operationUnit");
+    EXPECT_EQ(missing.errorCode, "missingItems");
+    ASSERT_EQ(missing.items.size(), 1U);
+    EXPECT_EQ(missing.items[0].name, "ghost");
 }
 
 TEST(SimulatedControlTest, MalformedRequestsAreRefusedAndLeaveNothingPending) {
     SimulatedSession session("KT520_7", false);
-    const char* malformed[] = {
+    const std::string open = "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'>";
+    const std::string malformed[] = {
         "",
         "<dtm/>",
         "not xml at all",
         "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'/>",
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest "
-        "name='operationUnit'"
-        " access='upload'/></dtm>",
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='a b'"
-        " access='read'/></dtm>",
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest "
-        "name='operationUnit'"
-        " access='read'><item name='hartTag' unit='noUnit'/></communicationRequest></dtm>",
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationResponse name='x' "
-        "access='read' responseStatus='ok' isFinal='1' errorCode=''/></dtm>",
-        "<!DOCTYPE dtm [<!ENTITY e 'x'>]><dtm xmlns='x-schema:QDLCommunicationSchema.xml'>"
-        "<communicationRequest name='&e;' access='read'/></dtm>",
+        Request("operationUnit", "upload"),
+        Request("a b", "read"),
+        open +
+            "<communicationRequest name='operationUnit' access='read'><item name='hartTag' "
+            "unit='noUnit'/></communicationRequest></dtm>",
+        open +
+            "<communicationResponse name='x' access='read' responseStatus='ok' isFinal='1' "
+            "errorCode=''/></dtm>",
+        "<!DOCTYPE dtm [<!ENTITY e 'x'>]>" + open +
+            "<communicationRequest name='&e;' access='read'/></dtm>",
     };
-    for (const char* request : malformed) {
+    for (const std::string& request : malformed) {
         EXPECT_FALSE(session.post(request)) << request;
     }
     EXPECT_EQ(session.clock().pending(), 0U);
@@ -285,29 +252,22 @@ TEST(SimulatedControlTest, CancelRequestsDropsPendingRepliesAndFreesTheBus) {
 TEST(SimulatedControlTest, StatusIsPushedAfterConnectingAndOnRequest) {
     SimulatedSession session("PL500_2");
     session.clock().advance(1000);
-    std::vector<SinkEvent> pushes = session.sink.replies("deviceStatus");
-    ASSERT_EQ(pushes.size(), 1U);
-    EXPECT_TRUE(pushes[0].valid) << pushes[0].text;
-    EXPECT_NE(pushes[0].text.find("<statusGroup"), std::string::npos);
-    const xml::XPath query(*session.control().parameterDocument(), DataNamespaces());
-    EXPECT_EQ(pushes[0].reply.items.size(),
-              query.select("data:deviceStatus/data:statusGroup/data:status").size());
-    for (const MessageItem& item : pushes[0].reply.items) {
+    const CommunicationReply pushed = session.sink.single("deviceStatus");
+    EXPECT_EQ(pushed.items.size(),
+              DataQuery(session).select("data:deviceStatus/data:statusGroup/data:status").size());
+    for (const MessageItem& item : pushed.items) {
         EXPECT_EQ(item.value, "0");
     }
     // A read of the status answers with the same form.
-    ASSERT_TRUE(session.post(
-        "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='deviceStatus'"
-        " access='read'/></dtm>"));
+    ASSERT_TRUE(session.post(Request("deviceStatus", "read")));
     session.clock().advance(300);
-    pushes = session.sink.replies("deviceStatus");
-    ASSERT_EQ(pushes.size(), 2U);
-    EXPECT_EQ(pushes[1].reply.items.size(), pushes[0].reply.items.size());
+    const std::vector<SinkEvent> replies = session.sink.replies("deviceStatus");
+    ASSERT_EQ(replies.size(), 2U);
+    EXPECT_EQ(replies[1].reply.items.size(), pushed.items.size());
 
-    // Offline sessions get no push.
     SimulatedSession offline("PL500_2", false);
     offline.clock().settle();
-    EXPECT_TRUE(offline.sink.events.empty());
+    EXPECT_TRUE(offline.sink.events.empty()) << "offline sessions get no push";
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include "xml/XPath.h"
 
+#include <iterator>
+#include <sstream>
+
 namespace kt500::simulator::testing {
 
 namespace {
@@ -17,7 +20,33 @@ SessionOptions Options(const std::string& deviceKey, bool online) {
     return options;
 }
 
+constexpr std::int32_t kId = SimulatedControl::kConnectionId;
+
 }  // namespace
+
+xml::SchemaCollection DeviceSchemas(bool withSessionData) {
+    const std::filesystem::path dir = std::filesystem::path(KT500_SHARE_DIR) / "schemas";
+    xml::SchemaCollection collection;
+    for (const char* name :
+         {"QDLDeviceTypeInfoSchema", "QDLDatafileSchema", "QDLSessionDataSchema"}) {
+        if (withSessionData || std::string(name) != "QDLSessionDataSchema") {
+            EXPECT_EQ(collection.add(std::string("x-schema:") + name + ".xml",
+                                     dir / (std::string(name) + ".xml")),
+                      "");
+        }
+    }
+    return collection;
+}
+
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), std::istream_iterator<std::string>()};
+}
+
+std::string Request(const std::string& name, const std::string& access) {
+    return "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='" + name +
+           "' access='" + access + "'/></dtm>";
+}
 
 bool RecordingSink::IQDLGuiEvent_CommunicationEvent(const std::string& text) {
     SinkEvent event;
@@ -53,6 +82,17 @@ std::vector<SinkEvent> RecordingSink::replies(const std::string& name) const {
     return found;
 }
 
+CommunicationReply RecordingSink::single(const std::string& name) const {
+    const std::vector<SinkEvent> found = replies(name);
+    EXPECT_EQ(found.size(), 1U) << name;
+    if (found.empty()) {
+        return {};
+    }
+    EXPECT_TRUE(found[0].valid) << found[0].text;
+    EXPECT_TRUE(found[0].reply.isFinal) << name;
+    return found[0].reply;
+}
+
 std::string RecordingSink::actionEvents() const {
     std::string text;
     for (const SinkEvent& event : events) {
@@ -63,25 +103,49 @@ std::string RecordingSink::actionEvents() const {
     return text;
 }
 
-SimulatedSession::SimulatedSession(const std::string& deviceKey, bool online)
+SimulatedSession::SimulatedSession(const SessionOptions& options)
     : m_schema(LoadCommunicationSchema(KT500_SHARE_DIR)),
-      m_bl(Options(deviceKey, online), KT500_SHARE_DIR),
+      m_bl(options, KT500_SHARE_DIR),
       sink(m_schema, m_bl.clock()) {
     std::int32_t id = 0;
-    std::string sessionData;
-    std::shared_ptr<services::IDtmLanguage> language;
-    bool locked = false;
     bool success = false;
     m_bl.control()->OpenConnection(sink, "", id, sessionData, m_parameters, language, locked,
                                    success);
-    EXPECT_TRUE(success);
-    EXPECT_EQ(id, SimulatedControl::kConnectionId);
+    EXPECT_TRUE(success) << options.deviceKey;
+    EXPECT_EQ(id, kId);
 }
+
+SimulatedSession::SimulatedSession(const std::string& deviceKey, bool online)
+    : SimulatedSession(Options(deviceKey, online)) {}
 
 bool SimulatedSession::post(const std::string& request) {
     bool accepted = false;
-    control().PostRequest(SimulatedControl::kConnectionId, request, accepted);
+    control().PostRequest(kId, request, accepted);
     return accepted;
+}
+
+bool SimulatedSession::requestAction() {
+    bool accepted = false;
+    control().RequestAutoAction(kId, accepted);
+    return accepted;
+}
+
+bool SimulatedSession::sendAction(const std::string& request) {
+    bool accepted = false;
+    control().SendAutoAction(kId, request, 10000, accepted);
+    return accepted;
+}
+
+bool SimulatedSession::stopAction() {
+    bool stopping = false;
+    control().StopAutoAction(kId, stopping);
+    return stopping;
+}
+
+bool SimulatedSession::startMonitoring() {
+    bool success = false;
+    control().StartMonitoringRequests(kId, 0, success);
+    return success;
 }
 
 std::string SimulatedSession::readRequest(const std::string& group) const {

@@ -17,6 +17,15 @@
 
 namespace kt500::simulator::testing {
 
+// The parameter document schemas, and with session data the session data schema.
+[[nodiscard]] xml::SchemaCollection DeviceSchemas(bool withSessionData = false);
+
+// The words of a text, split at white space.
+[[nodiscard]] std::vector<std::string> Words(const std::string& text);
+
+// A bodiless request, e.g. of a device action.
+[[nodiscard]] std::string Request(const std::string& name, const std::string& access = "write");
+
 // One event as the sink saw it; a communication event keeps its text and,
 // when it validates against the communication schema, its reply read back.
 struct SinkEvent {
@@ -53,6 +62,8 @@ public:
     std::vector<SinkEvent> events;
     // The replies of one request name, in arrival order.
     [[nodiscard]] std::vector<SinkEvent> replies(const std::string& name) const;
+    // The one reply of a request name, expected valid and final.
+    [[nodiscard]] CommunicationReply single(const std::string& name) const;
     // "ready 1 complete 1" for the action events, in order.
     [[nodiscard]] std::string actionEvents() const;
 
@@ -80,16 +91,21 @@ class SimulatedSession {
     xml::Node m_parameters;
 
 public:
+    explicit SimulatedSession(const SessionOptions& options);
     explicit SimulatedSession(const std::string& deviceKey = "KT520_7", bool online = true);
 
     BuiltInBL& bl() { return m_bl; }
     SimulatedControl& control() { return m_bl.simulatedControl(); }
     VirtualClock& clock() { return m_bl.clock(); }
-    [[nodiscard]] const xml::SchemaCollection& schema() const { return m_schema; }
     [[nodiscard]] const xml::Node& parameters() const { return m_parameters; }
 
     // PostRequest; returns accepted.
     bool post(const std::string& request);
+    // The auto action calls; each returns accepted (or stopping).
+    bool requestAction();
+    bool sendAction(const std::string& request);
+    bool stopAction();
+    bool startMonitoring();
     // A read request of a group as the control builds it: its included
     // parameters that are not write-only, each with its type and unit.
     [[nodiscard]] std::string readRequest(const std::string& group) const;
@@ -102,6 +118,10 @@ public:
                                       const std::string& attribute) const;
 
     RecordingSink sink;
+    // What OpenConnection gave besides the parameters.
+    std::string sessionData;
+    std::shared_ptr<services::IDtmLanguage> language;
+    bool locked = false;
 };
 
 }  // namespace kt500::simulator::testing

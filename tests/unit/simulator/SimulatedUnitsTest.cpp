@@ -1,5 +1,6 @@
 #include "simulator/BuiltInBL.h"
 #include "simulator/SimulatedUnits.h"
+#include "unit/simulator/SimulatedSession.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 
 const std::filesystem::path kShare = KT500_SHARE_DIR;
 
-class SimulatedUnitsTest : public testing::Test {
+class SimulatedUnitsTest : public ::testing::Test {
 protected:
     SimulatedUnits units = SimulatedUnits::fromFolder(kShare / "units");
 
@@ -47,6 +48,7 @@ TEST_F(SimulatedUnitsTest, ConvertValueReportsSuccessAndFailure) {
 
 TEST_F(SimulatedUnitsTest, StartsInSIAndSwitchesSystemsAsAWhole) {
     EXPECT_EQ(unitOf("supplyPressure"), "barG");
+    EXPECT_EQ(unitOf("pressureSpan"), "bar");  // a span is a difference: plain bar and psi
     EXPECT_EQ(unitOf("measuredTemperature"), "°C");
 
     bool ok = false;
@@ -101,14 +103,19 @@ TEST_F(SimulatedUnitsTest, UnitListsByParameterOrQuantity) {
     EXPECT_EQ(unit, "");
 }
 
+// The parameters with a page unit, in table order, each with a unit of its
+// own in both systems.
 TEST_F(SimulatedUnitsTest, UnitParametersComeInTableOrderAndEachHasAUnit) {
     std::vector<std::string> parameters;
     bool ok = false;
     units.GetUnitParameters(parameters, ok);
     ASSERT_TRUE(ok);
-    ASSERT_EQ(parameters.size(), 13U);
-    EXPECT_EQ(parameters.front(), "supplyPressure");
-    EXPECT_EQ(parameters.back(), "pressurePeak");
+    EXPECT_EQ(parameters,
+              testing::Words("supplyPressure actuatorPressure pcbTemperature measuredTemperature "
+                             "pressureSpan breakawayPressureLimitHigh breakawayPressureLimitLow "
+                             "limitSupplyPressureAlarmHigh limitSupplyPressureAlarmLow "
+                             "valveTestPressureStep valveTestBreakawayPressure "
+                             "pressureSetpointLowLimit pressurePeak"));
     for (const std::string& parameter : parameters) {
         for (const char* system : {"SI", "US"}) {
             units.SetUnitSystem(system, ok);
@@ -122,13 +129,10 @@ TEST_F(SimulatedUnitsTest, UnitParametersComeInTableOrderAndEachHasAUnit) {
 }
 
 TEST(BuiltInBLUnits, TheBuiltInBLOffersTheUnitService) {
-    SessionOptions options;
-    BuiltInBL bl(options, kShare);
-    const auto service = bl.units();
-    ASSERT_NE(service, nullptr);
+    BuiltInBL bl(SessionOptions{}, kShare);
     float converted = 0.0F;
     bool ok = false;
-    service->ConvertValue(0.0F, "barG", "barA", converted, ok);
+    bl.units()->ConvertValue(0.0F, "barG", "barA", converted, ok);
     EXPECT_TRUE(ok);
     EXPECT_NEAR(converted, 1.01325F, 1e-6F);
 }
