@@ -14,7 +14,7 @@
 namespace kt500::xml::test {
 
 class ScratchFolder {
-  public:
+public:
     ScratchFolder() {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
         m_path = std::filesystem::temp_directory_path() /
@@ -30,14 +30,12 @@ class ScratchFolder {
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
-
     std::filesystem::path write(const std::string& name, std::string_view text) const {
-        const auto file = m_path / name;
-        std::ofstream(file, std::ios::binary) << text;
-        return file;
+        std::ofstream(m_path / name, std::ios::binary) << text;
+        return m_path / name;
     }
 
-  private:
+private:
     std::filesystem::path m_path;
 };
 
@@ -54,6 +52,13 @@ inline Document parseOrFail(std::string_view text) {
         return Document::create("failed");
     }
     return std::move(*result.document);
+}
+
+// The reason a parse fails; empty, with a failure, when it succeeds.
+inline std::string parseError(std::string_view text, const ParseOptions& options = {}) {
+    const LoadResult result = Document::parse(text, options);
+    EXPECT_FALSE(result.ok()) << text;
+    return result.error;
 }
 
 }  // namespace kt500::xml::test
