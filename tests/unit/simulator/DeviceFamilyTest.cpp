@@ -7,6 +7,7 @@
 // example files from the sources after a change of a source.
 #include "simulator/DeviceCatalogue.h"
 #include "simulator/DeviceFamilySource.h"
+#include "unit/simulator/SimulatedSession.h"
 #include "xml/Document.h"
 #include "xml/SchemaCollection.h"
 #include "xml/XPath.h"
@@ -30,20 +31,6 @@ constexpr const char* kSelection =
 const ParameterDocumentBuilder& builder() {
     static const ParameterDocumentBuilder instance(kShare / "devices");
     return instance;
-}
-
-const xml::SchemaCollection& parameterSchemas() {
-    static const xml::SchemaCollection schemas = [] {
-        xml::SchemaCollection collection;
-        EXPECT_EQ(collection.add("x-schema:QDLDeviceTypeInfoSchema.xml",
-                                 kShare / "schemas" / "QDLDeviceTypeInfoSchema.xml"),
-                  "");
-        EXPECT_EQ(collection.add("x-schema:QDLDatafileSchema.xml",
-                                 kShare / "schemas" / "QDLDatafileSchema.xml"),
-                  "");
-        return collection;
-    }();
-    return schemas;
 }
 
 // The GUIInit schema has no target namespace, which a schema collection
@@ -82,12 +69,18 @@ std::vector<std::string> attributes(const std::vector<xml::Node>& nodes, const c
     return values;
 }
 
+std::set<std::string> nameSet(const std::vector<xml::Node>& nodes) {
+    const std::vector<std::string> names = attributes(nodes, "name");
+    return {names.begin(), names.end()};
+}
+
 // The parameter document of a key, reparsed against the schemas.
 xml::Document composed(const std::string& key) {
     const DeviceModel* model = DeviceCatalogue::find(key);
     EXPECT_NE(model, nullptr) << key;
+    static const xml::SchemaCollection schemas = testing::DeviceSchemas();
     const xml::LoadResult loaded =
-        xml::Document::parse(builder().build(*model).toXml(), {.schemas = &parameterSchemas()});
+        xml::Document::parse(builder().build(*model).toXml(), {.schemas = &schemas});
     EXPECT_TRUE(loaded.ok()) << key << ": " << loaded.message();
     return loaded.ok() ? loaded.document->clone() : xml::Document::create("dtm");
 }
@@ -96,6 +89,7 @@ struct Contents {
     std::set<std::string> parameters;
     std::set<std::string> groups;
     std::map<std::string, std::string> access;
+    std::map<std::string, std::string> units;
     std::set<std::string> statuses;
 };
 
@@ -106,15 +100,10 @@ Contents contentsOf(const std::string& key) {
     for (const xml::Node& p : query.select("data:persistentData/data:parameters/data:parameter")) {
         c.parameters.insert(p.attribute("name"));
         c.access[p.attribute("name")] = p.attribute("access");
+        c.units[p.attribute("name")] = p.attribute("unit");
     }
-    for (const std::string& g :
-         attributes(query.select("data:requestGroups/data:requestGroup"), "name")) {
-        c.groups.insert(g);
-    }
-    for (const std::string& s :
-         attributes(query.select("data:deviceStatus/data:statusGroup/data:status"), "name")) {
-        c.statuses.insert(s);
-    }
+    c.groups = nameSet(query.select("data:requestGroups/data:requestGroup"));
+    c.statuses = nameSet(query.select("data:deviceStatus/data:statusGroup/data:status"));
     return c;
 }
 
@@ -140,9 +129,8 @@ std::set<std::string> frameTags() {
         EXPECT_TRUE(form.ok()) << file;
         const xml::XPath query(*form.document, xml::Namespaces::fromSelection(
                                                    "xmlns:f='x-schema:KT500FormSchema.xml'"));
-        for (const std::string& tag : attributes(query.select("//f:control[@kind='fra']"), "tag")) {
-            tags.insert(tag);
-        }
+        const auto frames = attributes(query.select("//f:control[@kind='fra']"), "tag");
+        tags.insert(frames.begin(), frames.end());
     }
     return tags;
 }
@@ -188,115 +176,63 @@ TEST(DeviceFamilyTest, EveryCatalogueKeyComposesADocumentThatHoldsTogether) {
     }
 }
 
-TEST(DeviceFamilyTest, FamiliesCarryTheNamesTheirPagesAndCommandsUse) {
-    const Contents kt520 = contentsOf("KT520_PT_7");
-    for (const char* name : {"hartTag",
-                             "description",
-                             "deviceDate",
-                             "deviceDay",
-                             "deviceMonth",
-                             "message",
-                             "splitRangeLow",
-                             "splitRangeHigh",
-                             "actuatorFullStrokesLimit",
-                             "actuatorReversalsLimit",
-                             "valveFullStrokesLimit",
-                             "valveReversalsLimit",
-                             "flowVal00",
-                             "flowVal10",
-                             "characterizationControl",
-                             "swRevision",
-                             "travelSetpoint",
-                             "useFixedAlertLimits",
-                             "actuatorType",
-                             "supplyPressure",
-                             "kt500SerialNumber",
-                             "deviceId",
-                             "travelDeviationTrendLimit",
-                             "loadFactorTrendLimit",
-                             "loadFactorVal19",
-                             "deviationVal00",
-                             "travelVal09",
-                             "eventLogEvent00",
-                             "eventLogTime19",
-                             "stepTestTime49",
-                             "stepTestTravel00",
-                             "hysteresisTestSetpoint49",
-                             "pressureSpan",
-                             "measuredTemperature"}) {
-        EXPECT_EQ(kt520.parameters.count(name), 1U) << name;
-    }
-    EXPECT_EQ(kt520.parameters.count("flowVal11"), 0U);
-    for (const char* group :
-         {"stepResponseTest", "hysteresisTest", "testSettings", "stepTestValues",
-          "hysteresisTestValues", "trimLoopCurrentSpan", "trimLoopCurrentZero",
-          "manualPrestageTrim", "pressureSensorCalibration3", "enterFixedAnalogChannelMode",
-          "trimAnalogChannelGain", "exitFixedAnalogChannelMode", "travelSetpointAndActualTravel",
-          "inputSignal", "resetDiagnostics", "loadFactor", "travelDeviation", "travelVsTime"}) {
-        EXPECT_EQ(kt520.groups.count(group), 1U) << group;
-    }
-
-    const Contents kt540 = contentsOf("KT540_1.0");
-    for (const char* name :
-         {"targetMode", "flowVal20", "inputValueRangeHigh", "outputValueUnit", "rcasInLimit",
-          "travelDeviationAlarmLimit", "loadFactorWarningLimit", "lastSpOrTime49", "lastPosition00",
-          "eventLogCount19", "setpoint", "outputValue", "positioningValue"}) {
-        EXPECT_EQ(kt540.parameters.count(name), 1U) << name;
-    }
-    for (const char* group : {"testValues", "valveMetersAndLimits", "actuatorMetersAndLimits",
-                              "positioningValueAndValveTravel", "factoryReset",
-                              "pressureSensorCalibrationZero", "pressureSensorCalibrationSpan"}) {
-        EXPECT_EQ(kt540.groups.count(group), 1U) << group;
-    }
-
-    const Contents pl500 = contentsOf("PL500_2");
-    for (const char* name :
-         {"deviceSerialNumber", "valveTestStrokeSize", "valveTestVal00", "valveTestPos49",
-          "pneumaticsTestPos00", "leakageMeasurementTime", "leakageStabilizingTime",
-          "breakawayPressureVal19", "leakageSignalVal00", "loadFactorPLAlarmLimitHigh",
-          "limitSupplyPressureAlarmLow", "pressureSetpointLowLimit", "valveTestIntervalD",
-          "pneumaticsTimerD", "targetMode", "actualTravel", "monitoringSamplingRate"}) {
-        EXPECT_EQ(pl500.parameters.count(name), 1U) << name;
-    }
-}
-
-TEST(DeviceFamilyTest, RevisionAndVariantDifferencesLiveInTheData) {
-    const Contents seven = contentsOf("KT520_7");
-    const Contents six = contentsOf("KT520_6");
-    const Contents four = contentsOf("KT520_4");
-    // Revision 7: counters since reset, the reset of the online alerts and
-    // the deviation alert that "swRevision" and "travelSetpoint" govern.
-    EXPECT_EQ(seven.parameters.count("actuatorStrokesSinceReset"), 1U);
-    EXPECT_EQ(six.parameters.count("actuatorStrokesSinceReset"), 0U);
-    EXPECT_EQ(seven.groups.count("resetOnlineAlerts"), 1U);
-    EXPECT_EQ(six.groups.count("resetOnlineAlerts"), 0U);
-    EXPECT_EQ(seven.statuses.count("statusDeviationAlert"), 1U);
-    EXPECT_EQ(six.statuses.count("statusDeviationAlert"), 0U);
-    // Revision 4: no valve style, the sensor motion read only.
-    EXPECT_EQ(four.parameters.count("valveStyle"), 0U);
-    EXPECT_EQ(four.access.at("travelSensorMotion"), "read");
-    EXPECT_EQ(six.access.at("travelSensorMotion"), "readWrite");
-    // The position transmitter variant and its calibration.
-    const Contents pt = contentsOf("KTQ500_PT_6");
-    EXPECT_EQ(pt.groups.count("positionTransmitterCalibration"), 1U);
-    EXPECT_EQ(pt.statuses.count("statusPositionTransmitter"), 1U);
-    EXPECT_EQ(contentsOf("KTQ500_6").groups.count("positionTransmitterCalibration"), 0U);
-    // The PL500: revision 2 adds the counters and the trend limits.
-    const Contents one = contentsOf("PL500_1");
-    const Contents two = contentsOf("PL500_2");
-    EXPECT_EQ(one.groups.count("counters"), 0U);
-    EXPECT_EQ(two.groups.count("counters"), 1U);
-    const xml::Document doc1 = composed("PL500_1");
-    const xml::Document doc2 = composed("PL500_2");
-    const auto unitOf = [](const xml::Document& d, const char* name) {
-        return xml::XPath(d, xml::Namespaces::fromSelection(kSelection))
-            .selectSingle(std::string("//data:parameter[@name='") + name + "']")
-            .attribute("unit");
+// Each name is a parameter, request group or status of the key's document;
+// a leading '-' says the key must not have it. The pages and commands use
+// the names; revisions and variants differ in the others.
+TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCommandsUse) {
+    const std::map<std::string, std::string> names = {
+        {"KT520_PT_7",
+         "hartTag description deviceDate deviceDay deviceMonth message splitRangeLow "
+         "splitRangeHigh actuatorFullStrokesLimit actuatorReversalsLimit valveFullStrokesLimit "
+         "valveReversalsLimit flowVal00 flowVal10 -flowVal11 characterizationControl swRevision "
+         "travelSetpoint useFixedAlertLimits actuatorType supplyPressure kt500SerialNumber "
+         "deviceId travelDeviationTrendLimit loadFactorTrendLimit loadFactorVal19 deviationVal00 "
+         "travelVal09 eventLogEvent00 eventLogTime19 stepTestTime49 stepTestTravel00 "
+         "hysteresisTestSetpoint49 pressureSpan measuredTemperature stepResponseTest "
+         "hysteresisTest testSettings stepTestValues hysteresisTestValues trimLoopCurrentSpan "
+         "trimLoopCurrentZero manualPrestageTrim pressureSensorCalibration3 "
+         "enterFixedAnalogChannelMode trimAnalogChannelGain exitFixedAnalogChannelMode "
+         "travelSetpointAndActualTravel inputSignal resetDiagnostics loadFactor travelDeviation "
+         "travelVsTime"},
+        {"KT540_1.0",
+         "targetMode flowVal20 inputValueRangeHigh outputValueUnit rcasInLimit "
+         "travelDeviationAlarmLimit loadFactorWarningLimit lastSpOrTime49 lastPosition00 "
+         "eventLogCount19 setpoint outputValue positioningValue testValues valveMetersAndLimits "
+         "actuatorMetersAndLimits positioningValueAndValveTravel factoryReset "
+         "pressureSensorCalibrationZero pressureSensorCalibrationSpan"},
+        {"PL500_2",
+         "deviceSerialNumber valveTestStrokeSize valveTestVal00 valveTestPos49 "
+         "pneumaticsTestPos00 leakageMeasurementTime leakageStabilizingTime "
+         "breakawayPressureVal19 leakageSignalVal00 loadFactorPLAlarmLimitHigh "
+         "limitSupplyPressureAlarmLow pressureSetpointLowLimit valveTestIntervalD "
+         "pneumaticsTimerD targetMode actualTravel monitoringSamplingRate counters"},
+        // Revision 7: counters since reset, the reset of the online alerts and
+        // the deviation alert; revision 4: no valve style.
+        {"KT520_7", "actuatorStrokesSinceReset resetOnlineAlerts statusDeviationAlert"},
+        {"KT520_6", "-actuatorStrokesSinceReset -resetOnlineAlerts -statusDeviationAlert"},
+        {"KT520_4", "-valveStyle"},
+        {"KTQ500_PT_6", "positionTransmitterCalibration statusPositionTransmitter"},
+        {"KTQ500_6", "-positionTransmitterCalibration"},
+        {"PL500_1", "-counters"},
     };
-    EXPECT_EQ(unitOf(doc1, "leakageSignalVal00"), "noUnit");
-    EXPECT_EQ(unitOf(doc2, "leakageSignalVal00"), "%");
-    EXPECT_EQ(unitOf(doc1, "valveTestStrokeSize"), "noUnit");
-    EXPECT_EQ(unitOf(doc2, "valveTestStrokeSize"), "%");
+    for (const auto& [key, list] : names) {
+        const Contents c = contentsOf(key);
+        for (std::string name : testing::Words(list)) {
+            const bool wanted = name[0] != '-';
+            name.erase(0, wanted ? 0 : 1);
+            EXPECT_EQ(c.parameters.count(name) + c.groups.count(name) + c.statuses.count(name) > 0,
+                      wanted)
+                << key << " " << name;
+        }
+    }
+    // The sensor motion is read only before revision 6; the PL500's leakage
+    // signal and stroke size gain a unit with revision 2.
+    EXPECT_EQ(contentsOf("KT520_4").access.at("travelSensorMotion"), "read");
+    EXPECT_EQ(contentsOf("KT520_6").access.at("travelSensorMotion"), "readWrite");
+    for (const char* name : {"leakageSignalVal00", "valveTestStrokeSize"}) {
+        EXPECT_EQ(contentsOf("PL500_1").units.at(name), "noUnit");
+        EXPECT_EQ(contentsOf("PL500_2").units.at(name), "%");
+    }
 }
 
 // The GUIInit file of each device key, as the session's device key names it.
@@ -326,7 +262,7 @@ TEST(DeviceFamilyTest, GuiInitFilesAreCurrentValidAndNameKnownPagesAndGroups) {
     for (const auto& [key, file] : guiInitFileOfKey()) {
         expected.insert(file);
     }
-    EXPECT_EQ(published, expected);
+    EXPECT_EQ(published, expected) << "one file for each key";
     // The schema refuses what the tree and the toolbar cannot use.
     for (const char* bad :
          {"<dtm><treeView><branch name='a' offline='4'/></treeView><uploadGroups/></dtm>",
@@ -364,12 +300,7 @@ TEST(DeviceFamilyTest, GuiInitFilesAreCurrentValidAndNameKnownPagesAndGroups) {
             }
         }
         // The status tree reads the same statuses the parameter document has.
-        std::set<std::string> statuses;
-        for (const std::string& s :
-             attributes(query.select("deviceStatus/statusGroup/status"), "name")) {
-            statuses.insert(s);
-        }
-        EXPECT_EQ(statuses, contents.statuses);
+        EXPECT_EQ(nameSet(query.select("deviceStatus/statusGroup/status")), contents.statuses);
     }
 }
 
@@ -384,19 +315,11 @@ TEST(DeviceFamilyTest, DefaultNodesOpenTheMonitoringPageOnlineAndTheOperationUni
         ASSERT_TRUE(loaded.ok());
         for (const bool isOnline : {true, false}) {
             std::vector<std::string> order;
-            for (const xml::Node& branch :
-                 loaded.document->root().firstChildElement("treeView").childElements("branch")) {
-                const auto shown = [&](const xml::Node& n) {
-                    const std::string o = n.attribute("offline");
-                    return o == "1" || (isOnline ? o != "2" : o == "2");
-                };
-                if (shown(branch)) {
-                    order.push_back(branch.attribute("name"));
-                }
-                for (const xml::Node& node : branch.childElements("node")) {
-                    if (shown(node)) {
-                        order.push_back(node.attribute("name"));
-                    }
+            for (const xml::Node& n : xml::XPath(*loaded.document, {})
+                                          .select("treeView/branch | treeView/branch/node")) {
+                const std::string o = n.attribute("offline");
+                if (o == "1" || (isOnline ? o != "2" : o == "2")) {
+                    order.push_back(n.attribute("name"));
                 }
             }
             const std::size_t at = static_cast<std::size_t>(isOnline ? index : 2) - 1;

@@ -89,17 +89,27 @@ TEST_P(UploadTest, EveryUploadGroupAnswersInRequestCountPiecesWithOneFinalReply)
 INSTANTIATE_TEST_SUITE_P(Families, UploadTest,
                          ::testing::Values("KT520_7", "KT540_1.0", "PL500_2", "KT520_PT_4"));
 
-TEST(SimulatedControlTest, PiecesTakeTheBusTimeOfTheProtocol) {
+TEST(SimulatedControlTest, PiecesTakeTheBusTimeAndCancelDropsTheRest) {
     SimulatedSession hart("KT520_7", false);
-    ASSERT_TRUE(hart.post(hart.readRequest("travelDeviation")));  // 41 items: 6 pieces
+    ASSERT_TRUE(hart.post(hart.readRequest("travelDeviation")));  // 41 items: 6 pieces of 300 ms
+    ASSERT_TRUE(hart.post(hart.readRequest("loadFactor")));
     hart.clock().advance(299);
     EXPECT_TRUE(hart.sink.replies("travelDeviation").empty());
-    hart.clock().advance(1);
-    EXPECT_EQ(hart.sink.replies("travelDeviation").size(), 1U);
+    hart.clock().advance(351);
+    ASSERT_EQ(hart.sink.replies("travelDeviation").size(), 2U);
+    bool success = false;
+    hart.control().CancelRequests(SimulatedControl::kConnectionId, success);
+    EXPECT_TRUE(success);
+    hart.clock().settle();
+    EXPECT_EQ(hart.sink.replies("travelDeviation").size(), 2U);
+    EXPECT_TRUE(hart.sink.replies("loadFactor").empty());
+    // The next request starts at once, not behind the cancelled ones.
+    hart.post(hart.readRequest("travelDeviation"));
+    const auto start = hart.clock().now();
     hart.clock().settle();
     const std::vector<SinkEvent> pieces = hart.sink.replies("travelDeviation");
-    ASSERT_EQ(pieces.size(), 6U);
-    EXPECT_EQ(pieces.back().time, 6 * 300);
+    ASSERT_EQ(pieces.size(), 8U);
+    EXPECT_EQ(pieces.back().time, start + 6 * 300);
 
     SimulatedSession pa("KT540_1.0", false);
     ASSERT_TRUE(pa.post(pa.readRequest("operationUnit")));
@@ -228,25 +238,6 @@ TEST(SimulatedControlTest, MalformedRequestsAreRefusedAndLeaveNothingPending) {
     bool accepted = true;
     EXPECT_THROW(session.control().PostRequest(2, session.readRequest("operationUnit"), accepted),
                  std::invalid_argument);
-}
-
-TEST(SimulatedControlTest, CancelRequestsDropsPendingRepliesAndFreesTheBus) {
-    SimulatedSession session("KT520_7", false);
-    session.post(session.readRequest("travelDeviation"));
-    session.post(session.readRequest("loadFactor"));
-    session.clock().advance(650);
-    ASSERT_EQ(session.sink.replies("travelDeviation").size(), 2U);
-    bool success = false;
-    session.control().CancelRequests(SimulatedControl::kConnectionId, success);
-    EXPECT_TRUE(success);
-    session.clock().settle();
-    EXPECT_EQ(session.sink.replies("travelDeviation").size(), 2U);
-    EXPECT_TRUE(session.sink.replies("loadFactor").empty());
-    // The next request starts at once, not behind the cancelled ones.
-    session.post(session.readRequest("operationUnit"));
-    const auto start = session.clock().now();
-    session.clock().settle();
-    EXPECT_EQ(session.sink.replies("operationUnit").back().time, start + 300);
 }
 
 TEST(SimulatedControlTest, StatusIsPushedAfterConnectingAndOnRequest) {

@@ -16,7 +16,9 @@ const std::filesystem::path kShare = KT500_SHARE_DIR;
 
 class SimulatedUnitsTest : public ::testing::Test {
 protected:
-    SimulatedUnits units = SimulatedUnits::fromFolder(kShare / "units");
+    // The unit service as the built-in BL offers it.
+    BuiltInBL bl{SessionOptions{}, kShare};
+    services::IDtmUnits& units = *bl.units();
 
     std::string unitOf(const std::string& parameter) {
         std::string unit;
@@ -33,9 +35,9 @@ TEST_F(SimulatedUnitsTest, ConvertValueReportsSuccessAndFailure) {
     EXPECT_TRUE(ok);
     EXPECT_NEAR(converted, 29.0075476F, 1e-4F);
 
-    units.ConvertValue(20.0F, "°C", "°F", converted, ok);
+    units.ConvertValue(0.0F, "barG", "barA", converted, ok);
     EXPECT_TRUE(ok);
-    EXPECT_NEAR(converted, 68.0F, 1e-4F);
+    EXPECT_NEAR(converted, 1.01325F, 1e-6F);
 
     converted = 123.0F;
     units.ConvertValue(2.0F, "barG", "°C", converted, ok);
@@ -126,15 +128,6 @@ TEST_F(SimulatedUnitsTest, UnitParametersComeInTableOrderAndEachHasAUnit) {
                 << parameter << " in " << system;
         }
     }
-}
-
-TEST(BuiltInBLUnits, TheBuiltInBLOffersTheUnitService) {
-    BuiltInBL bl(SessionOptions{}, kShare);
-    float converted = 0.0F;
-    bool ok = false;
-    bl.units()->ConvertValue(0.0F, "barG", "barA", converted, ok);
-    EXPECT_TRUE(ok);
-    EXPECT_NEAR(converted, 1.01325F, 1e-6F);
 }
 
 }  // namespace

@@ -70,20 +70,19 @@ TEST(VirtualClockTest, CancelByTicketOwnerAndChannel) {
     int b = 0;
     const int ownerA = 0;
     const int ownerB = 0;
-    const VirtualClock::Ticket first = clock.schedule(
-        10, [&] { ++a; }, &ownerA, 1);
-    clock.schedule(
-        10, [&] { ++a; }, &ownerA, 2);
-    clock.schedule(
-        10, [&] { ++a; }, &ownerA, 2);
-    clock.schedule(
-        10, [&] { ++b; }, &ownerB, 1);
+    const auto add = [&](int& counter, const int* owner, int channel) {
+        return clock.schedule(
+            10, [&counter] { ++counter; }, owner, channel);
+    };
+    const VirtualClock::Ticket first = add(a, &ownerA, 1);
+    add(a, &ownerA, 2);
+    add(a, &ownerA, 2);
+    add(b, &ownerB, 1);
     EXPECT_TRUE(clock.cancel(first));
     EXPECT_FALSE(clock.cancel(first));
     EXPECT_EQ(clock.pending(&ownerA, 2), 2U);
     EXPECT_EQ(clock.cancelChannel(&ownerA, 2), 2U);
-    clock.schedule(
-        10, [&] { ++a; }, &ownerA, 3);
+    add(a, &ownerA, 3);
     EXPECT_EQ(clock.cancelOwner(&ownerA), 1U);
     clock.advance(10);
     EXPECT_EQ(a, 0);
