@@ -65,7 +65,7 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
         << "  ConnectionID = " << tools.ConnectionID << '\n'
         << "  DeviceName = " << tools.DeviceName << ", DeviceTypeId = " << tools.DeviceTypeId
         << ", revision = " << toolbar.item("revision").text << '\n'
-        << "  parameter document: " << (control.xmlDataFile ? "loaded" : "not loaded") << '\n'
+        << "  parameter document: " << (control.xmlDataFile() != nullptr ? "loaded" : "not loaded") << '\n'
         << "  GUIInit document: "
         << (tools.RavikDTMParameters() != nullptr
                 ? "loaded (" + tools.DeviceParameterXml() + ")"

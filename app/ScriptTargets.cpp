@@ -130,13 +130,12 @@ std::string ScriptTargets::read(std::string_view target) const {
 
 std::string ScriptTargets::readDocument(std::string_view rest) const {
     const auto [parameter, attribute] = keyAndProperty(rest, rest);
-    const host::RavikKT500& control = m_session.control();
-    if (!control.parameterNode() || !control.xmlDataFile) {
+    host::RavikKT500& control = m_session.control();
+    if (!control.parameterNode() || control.xmlDataFile() == nullptr) {
         throw TargetError("unknown target 'doc." + std::string(rest) +
                           "': the control holds no parameter document");
     }
-    const data::ParameterDocument document(control.parameterNode(), *control.xmlDataFile);
-    const xml::Node node = document.ParameterNodeByName(parameter);
+    const xml::Node node = control.ParameterNodeByName(parameter);
     if (!node) {
         throw TargetError("unknown target 'doc." + std::string(rest) +
                           "': the parameter document has no parameter '" + std::string(parameter) +

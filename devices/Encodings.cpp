@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
@@ -192,6 +193,50 @@ std::string fDecimalSep(std::string_view strValue, std::optional<std::string_vie
         return result;
     }
     return {};
+}
+
+}  // namespace kt500::devices
+
+namespace kt500::devices {
+
+namespace {
+
+double wholeNumber(std::string_view strValue, double lowest, double highest) {
+    std::string text(strValue);
+    const auto first = text.find_first_not_of(' ');
+    const auto last = text.find_last_not_of(' ');
+    if (first == std::string::npos) {
+        throw std::invalid_argument("Type mismatch: '' is not a number");
+    }
+    text = text.substr(first, last - first + 1);
+    // Locale-free: the BL and the pages' integer fields carry no grouping.
+    double number = 0.0;
+    const char* begin = text.c_str() + (text[0] == '+' ? 1 : 0);
+    const auto [end, error] = std::from_chars(begin, text.c_str() + text.size(), number);
+    if (error != std::errc() || end != text.c_str() + text.size() || !std::isfinite(number)) {
+        throw std::invalid_argument("Type mismatch: '" + text + "' is not a number");
+    }
+    const double rounded = std::nearbyint(number);  // half to even
+    if (rounded < lowest || rounded > highest) {
+        throw std::overflow_error("Overflow: " + text);
+    }
+    return rounded;
+}
+
+}  // namespace
+
+std::int32_t ToInt32(std::string_view strValue) {
+    return static_cast<std::int32_t>(wholeNumber(strValue, INT32_MIN, INT32_MAX));
+}
+
+std::int16_t ToInt16(std::string_view strValue) {
+    return static_cast<std::int16_t>(wholeNumber(strValue, INT16_MIN, INT16_MAX));
+}
+
+std::string SingleText(float sngValue) {
+    char text[64];
+    const auto result = std::to_chars(text, text + sizeof text, sngValue, std::chars_format::fixed);
+    return std::string(text, result.ptr);
 }
 
 }  // namespace kt500::devices

@@ -33,3 +33,16 @@ inline constexpr std::string_view NoNumber = "0000-00-0000";
 [[nodiscard]] std::string MachineDecimalSymbol();
 
 }  // namespace kt500::devices
+
+namespace kt500::devices {
+
+// A text as a whole number of the given width, rounded half to even as the
+// language's conversions round; a text that is no number ("", "abc") is a
+// type mismatch and a number out of range an overflow (both exceptions).
+[[nodiscard]] std::int32_t ToInt32(std::string_view strValue);
+[[nodiscard]] std::int16_t ToInt16(std::string_view strValue);
+// A number as the shortest text that reads back as the same 32-bit float
+// ("1.5", "100", "0.1"): how computed values go out.
+[[nodiscard]] std::string SingleText(float sngValue);
+
+}  // namespace kt500::devices

@@ -1,11 +1,13 @@
 #include "host/RavikKT500.h"
 
-#include "host/MemberMissing.h"
+#include "devices/MemberMissing.h"
 
 #include <charconv>
 #include <stdexcept>
 
 namespace kt500::host {
+
+using devices::MemberMissing;
 
 namespace {
 
@@ -29,7 +31,9 @@ std::optional<std::int32_t> numberOf(const std::string& strText) {
 }  // namespace
 
 RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platform)
-    : m_form(std::move(form)), m_platform(std::move(platform)) {
+    : m_form(std::move(form)),
+      m_platform(std::move(platform)),
+      m_session(*this, m_platform.settings, m_platform.debugOutput) {
     if (!m_form) {
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
@@ -131,11 +135,66 @@ void RavikKT500::ShowDataSetLock(bool blLocked) {
     }
 }
 
+// --- The control as the device class and the subsystems see it ---
+
+clsTools& RavikKT500::tools() {
+    if (!m_objTools) {
+        throw std::logic_error("Object variable not set: m_objTools");
+    }
+    return *m_objTools;
+}
+
+devices::DeviceClass& RavikKT500::deviceClass() {
+    if (!m_objDeviceClass) {
+        throw std::logic_error("Object variable not set: m_objDeviceClass");
+    }
+    return *m_objDeviceClass;
+}
+
+services::IDtmControl& RavikKT500::control() {
+    if (!m_pControl) {
+        throw std::logic_error("Object variable not set: m_pControl");
+    }
+    return *m_pControl;
+}
+
+services::IDtmDialogs& RavikKT500::dialogs() {
+    if (!m_pDialogs) {
+        throw std::logic_error("Object variable not set: m_pDialogs");
+    }
+    return *m_pDialogs;
+}
+
+services::IDtmUnits& RavikKT500::units() {
+    if (!m_pUnits) {
+        throw std::logic_error("Object variable not set: m_pUnits");
+    }
+    return *m_pUnits;
+}
+
+xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {
+    if (!m_parameterDocument) {
+        return {};
+    }
+    return m_parameterDocument->ParameterNodeByName(strName);
+}
+
+void RavikKT500::EnableTesting(bool blValue) {
+    // The test commands of every family, as far as their pages are on the form.
+    for (const char* name : {"cmdStartTest", "cmdPLSetTestSettings", "cmdPLStartTest"}) {
+        for (const int element : {0, 1}) {
+            if (form::Control* command = m_form->find(name, element)) {
+                command->setEnabled(blValue);
+            }
+        }
+    }
+}
+
 // --- Events of the BL ---
 
-bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& /*strSessionData*/) {
-    // The session data handling (LoadSessionData) is not part of the control yet.
-    Guard("IQDLGuiEvent_UpdateSessionData", [] { throw MemberMissing("LoadSessionData"); });
+bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& strSessionData) {
+    Guard("IQDLGuiEvent_UpdateSessionData",
+          [&] { m_session.LoadSessionData(strSessionData, false); });
     return true;
 }
 

@@ -5,9 +5,17 @@
 // behaviour lives in a class of its own, which the control owns and forwards to.
 #pragma once
 
+#include "data/ChangeTracking.h"
+#include "data/ParameterDocument.h"
+#include "data/ParameterValues.h"
+#include "data/Requests.h"
+#include "devices/DeviceClass.h"
+#include "devices/IUserControl.h"
+#include "devices/Units.h"
 #include "form/Form.h"
 #include "host/DebugTrace.h"
 #include "host/ISettingsStore.h"
+#include "host/SessionData.h"
 #include "host/clsTools.h"
 #include "host/modRegistry.h"
 #include "services/IDtmLanguage.h"
@@ -32,7 +40,7 @@ struct ControlPlatform {
     PathDefaults defaults;
 };
 
-class RavikKT500 final : public services::IQDLGuiEvent {
+class RavikKT500 final : public services::IQDLGuiEvent, public devices::IUserControl {
 public:
     // The control's fixed extents in the host's layout units.
     static constexpr int kWidth = form::Form::kUserControlWidth;
@@ -56,10 +64,13 @@ public:
 
     // --- Shared helpers of the logic ---
     // The text of a key in the session's language; "" for an empty key.
-    std::string Translate(const std::string& strKey);
+    std::string Translate(const std::string& strKey) override;
     // The one message box of the logic; always a message with OK (0, 1, 4).
-    void ShowMsg(const std::string& strHeader, const std::string& strMsg, int dlgType = 0,
-                 int buttonType = 0, int Button = 0);
+    void ShowMsg(const std::string& strHeader, const std::string& strMsg) override {
+        ShowMsg(strHeader, strMsg, 0, 0, 0);
+    }
+    void ShowMsg(const std::string& strHeader, const std::string& strMsg, int dlgType,
+                 int buttonType, int Button);
     // Forces the extents back to the fixed size, writing only what differs.
     void UserControl_Resize();
 
@@ -76,10 +87,82 @@ public:
     void IQDLGuiEvent_OnParameterChanged(const std::string& strFirst,
                                          const std::string& strSecond) override;
 
-    [[nodiscard]] form::Form& form() noexcept { return *m_form; }
-    [[nodiscard]] bool released() const noexcept { return m_released; }
+    // --- The control as the device class and the subsystems see it ---
+    [[nodiscard]] form::Form& form() noexcept override { return *m_form; }
+    [[nodiscard]] clsTools& tools() override;
+    [[nodiscard]] devices::DeviceClass& deviceClass() override;
+    [[nodiscard]] services::IDtmControl& control() override;
+    [[nodiscard]] services::IDtmDialogs& dialogs() override;
+    [[nodiscard]] services::IDtmUnits& units() override;
+    [[nodiscard]] const xml::SchemaCollection* communicationSchemas() override {
+        return m_communicationSchemas.get();
+    }
+    [[nodiscard]] const xml::Document* xmlDataFile() override {
+        return m_xmlDataFile ? &*m_xmlDataFile : nullptr;
+    }
     // The parameter node as the BL gave it (nothing before Init, after release).
-    [[nodiscard]] xml::Node parameterNode() const noexcept { return m_parameterNode; }
+    [[nodiscard]] xml::Node parameterNode() noexcept override { return m_parameterNode; }
+    [[nodiscard]] int& buttonPressed() noexcept override { return m_buttonPressed; }
+    [[nodiscard]] bool released() const noexcept { return m_released; }
+    [[nodiscard]] bool privateDialogEnabled() const noexcept {
+        return m_session.privateDialogEnabled();
+    }
+
+    // --- Session data ---
+    void LoadSessionData(const std::string& strSessionData, bool blInit) {
+        m_session.LoadSessionData(strSessionData, blInit);
+    }
+
+    // --- The parameter document ---
+    [[nodiscard]] xml::Node ParameterNodeByName(std::string_view strName) override;
+    std::string FetchValueByTag(const std::string& strTagName, bool blCaption) override {
+        return m_values.FetchValueByTag(strTagName, blCaption);
+    }
+    std::string FetchUnitName(const std::string& strParameter) override {
+        return m_units.FetchUnitName(strParameter);
+    }
+    void ApplyInitialValues() { m_values.ApplyInitialValues(); }
+
+    // --- Values, units and requests ---
+    void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,
+                           const std::string& strOfflineValue, const std::string& strOfflineUnit,
+                           std::int16_t intValueSynchronised) override {
+        m_values.SetItemValueToGUI(nodeObj, strOfflineName, strOfflineValue, strOfflineUnit,
+                                   intValueSynchronised);
+    }
+    std::string ConvertUnit(const std::string& strValue, const std::string& strFromUnit,
+                            const std::string& strToUnit) override {
+        return m_units.ConvertUnit(strValue, strFromUnit, strToUnit);
+    }
+    void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
+                             int intFrame, const std::string& strNewUnit) override {
+        m_units.ChangeParameterUnit(strParameter, strOldUnit, intFrame, strNewUnit);
+    }
+    void RefreshAllUnits(bool blKeepSystem) { m_units.RefreshAllUnits(blKeepSystem); }
+    void SendRequest(const std::string& str_frame, const std::string& str_accessType) override {
+        m_requests.SendRequest(str_frame, str_accessType);
+    }
+    void EnableDeviceActions(bool blEnabled) override { m_requests.EnableDeviceActions(blEnabled); }
+    void EnableTesting(bool blValue) override;
+
+    // --- Presentation (the tree and the captions come with their subsystems) ---
+    void BuildNavigationTree() override { throw devices::MemberMissing("BuildNavigationTree"); }
+    void SelectNode(int /*intIndex*/) override { throw devices::MemberMissing("SelectNode"); }
+    void TranslateForm() override { throw devices::MemberMissing("TranslateForm"); }
+
+    // --- Change tracking ---
+    bool CheckIfValueChanged(const std::string& strName, bool blChecked) override {
+        return m_changes.CheckIfValueChanged(strName, blChecked);
+    }
+    void RestoreOldValues(const std::string& strFrame, const std::string& strTag) override {
+        m_changes.RestoreOldValues(strFrame, strTag);
+    }
+    void RemoveSpecialCaseItem(const std::string& strItem) override {
+        m_changes.RemoveSpecialCaseItem(strItem);
+    }
+    void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) override {
+        m_changes.ChangeTreeIcon(str_name, str_access);
+    }
 
     // --- Members of the control ---
     std::unique_ptr<clsTools> m_objTools;
@@ -87,7 +170,7 @@ public:
     std::shared_ptr<services::IDtmDialogs> m_pDialogs;
     std::shared_ptr<services::IDtmLanguage> m_pLanguage;
     std::shared_ptr<services::IDtmUnits> m_pUnits;
-    std::optional<xml::Document> xmlDataFile;
+    std::unique_ptr<devices::DeviceClass> m_objDeviceClass;
     int m_buttonPressed = 0;
     std::string strPresetCurveValues;
 
@@ -99,6 +182,7 @@ private:
     void ReadPublishedInfo();
     void FillLanguageList();
     void LoadGuiInitDocument();
+    void CreateDeviceClass();
     void ShowDataSetLock(bool blLocked);
     void OnFormEvent(form::FormEvent& event);
     void Trace(TraceKind kind, const std::string& strContent);
@@ -114,9 +198,18 @@ private:
     xml::Node m_parameterNode;
     std::unique_ptr<xml::SchemaCollection> m_communicationSchemas;
     std::unique_ptr<xml::SchemaCollection> m_dataFileSchemas;
+    std::optional<xml::Document> m_xmlDataFile;
+    // The index over the live node and xmlDataFile that answers lookups by name.
+    std::optional<data::ParameterDocument> m_parameterDocument;
+    SessionData m_session;
+    data::ParameterValues m_values{*this};
+    data::Requests m_requests{*this};
+    data::ChangeTracking m_changes{*this};
+    devices::Units m_units{*this};
     bool m_privateDialogEnabled = false;
     std::string m_connectionParameter;
     std::string m_secondText;
+    std::string m_sessionData;  // as OpenConnection delivered it
     bool m_dataSetLocked = false;
     bool m_released = false;
 };

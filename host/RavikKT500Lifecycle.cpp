@@ -131,20 +131,25 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         LoadParameterDocument();
         ReadPublishedInfo();
 
-        // The session data handling (LoadSessionData) is not part of the
-        // control yet: DeviceType, DeviceRevision, ActorRole, OnlineConf,
-        // SavePath, DeviceParameterXml and Language keep their start values.
+        m_session.LoadSessionData(m_sessionData, true);
 
         FillLanguageList();
         LoadGuiInitDocument();
+        CreateDeviceClass();
 
-        // Not part of the control yet, and skipped here: the device class
-        // (clsKT520, clsKT540, clsPL500) and its revision differences; the
-        // monitoring and test charts; the pop-up menu entries; the status
-        // tree and the arrangement of the family's pages; the captions of the
-        // language; the initial values of the parameter document; the date
-        // fields; the unit page; the upload tools; the monitoring node's
-        // icon; and the PL500 parameter boxes that take effect at start-up.
+        // Not part of the control yet, and skipped here: the monitoring and
+        // test charts; the pop-up menu entries; the device class's type and
+        // revision differences; the status tree and the arrangement of the
+        // family's pages; the captions of the language.
+
+        m_values.FillMappedParams();
+        m_values.FillDateFields();
+        m_values.ApplyInitialValues();
+        m_units.RefreshAllUnits(true);
+        // The upload tools come with the upload orchestration.
+        m_changes.ChangeTreeIcon("monitoringVariables", "notRead");
+        // The PL500 parameter boxes that take effect at start-up come with
+        // the PL500 pages.
 
         m_objTools->SmartUIPaint = true;
         m_objTools->DTMInitialized = true;
@@ -156,9 +161,9 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
 
 void RavikKT500::OpenConnectionStep() {
     std::int32_t connectionId = 0;
-    std::string sessionData;
     bool success = false;
-    m_pControl->OpenConnection(*this, m_connectionParameter, connectionId, sessionData,
+    m_sessionData.clear();
+    m_pControl->OpenConnection(*this, m_connectionParameter, connectionId, m_sessionData,
                                m_parameterNode, m_pLanguage, m_dataSetLocked, success);
     if (!success) {
         ShowMsg("Error", "Can't open the connection!");
@@ -182,7 +187,8 @@ void RavikKT500::LoadParameterDocument() {
             m_platform.debugOutput.write("IDtmActiveXControl_Init - " + error);
         }
     }
-    xmlDataFile.reset();
+    m_parameterDocument.reset();
+    m_xmlDataFile.reset();
     xml::LoadResult loaded =
         xml::Document::parse(m_parameterNode.toXml(), {.schemas = m_dataFileSchemas.get()});
     if (!loaded.ok()) {
@@ -194,13 +200,14 @@ void RavikKT500::LoadParameterDocument() {
         }
         return;
     }
-    xmlDataFile.emplace(std::move(*loaded.document));
+    m_xmlDataFile.emplace(std::move(*loaded.document));
+    m_parameterDocument.emplace(m_parameterNode, *m_xmlDataFile);
 }
 
 void RavikKT500::ReadPublishedInfo() {
     xml::Node published;
-    if (xmlDataFile) {
-        const xml::XPath query(*xmlDataFile, xml::Namespaces::fromSelection(SelectionNamespaces));
+    if (m_xmlDataFile) {
+        const xml::XPath query(*m_xmlDataFile, xml::Namespaces::fromSelection(SelectionNamespaces));
         published = query.selectSingle("//typeInfo:device/typeInfo:publishedInfo");
     }
     m_objTools->DeviceTypeId = published.attribute("deviceTypeId");
@@ -250,6 +257,11 @@ void RavikKT500::LoadGuiInitDocument() {
         loaded.ok() ? std::make_unique<xml::Document>(std::move(*loaded.document)) : nullptr);
 }
 
+void RavikKT500::CreateDeviceClass() {
+    m_objDeviceClass = devices::CreateDeviceClass(m_objTools->DeviceType);
+    m_objDeviceClass->setObjUserControl(this);
+}
+
 bool RavikKT500::IDtmActiveXControl_PrepareToRelease() {
     if (m_released) {
         return true;
@@ -262,7 +274,8 @@ bool RavikKT500::IDtmActiveXControl_PrepareToRelease() {
         // The family's charts come with the chart construction; none to destroy yet.
         m_form->control("tmrIconBlink").setEnabled(false);
 
-        xmlDataFile.reset();
+        m_parameterDocument.reset();
+        m_xmlDataFile.reset();
         m_dataFileSchemas.reset();
         m_parameterNode = xml::Node();
         m_communicationSchemas.reset();
@@ -271,6 +284,7 @@ bool RavikKT500::IDtmActiveXControl_PrepareToRelease() {
         m_pUnits.reset();
         m_pLanguage.reset();
         m_objTools.reset();
+        m_objDeviceClass.reset();
 
         if (m_pControl) {
             bool closed = false;

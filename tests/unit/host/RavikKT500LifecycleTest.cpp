@@ -117,7 +117,7 @@ TEST_F(RavikKT500Lifecycle, StartUpGoesOnAfterFailuresOfTheBL) {
         "Error | Can't open the connection!",
         "IDtmActiveXControl_Init | Can't load parameter xml document!"};
     EXPECT_EQ(boxes(), expected);
-    EXPECT_FALSE(kt.xmlDataFile.has_value());
+    EXPECT_EQ(kt.xmlDataFile(), nullptr);
     EXPECT_EQ(kt.m_objTools->DeviceName, "");
     EXPECT_TRUE(kt.m_objTools->DTMInitialized);
 }
@@ -211,7 +211,7 @@ TEST_F(RavikKT500Lifecycle, ReleaseClosesTheConnectionLast) {
     EXPECT_TRUE(othersReleasedBeforeClose);
     EXPECT_EQ(services.controlDouble.use_count(), 1);
     EXPECT_EQ(kt.m_objTools, nullptr);
-    EXPECT_FALSE(kt.xmlDataFile.has_value());
+    EXPECT_EQ(kt.xmlDataFile(), nullptr);
     EXPECT_FALSE(kt.form().control("tmrIconBlink").enabled());
     EXPECT_TRUE(kt.IDtmActiveXControl_PrepareToRelease());  // a second release does nothing
     EXPECT_EQ(std::count(services.log->begin(), services.log->end(), "CloseConnection 7"), 1);

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace kt500::host {
+namespace kt500::devices {
 
 class MemberMissing : public std::runtime_error {
 public:
@@ -21,4 +21,4 @@ private:
     std::string m_member;
 };
 
-}  // namespace kt500::host
+}  // namespace kt500::devices

@@ -1,0 +1,31 @@
+// ChangeTracking: what the pages remember of a user's edits: the
+// confirmation rows that count as changed, the page snapshot to restore
+// from, and the tree icons of the pages.
+#pragma once
+
+#include "devices/IUserControl.h"
+
+#include <string>
+
+namespace kt500::data {
+
+class ChangeTracking {
+public:
+    explicit ChangeTracking(devices::IUserControl& control) : m_control(control) {}
+
+    // True for an item the class never writes as a normal parameter, or
+    // when a confirmation row of this check state names it.
+    bool CheckIfValueChanged(const std::string& strName, bool blChecked);
+    // Puts one field (strTag given) or every field of a page back from the snapshot.
+    void RestoreOldValues(const std::string& strFrame, const std::string& strTag);
+    // Removes the confirmation row whose text is strItem.
+    void RemoveSpecialCaseItem(const std::string& strItem);
+    // Gives a navigation node the image of a state word; "changed" is
+    // ignored while a read shows its progress.
+    void ChangeTreeIcon(const std::string& str_name, const std::string& str_access);
+
+private:
+    devices::IUserControl& m_control;
+};
+
+}  // namespace kt500::data

@@ -1,0 +1,42 @@
+// ParameterValues: the values of the parameter document on the pages. A
+// page control is tied to its parameter by Tag; this class reads a value
+// from the pages (FetchValueByTag), puts one onto them (SetItemValueToGUI),
+// fills the closed lists from the mapped parameters, and shows the whole
+// data set with each page's tree state (ApplyInitialValues).
+#pragma once
+
+#include "devices/IUserControl.h"
+#include "xml/Document.h"
+
+#include <cstdint>
+#include <string>
+
+namespace kt500::data {
+
+class ParameterValues {
+public:
+    explicit ParameterValues(devices::IUserControl& control) : m_control(control) {}
+
+    // The value of a parameter as a string: from the first control on the
+    // family's pages with this Tag, else from the document.
+    std::string FetchValueByTag(const std::string& strTagName, bool blCaption);
+    // Clears each list box of a mapped parameter on the family's pages or
+    // fraCommon and fills it with the translated entries and their values.
+    void FillMappedParams();
+    // Fills the day and month selectors of the device date (1 to 31, 1 to 12).
+    void FillDateFields();
+    // Puts the document's values onto the pages and derives the tree icons.
+    void ApplyInitialValues();
+    // One value onto its page: from an item node of a reply, or with
+    // strOfflineName given, from the offline arguments.
+    void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,
+                           const std::string& strOfflineValue, const std::string& strOfflineUnit,
+                           std::int16_t intValueSynchronised);
+    // The group's time stamp on its page, in the locale's short date and long time.
+    void UpdateGroupTimeStamp(const std::string& strGroup);
+
+private:
+    devices::IUserControl& m_control;
+};
+
+}  // namespace kt500::data

@@ -1,0 +1,40 @@
+// Requests: turns a request group and an access word into the XML request
+// of the wire format and hands it to the BL. Items and values travel
+// between the two steps as separator-joined strings.
+#pragma once
+
+#include "devices/IUserControl.h"
+
+#include <string>
+#include <string_view>
+
+namespace kt500::data {
+
+// The one template that every request is built from.
+inline constexpr const char* RequestTemplateText =
+    "<?xml version='1.0'?><dtm xmlns='x-schema:QDLCommunicationSchema.xml'>"
+    "<communicationRequest name='1' access='read'><item name='1' unit='noUnit'>"
+    "<floatVal>1</floatVal></item></communicationRequest></dtm>";
+
+// A request that starts a device action and is sent as it stands:
+// "positionControlAutocalibration", "automaticPrestageTrim",
+// "pneumaticsTest", "valveTest".
+[[nodiscard]] std::string AutoActionRequest(std::string_view strName);
+
+class Requests {
+public:
+    explicit Requests(devices::IUserControl& control) : m_control(control) {}
+
+    // str_accessType: "read", "write" or "writeOffline".
+    void SendRequest(const std::string& str_frame, const std::string& str_accessType);
+    // Builds the XML from the item and value strings and sends it; an empty
+    // strValues sets no value texts.
+    void RequestTemplate(const std::string& strItems, const std::string& strValues);
+    // The page commands that must not run beside communication.
+    void EnableDeviceActions(bool blEnabled);
+
+private:
+    devices::IUserControl& m_control;
+};
+
+}  // namespace kt500::data

@@ -1,0 +1,153 @@
+// DeviceClass: the contract behind which every difference of the device
+// models stands. The control holds one of clsKT520, clsKT540, clsPL500 and
+// calls its members by name; a member that a class lacks fails at the call
+// (MemberMissing), as a run-time failure of the caller's handler. So every
+// member here has a default body that throws, and each class overrides only
+// the members it has.
+#pragma once
+
+#include "devices/IUserControl.h"
+#include "devices/MemberMissing.h"
+#include "xml/Document.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kt500::devices {
+
+// The list separator of the family: the character with code 164, one byte
+// as the lists are kept.
+inline constexpr char Separator = '\xA4';
+inline constexpr std::string_view SeparatorText{"\xA4", 1};
+
+// One element of a control array of the pages, as the property family of
+// units and values addresses it.
+struct PageElement {
+    std::string_view array;
+    int index;
+};
+
+// Items that the device writes in one command: a change of one member
+// forces the others into the request.
+struct SpecialSet {
+    std::string triples;   // name, type, unit, each followed by the separator
+    bool restoreDeclined;  // a declined change of a trigger is put back
+};
+
+class DeviceClass {
+public:
+    virtual ~DeviceClass() = default;
+    DeviceClass(const DeviceClass&) = delete;
+    DeviceClass& operator=(const DeviceClass&) = delete;
+
+    // The back reference, set once by the control.
+    void setObjUserControl(IUserControl* control) noexcept { m_objUserControl = control; }
+
+    // --- Constants and derived properties ---
+    [[nodiscard]] virtual std::string ImagePrefix() const = 0;
+    [[nodiscard]] virtual std::string DevicePrefix() const = 0;
+    [[nodiscard]] virtual std::int16_t EventLogTableIndex() const = 0;
+    [[nodiscard]] virtual std::string FrameArrayName() const = 0;
+    [[nodiscard]] virtual std::int16_t ModificationPoints() const = 0;
+    [[nodiscard]] virtual std::int16_t FlowModificationIndex() const = 0;
+    [[nodiscard]] virtual std::string StepTestTime() const = 0;
+    [[nodiscard]] virtual std::string HysteresisTestSetpoint() const = 0;
+    [[nodiscard]] virtual std::string StepTestValues() const = 0;
+    [[nodiscard]] virtual std::string HysteresisTestValues() const = 0;
+    [[nodiscard]] virtual std::int16_t MonitorGraphHeight() const = 0;
+    [[nodiscard]] virtual std::int16_t MonitoringFrame() const { missing("MonitoringFrame"); }
+    [[nodiscard]] virtual std::int16_t DefaultNodeIndex() = 0;
+    [[nodiscard]] virtual std::int16_t UseDataPoints() = 0;
+    [[nodiscard]] virtual std::int16_t SelectedTest();
+    [[nodiscard]] virtual float CurrentStepEndPoint() { missing("CurrentStepEndPoint"); }
+    [[nodiscard]] virtual std::string DeviceDate() { missing("DeviceDate"); }
+
+    // The groups a data file stores, each followed by the separator.
+    [[nodiscard]] virtual std::string SavedFrames() const = 0;
+    // The monitoring series' names in series order, each followed by a blank.
+    [[nodiscard]] virtual std::string MonitoringHeaders() const = 0;
+    [[nodiscard]] virtual bool IsNormalParam(std::string_view strParam) const = 0;
+    [[nodiscard]] virtual bool MonitoringVariable(std::string_view strParam) const = 0;
+
+    // --- Pages ---
+    // Shows the page of a tree node and remembers it in CurrentFrame.
+    virtual void ShowFrame(const std::string& /*strNodeName*/) { missing("ShowFrame"); }
+    // Hides every page of the class.
+    virtual void HideFrames() { missing("HideFrames"); }
+
+    // --- Values on their way in and out ---
+    // The page or wire form of a value; "" when the value needs no conversion.
+    virtual std::string FormatValues(const std::string& strId, const std::string& strNewValue,
+                                     const std::string& strAccess) = 0;
+    // The unit in which the device takes a value of this kind.
+    [[nodiscard]] virtual std::string ConvertUnitForDevice(std::string_view strUnit) const;
+    // A page value in the device's unit.
+    virtual std::string ConvertValueForDevice(const std::string& strCurrentValue,
+                                              const std::string& strNewUnit,
+                                              const std::string& strParameter);
+    virtual void SetDeviceDate(std::int16_t intDay, std::int16_t intMonth,
+                               std::int16_t intYear) = 0;
+    virtual std::string GetDeviceDate() = 0;
+
+    // --- Requests ---
+    // "" (handle the item as usual), "included" (already in the request) or
+    // the triples of the items to send instead.
+    virtual std::string SpecialUpploadCase(const std::string& strRequestGroup,
+                                           const std::string& strIncludedParam);
+    void setSpecialCaseItems(std::string strItems) { m_specialCaseItems = std::move(strItems); }
+    [[nodiscard]] const std::string& CancelledGroups() const noexcept {
+        return m_strCancelledGroups;
+    }
+    void setCancelledGroups(std::string strGroups) { m_strCancelledGroups = std::move(strGroups); }
+    [[nodiscard]] bool SmuiStopPressed() const noexcept { return m_smuiStopPressed; }
+    void setSmuiStopPressed(bool blPressed) noexcept { m_smuiStopPressed = blPressed; }
+    // The document that the last write sequence sent.
+    void setDownLoadedXmlDoc(std::shared_ptr<const xml::Document> document) {
+        m_downLoadedXmlDoc = std::move(document);
+    }
+    [[nodiscard]] const xml::Document* downLoadedXmlDoc() const noexcept {
+        return m_downLoadedXmlDoc.get();
+    }
+    // Shows every cancelled group in one message and empties the list.
+    virtual void PrintErrorMessages();
+
+    // --- The unit and value property family ---
+    // By property name ("SupplyPressureUnit", "PcbTemperatureValue", ...):
+    // the text of the page element behind it. A name outside the family is
+    // a missing member.
+    [[nodiscard]] std::string pageProperty(std::string_view strProperty);
+    void setPageProperty(std::string_view strProperty, const std::string& strValue);
+    // The element behind a property of the family on this class.
+    [[nodiscard]] virtual PageElement propertyElement(std::string_view strProperty) const;
+
+protected:
+    DeviceClass() = default;
+    [[noreturn]] static void missing(std::string_view strMember) { throw MemberMissing(strMember); }
+    // objUserControl, through the private accessor; a failure when unset.
+    [[nodiscard]] IUserControl& userControl() const;
+    // The set of items that a change of strItem forces into the request,
+    // or nothing; SpecialUpploadCase runs the same steps over it on every class.
+    [[nodiscard]] virtual const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
+                                                           std::string_view strItem) const;
+    // The text of a page element: a label's caption, else its text; "" and
+    // no write when the element is not on the form yet.
+    [[nodiscard]] std::string elementText(PageElement element) const;
+    void setElementText(PageElement element, const std::string& strText) const;
+    [[nodiscard]] form::Control* findElement(PageElement element) const;
+
+    std::string m_specialCaseItems;
+    std::string m_strCancelledGroups;
+    bool m_smuiStopPressed = false;
+    std::shared_ptr<const xml::Document> m_downLoadedXmlDoc;
+
+private:
+    IUserControl* m_objUserControl = nullptr;
+};
+
+// The class for a device key: "KT540_1.0" a clsKT540, "PL500_1" and
+// "PL500_2" a clsPL500, anything else a clsKT520.
+[[nodiscard]] std::unique_ptr<DeviceClass> CreateDeviceClass(std::string_view strDeviceType);
+
+}  // namespace kt500::devices

@@ -1,0 +1,91 @@
+// IUserControl: the user control as the device classes and the subsystems
+// see it (objUserControl). Pages are reached through the form model, the
+// session through m_objTools, and everything else through the control's own
+// members by name. The control implements this; a member whose subsystem is
+// not part of the product yet throws MemberMissing when called, so that the
+// caller's handler fails clearly.
+#pragma once
+
+#include "form/Form.h"
+#include "host/clsTools.h"
+#include "services/IDtmControl.h"
+#include "services/IDtmDialogs.h"
+#include "services/IDtmUnits.h"
+#include "xml/Document.h"
+#include "xml/SchemaCollection.h"
+
+#include <string>
+#include <string_view>
+
+namespace kt500::devices {
+
+class DeviceClass;
+
+// Picture colours of a value (BGR, as the pages keep them).
+inline constexpr std::uint32_t ColorSynchronised = 0x000000;
+inline constexpr std::uint32_t ColorChanged = 0xff0000;
+inline constexpr std::uint32_t ColorRefused = 0x0000ff;
+inline constexpr std::uint32_t ColorRestored = 0x80000012;
+
+class IUserControl {
+public:
+    virtual ~IUserControl() = default;
+
+    // --- What the control owns ---
+    [[nodiscard]] virtual form::Form& form() = 0;
+    // m_objTools; a failure when the session state is released.
+    [[nodiscard]] virtual host::clsTools& tools() = 0;
+    // m_objDeviceClass; a failure before the device model is known.
+    [[nodiscard]] virtual DeviceClass& deviceClass() = 0;
+    // The closed services; each a failure when it is not connected.
+    [[nodiscard]] virtual services::IDtmControl& control() = 0;
+    [[nodiscard]] virtual services::IDtmDialogs& dialogs() = 0;
+    [[nodiscard]] virtual services::IDtmUnits& units() = 0;
+    // The communication schema cache (may be empty when the file was missing).
+    [[nodiscard]] virtual const xml::SchemaCollection* communicationSchemas() = 0;
+    // xmlDataFile, the copy with the two namespaces; nothing before Init or
+    // when it did not load.
+    [[nodiscard]] virtual const xml::Document* xmlDataFile() = 0;
+    // The parameter node as the BL gave it, whose attributes hold the values.
+    [[nodiscard]] virtual xml::Node parameterNode() = 0;
+    // The button of the last message box (6 Yes, 7 No).
+    [[nodiscard]] virtual int& buttonPressed() = 0;
+
+    // --- Shared helpers ---
+    virtual std::string Translate(const std::string& strKey) = 0;
+    virtual void ShowMsg(const std::string& strHeader, const std::string& strMsg) = 0;
+
+    // --- The parameter document ---
+    [[nodiscard]] virtual xml::Node ParameterNodeByName(std::string_view strName) = 0;
+    virtual std::string FetchValueByTag(const std::string& strTagName, bool blCaption) = 0;
+    virtual std::string FetchUnitName(const std::string& strParameter) = 0;
+
+    // --- Values, units and requests ---
+    virtual void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,
+                                   const std::string& strOfflineValue,
+                                   const std::string& strOfflineUnit,
+                                   std::int16_t intValueSynchronised) = 0;
+    virtual std::string ConvertUnit(const std::string& strValue, const std::string& strFromUnit,
+                                    const std::string& strToUnit) = 0;
+    virtual void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
+                                     int intFrame, const std::string& strNewUnit) = 0;
+    virtual void SendRequest(const std::string& str_frame, const std::string& str_accessType) = 0;
+    virtual void EnableDeviceActions(bool blEnabled) = 0;
+    virtual void EnableTesting(bool blValue) = 0;
+
+    // --- Presentation ---
+    // Rebuilds treeNavigation from the GUIInit document for the mode.
+    virtual void BuildNavigationTree() = 0;
+    // Selects the navigation node at a 1-based position and shows its page.
+    virtual void SelectNode(int intIndex) = 0;
+    // Writes the captions of the current language onto the whole form.
+    virtual void TranslateForm() = 0;
+
+    // --- Change tracking ---
+    virtual bool CheckIfValueChanged(const std::string& strName, bool blChecked) = 0;
+    virtual void RestoreOldValues(const std::string& strFrame, const std::string& strTag) = 0;
+    virtual void RemoveSpecialCaseItem(const std::string& strItem) = 0;
+    virtual void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) = 0;
+};
+
+}  // namespace kt500::devices

@@ -1,0 +1,106 @@
+#include "devices/SpecialSets.h"
+
+namespace kt500::devices {
+
+namespace {
+
+std::string triple(std::string_view name, std::string_view type) {
+    std::string text(name);
+    text.push_back(Separator);
+    text.append(type);
+    text.push_back(Separator);
+    text.append("noUnit");
+    text.push_back(Separator);
+    return text;
+}
+
+SpecialSet makeSet(std::initializer_list<std::pair<std::string_view, std::string_view>> items,
+                   bool restoreDeclined) {
+    SpecialSet set{{}, restoreDeclined};
+    for (const auto& [name, type] : items) {
+        set.triples += triple(name, type);
+    }
+    return set;
+}
+
+// "flowVal00" to "flowValNN", each "floatVal", then the optional closing item.
+SpecialSet flowSet(int last, std::string_view closing) {
+    SpecialSet set{{}, false};
+    for (int point = 0; point <= last; ++point) {
+        const std::string name =
+            std::string("flowVal") + char('0' + point / 10) + char('0' + point % 10);
+        set.triples += triple(name, "floatVal");
+    }
+    if (!closing.empty()) {
+        set.triples += triple(closing, "integerVal");
+    }
+    return set;
+}
+
+}  // namespace
+
+const SpecialSet* HartSpecialSet(std::string_view strRequestGroup, std::string_view strItem) {
+    static const SpecialSet operationUnit = makeSet(
+        {{"hartTag", "stringVal"}, {"description", "stringVal"}, {"deviceDate", "stringVal"}},
+        true);
+    static const SpecialSet splitRange =
+        makeSet({{"splitRangeLow", "floatVal"}, {"splitRangeHigh", "floatVal"}}, true);
+    static const SpecialSet actuatorLimits = makeSet(
+        {{"actuatorFullStrokesLimit", "floatVal"}, {"actuatorReversalsLimit", "floatVal"}}, true);
+    static const SpecialSet valveLimits =
+        makeSet({{"valveFullStrokesLimit", "floatVal"}, {"valveReversalsLimit", "floatVal"}}, true);
+    static const SpecialSet flowModification = flowSet(10, "characterizationControl");
+
+    if (strRequestGroup == "operationUnit") {
+        return strItem == "message" ? nullptr : &operationUnit;
+    }
+    if (strRequestGroup == "valveRelatedConfigurations") {
+        return strItem == "splitRangeLow" || strItem == "splitRangeHigh" ? &splitRange : nullptr;
+    }
+    if (strRequestGroup == "alertSettings") {
+        if (strItem == "actuatorFullStrokesLimit" || strItem == "actuatorReversalsLimit") {
+            return &actuatorLimits;
+        }
+        if (strItem == "valveFullStrokesLimit" || strItem == "valveReversalsLimit") {
+            return &valveLimits;
+        }
+        return nullptr;
+    }
+    if (strRequestGroup == "flowModification") {
+        return &flowModification;
+    }
+    return nullptr;
+}
+
+const SpecialSet* ProfibusSpecialSet(std::string_view strRequestGroup, std::string_view strItem) {
+    static const SpecialSet inputRange = makeSet({{"inputValueRangeHigh", "floatVal"},
+                                                  {"inputValueRangeLow", "floatVal"},
+                                                  {"inputValueUnit", "integerVal"}},
+                                                 true);
+    static const SpecialSet outputBlock = makeSet({{"outputValueRangeHigh", "floatVal"},
+                                                   {"outputValueRangeLow", "floatVal"},
+                                                   {"outputValueUnit", "integerVal"},
+                                                   {"outputValueLimit", "floatVal"},
+                                                   {"outputValueQuality", "integerVal"},
+                                                   {"rcasInLimit", "floatVal"}},
+                                                  true);
+    static const SpecialSet flowModification = flowSet(20, "");
+
+    // Names stand first in their triple: at the start or behind a separator.
+    const auto member = [&](const SpecialSet& set) {
+        const std::string key = std::string(SeparatorText) + std::string(strItem) + Separator;
+        return (std::string(SeparatorText) + set.triples).find(key) != std::string::npos;
+    };
+    if (strRequestGroup == "inputValueConfiguration") {
+        return member(inputRange) ? &inputRange : nullptr;
+    }
+    if (strRequestGroup == "operationMode") {
+        return member(outputBlock) ? &outputBlock : nullptr;
+    }
+    if (strRequestGroup == "flowModification") {
+        return &flowModification;
+    }
+    return nullptr;
+}
+
+}  // namespace kt500::devices

@@ -1,0 +1,40 @@
+// Units: the units a page shows and the conversions around the unit
+// service. The unit of a parameter lives on the page, in the caption of a
+// label tagged with the family prefix, the name and "Unit".
+#pragma once
+
+#include "devices/IUserControl.h"
+
+#include <string>
+#include <vector>
+
+namespace kt500::devices {
+
+class Units {
+public:
+    explicit Units(IUserControl& control) : m_control(control) {}
+
+    // One value converted by the unit service; "" when the service fails.
+    std::string ConvertUnit(const std::string& strValue, const std::string& strFromUnit,
+                            const std::string& strToUnit);
+    // The unit shown on the page for a parameter, or "noUnit".
+    std::string FetchUnitName(const std::string& strParam);
+    // Takes over every unit from the service and converts the page values.
+    void RefreshAllUnits(bool blKeepSystem);
+    // The same for one parameter.
+    void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
+                             int intFrame, const std::string& strNewUnit);
+
+    // The unit selectors of the settings page.
+    void comSelectParameter_Click();
+    void comSelectUnit_Click();
+    void optUnitSystem_Click();
+    void cmdApplyUnitChange_Click();
+
+private:
+    IUserControl& m_control;
+    // The parameter names behind the translated entries of comSelectParameter.
+    std::vector<std::string> m_parameterNames;
+};
+
+}  // namespace kt500::devices

@@ -1,0 +1,49 @@
+// clsKT540: the device class of the PROFIBUS PA positioner, prefix "PA".
+// One revision, no device date; process values arrive as PROFIBUS floats.
+#pragma once
+
+#include "devices/DeviceClass.h"
+
+namespace kt500::devices {
+
+class clsKT540 : public DeviceClass {
+public:
+    clsKT540() = default;
+
+    [[nodiscard]] std::string ImagePrefix() const override { return "imgPA"; }
+    [[nodiscard]] std::string DevicePrefix() const override { return "PA"; }
+    [[nodiscard]] std::int16_t EventLogTableIndex() const override { return 1; }
+    [[nodiscard]] std::string FrameArrayName() const override { return "fraKT540"; }
+    [[nodiscard]] std::int16_t ModificationPoints() const override { return 21; }
+    [[nodiscard]] std::int16_t FlowModificationIndex() const override { return 1; }
+    [[nodiscard]] std::string StepTestTime() const override { return "lastSpOrTime"; }
+    [[nodiscard]] std::string HysteresisTestSetpoint() const override { return "lastSpOrTime"; }
+    [[nodiscard]] std::string StepTestValues() const override { return "testValues"; }
+    [[nodiscard]] std::string HysteresisTestValues() const override { return "testValues"; }
+    [[nodiscard]] std::int16_t MonitorGraphHeight() const override { return 2800; }
+    [[nodiscard]] std::int16_t MonitoringFrame() const override { return 1; }
+    [[nodiscard]] std::int16_t DefaultNodeIndex() override;
+    [[nodiscard]] std::int16_t UseDataPoints() override;
+    [[nodiscard]] float CurrentStepEndPoint() override;
+
+    [[nodiscard]] std::string SavedFrames() const override;
+    [[nodiscard]] std::string MonitoringHeaders() const override {
+        return "setpoint outputValue positioningValue valveTravel actuatorPressure pcbTemperature ";
+    }
+    [[nodiscard]] bool IsNormalParam(std::string_view strParam) const override;
+    [[nodiscard]] bool MonitoringVariable(std::string_view strParam) const override;
+
+    std::string FormatValues(const std::string& strId, const std::string& strNewValue,
+                             const std::string& strAccess) override;
+    // No device date on this model.
+    void SetDeviceDate(std::int16_t, std::int16_t, std::int16_t) override {}
+    std::string GetDeviceDate() override { return {}; }
+
+    [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
+
+protected:
+    [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
+                                                   std::string_view strItem) const override;
+};
+
+}  // namespace kt500::devices

@@ -1,0 +1,142 @@
+// A user control for the tests of one subsystem: the real form, session
+// state, parameter document, device class and subsystem objects, connected
+// to the built-in BL for a device key, but with no start-up sequence of its
+// own. A test sets up exactly the state it needs and calls the member under
+// test; the members of the other subsystems are the real ones.
+#pragma once
+
+#include "data/ChangeTracking.h"
+#include "data/ParameterDocument.h"
+#include "data/ParameterValues.h"
+#include "data/Requests.h"
+#include "devices/DeviceClass.h"
+#include "devices/IUserControl.h"
+#include "devices/Units.h"
+#include "services/IQDLGuiEvent.h"
+#include "simulator/BuiltInBL.h"
+#include "simulator/HeadlessDialogs.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kt500::testing {
+
+class TestUserControl final : public devices::IUserControl, public services::IQDLGuiEvent {
+public:
+    // Opens a connection to a built-in BL with these options; the session
+    // state takes the device key, role, mode and language from them. The
+    // replies the BL sends are kept in replies(), not routed.
+    explicit TestUserControl(simulator::SessionOptions options = {});
+    ~TestUserControl() override;
+
+    // --- IUserControl ---
+    form::Form& form() override { return *m_form; }
+    host::clsTools& tools() override { return m_tools; }
+    devices::DeviceClass& deviceClass() override { return *m_deviceClass; }
+    services::IDtmControl& control() override { return *m_bl->control(); }
+    services::IDtmDialogs& dialogs() override { return *m_bl->dialogs(); }
+    services::IDtmUnits& units() override { return *m_bl->units(); }
+    const xml::SchemaCollection* communicationSchemas() override { return m_schemas.get(); }
+    const xml::Document* xmlDataFile() override { return &*m_xmlDataFile; }
+    xml::Node parameterNode() override { return m_parameterNode; }
+    int& buttonPressed() override { return m_buttonPressed; }
+    std::string Translate(const std::string& strKey) override;
+    void ShowMsg(const std::string& strHeader, const std::string& strMsg) override;
+    xml::Node ParameterNodeByName(std::string_view strName) override {
+        return m_document->ParameterNodeByName(strName);
+    }
+    std::string FetchValueByTag(const std::string& strTagName, bool blCaption) override {
+        return values.FetchValueByTag(strTagName, blCaption);
+    }
+    std::string FetchUnitName(const std::string& strParameter) override {
+        return unitPages.FetchUnitName(strParameter);
+    }
+    void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,
+                           const std::string& strOfflineValue, const std::string& strOfflineUnit,
+                           std::int16_t intValueSynchronised) override {
+        values.SetItemValueToGUI(nodeObj, strOfflineName, strOfflineValue, strOfflineUnit,
+                                 intValueSynchronised);
+    }
+    std::string ConvertUnit(const std::string& strValue, const std::string& strFromUnit,
+                            const std::string& strToUnit) override {
+        return unitPages.ConvertUnit(strValue, strFromUnit, strToUnit);
+    }
+    void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
+                             int intFrame, const std::string& strNewUnit) override {
+        unitPages.ChangeParameterUnit(strParameter, strOldUnit, intFrame, strNewUnit);
+    }
+    void SendRequest(const std::string& str_frame, const std::string& str_accessType) override {
+        requests.SendRequest(str_frame, str_accessType);
+    }
+    void EnableDeviceActions(bool blEnabled) override { requests.EnableDeviceActions(blEnabled); }
+    void EnableTesting(bool blValue) override {
+        calls.push_back("EnableTesting " + std::to_string(blValue));
+    }
+    void BuildNavigationTree() override { calls.push_back("BuildNavigationTree"); }
+    void SelectNode(int intIndex) override {
+        calls.push_back("SelectNode " + std::to_string(intIndex));
+    }
+    void TranslateForm() override { calls.push_back("TranslateForm"); }
+    bool CheckIfValueChanged(const std::string& strName, bool blChecked) override {
+        return changes.CheckIfValueChanged(strName, blChecked);
+    }
+    void RestoreOldValues(const std::string& strFrame, const std::string& strTag) override {
+        changes.RestoreOldValues(strFrame, strTag);
+    }
+    void RemoveSpecialCaseItem(const std::string& strItem) override {
+        changes.RemoveSpecialCaseItem(strItem);
+    }
+    void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) override {
+        changes.ChangeTreeIcon(str_name, str_access);
+    }
+
+    // --- IQDLGuiEvent: replies are kept for the test ---
+    bool IQDLGuiEvent_UpdateSessionData(const std::string&) override { return true; }
+    bool IQDLGuiEvent_CommunicationEvent(const std::string& strReply) override {
+        replies.push_back(strReply);
+        return true;
+    }
+    void IQDLGuiEvent_ReadyForAutoAction(bool) override {}
+    void IQDLGuiEvent_AutoActionComplete(bool) override {}
+    void IQDLGuiEvent_AutoActionStopped(bool) override {}
+    void IQDLGuiEvent_OnLockDataSet(const std::string&, const std::string&) override {}
+    bool IQDLGuiEvent_OnUnlockDataSet(const std::string&, const std::string&) override {
+        return true;
+    }
+    void IQDLGuiEvent_OnParameterChanged(const std::string&, const std::string&) override {}
+
+    // --- For the tests ---
+    simulator::BuiltInBL& bl() { return *m_bl; }
+    // The messages shown through ShowMsg, as "header: text".
+    std::vector<std::string> messages;
+    // Calls of the members that this double only records.
+    std::vector<std::string> calls;
+    std::vector<std::string> replies;
+    // The session data message that the BL delivered at the connection.
+    std::string sessionData;
+    // Adds a control to a page: kind, name, element, the page's frame
+    // (by array and element) and Tag.
+    form::Control& addField(form::ControlKind kind, const std::string& name, int index,
+                            const std::string& frameArray, int frameIndex, const std::string& tag);
+
+    data::ParameterValues values{*this};
+    data::Requests requests{*this};
+    data::ChangeTracking changes{*this};
+    devices::Units unitPages{*this};
+
+private:
+    std::unique_ptr<form::Form> m_form;
+    host::clsTools m_tools;
+    std::unique_ptr<simulator::BuiltInBL> m_bl;
+    std::shared_ptr<services::IDtmLanguage> m_language;
+    std::unique_ptr<xml::SchemaCollection> m_schemas;
+    xml::Node m_parameterNode;
+    std::optional<xml::Document> m_xmlDataFile;
+    std::optional<data::ParameterDocument> m_document;
+    std::unique_ptr<devices::DeviceClass> m_deviceClass;
+    int m_buttonPressed = 0;
+};
+
+}  // namespace kt500::testing
