@@ -17,18 +17,6 @@ void printBoxes(simulator::HeadlessDialogs& dialogs, std::ostream& out) {
     }
 }
 
-// The session data the BL hands over at the connection, on one line.
-std::string sessionDataOf(simulator::BuiltInBL& bl) {
-    const simulator::DeviceModel& model = bl.simulatedControl().model();
-    std::string text = simulator::BuildSessionData(bl.simulatedControl().options(),
-                                                   model.deviceType, model.revision);
-    if (const auto declarationEnd = text.find("?>"); declarationEnd != std::string::npos) {
-        text.erase(0, declarationEnd + 2);
-    }
-    std::erase(text, '\n');
-    return text;
-}
-
 }  // namespace
 
 int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions& options,
@@ -69,7 +57,7 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
         << "  GUIInit document: "
         << (tools.RavikDTMParameters() != nullptr
                 ? "loaded (" + tools.DeviceParameterXml() + ")"
-                : std::string("not loaded (its file name comes with the session data)"))
+                : "not loaded (" + tools.DeviceParameterXml() + ")")
         << '\n';
     const form::Control& languages = form.control("comSelectLanguage");
     out << "  languages:";
@@ -78,9 +66,15 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
             << (i == languages.listIndex() ? "*" : "")
             << (i + 1 < languages.listCount() ? "," : "");
     }
-    out << "\n  session data from the BL (read by the control once it handles session data):\n    "
-        << sessionDataOf(bl)
-        << "\n  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
+    out << "\n  session: DeviceType = " << tools.DeviceType << ", role = " << tools.ActorRole
+        << ", " << (tools.OnlineConf ? "online" : "offline") << ", Language = " << tools.Language
+        << ", SavePath = " << tools.SavePath << '\n'
+        << "  toolbar: " << toolbar.item("strDtmStatus").text << ", send "
+        << (toolbar.item("send").enabled ? "enabled" : "disabled") << ", offlineConf "
+        << (toolbar.item("offlineConf").enabled ? "enabled" : "disabled") << '\n'
+        << "  device class: " << control.deviceClass().FrameArrayName() << " (prefix "
+        << control.deviceClass().DevicePrefix() << ")\n"
+        << "  data set locked: " << (form.control("imgLockedDataset").visible() ? "yes" : "no")
         << "\n  DTMInitialized = " << (tools.DTMInitialized ? "True" : "False") << '\n';
     printBoxes(*bl.headlessDialogs(), out);
 

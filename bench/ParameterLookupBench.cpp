@@ -1,8 +1,12 @@
 // Lookups of parameters by name on the largest parameter document of the
-// family: the indexed lookup against the XPath query it stands for.
+// family: the indexed lookup against the XPath query it stands for, and the
+// value lookup of the pages (FetchValueByTag) that walks the form first.
 #include "data/ParameterDocument.h"
 #include "simulator/DeviceCatalogue.h"
 #include "simulator/DeviceFamilySource.h"
+#ifdef KT500_BENCH_TEST_CONTROL
+#include "support/TestUserControl.h"
+#endif
 
 #include <benchmark/benchmark.h>
 
@@ -28,17 +32,23 @@ struct Fixture {
     static kt500::xml::Document Largest() {
         const kt500::simulator::ParameterDocumentBuilder builder(
             std::filesystem::path(KT500_SHARE_DIR) / "devices");
-        std::optional<kt500::xml::Document> largest;
+        return builder.build(*LargestModel());
+    }
+
+    // The model whose parameter document is the largest.
+    static const kt500::simulator::DeviceModel* LargestModel() {
+        const kt500::simulator::ParameterDocumentBuilder builder(
+            std::filesystem::path(KT500_SHARE_DIR) / "devices");
+        const kt500::simulator::DeviceModel* largest = nullptr;
         std::size_t largestSize = 0;
         for (const auto& model : kt500::simulator::DeviceCatalogue::models()) {
-            kt500::xml::Document built = builder.build(model);
-            const std::size_t size = built.toXml().size();
+            const std::size_t size = builder.build(model).toXml().size();
             if (size > largestSize) {
                 largestSize = size;
-                largest.emplace(std::move(built));
+                largest = &model;
             }
         }
-        return std::move(*largest);
+        return largest;
     }
 
     kt500::xml::Document live;
@@ -85,5 +95,47 @@ void BM_IndexDocument(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_IndexDocument);
+
+#ifdef KT500_BENCH_TEST_CONTROL
+// A session of the largest model whose family pages hold a text box for
+// every second parameter: half the lookups end in the form walk, half fall
+// back to the document after walking the whole form.
+struct PagesFixture {
+    PagesFixture() : control(Options()) {
+        const std::string frameArray = control.deviceClass().FrameArrayName();
+        const int page = control.form().array(frameArray).indices().front();
+        const auto& parameters = Shared().names;
+        for (std::size_t i = 0; i < parameters.size(); ++i) {
+            names.push_back(parameters[i]);
+            if (i % 2 == 0) {
+                control
+                    .addField(kt500::form::ControlKind::TextBox, "txtBench", static_cast<int>(i),
+                              frameArray, page, parameters[i])
+                    .setText("1.5");
+            }
+        }
+    }
+
+    static kt500::simulator::SessionOptions Options() {
+        kt500::simulator::SessionOptions options;
+        options.deviceKey = Fixture::LargestModel()->key;
+        return options;
+    }
+
+    kt500::testing::TestUserControl control;
+    std::vector<std::string> names;
+};
+
+void BM_FetchValueByTag(benchmark::State& state) {
+    static PagesFixture f;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            f.control.values.FetchValueByTag(f.names[i++ % f.names.size()], false));
+    }
+    state.counters["controls"] = static_cast<double>(f.control.form().controls().size());
+}
+BENCHMARK(BM_FetchValueByTag);
+#endif
 
 }  // namespace

@@ -23,7 +23,8 @@ public:
     // Clears each list box of a mapped parameter on the family's pages or
     // fraCommon and fills it with the translated entries and their values.
     void FillMappedParams();
-    // Fills the day and month selectors of the device date (1 to 31, 1 to 12).
+    // Fills the day and month selectors of the device date (1 to 31, 1 to 12,
+    // item data from 0) where the class has them and the page holds them.
     void FillDateFields();
     // Puts the document's values onto the pages and derives the tree icons.
     void ApplyInitialValues();
@@ -36,6 +37,16 @@ public:
     void UpdateGroupTimeStamp(const std::string& strGroup);
 
 private:
+    // Step of SetItemValueToGUI: the value into the first field of the
+    // family's pages tagged strName; with blOffline also its colour and mark.
+    void putOnPage(const std::string& strName, const std::string& strType,
+                   const std::string& strValue, bool blOffline, std::int16_t intValueSynchronised);
+    // The valve test's pressure ("bar") in the unit its title shows.
+    std::string valveTestPressure(const std::string& strValue);
+    // "d.m.yyyy" into the class's date fields; the date fields of the pages
+    // get the colour of the value's state.
+    void showDeviceDate(const std::string& strValue, std::int16_t intValueSynchronised);
+
     devices::IUserControl& m_control;
 };
 

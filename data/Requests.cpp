@@ -1,10 +1,415 @@
-// PLACEHOLDER while the subsystem is being written; replaced before commit.
 #include "data/Requests.h"
+
+#include "data/ParameterDocument.h"
+#include "devices/DeviceClass.h"
+#include "devices/Encodings.h"
 #include "devices/MemberMissing.h"
+#include "xml/XPath.h"
+
+#include <memory>
+#include <stdexcept>
+#include <unordered_map>
+#include <vector>
 
 namespace kt500::data {
-void Requests::SendRequest(const std::string&, const std::string&) { throw devices::MemberMissing("SendRequest"); }
-void Requests::RequestTemplate(const std::string&, const std::string&) { throw devices::MemberMissing("RequestTemplate"); }
-void Requests::EnableDeviceActions(bool) { throw devices::MemberMissing("EnableDeviceActions"); }
+
+namespace {
+
+constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSchema.xml";
+constexpr std::int32_t AutoActionTimeout = 10000;
+
+using devices::Separator;
+
+// The fields of a separator-joined list; a trailing separator gives a last
+// empty field, as the item string's layout counts on.
+std::vector<std::string> SplitList(std::string_view strList) {
+    std::vector<std::string> fields;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = strList.find(Separator, start);
+        if (end == std::string_view::npos) {
+            fields.emplace_back(strList.substr(start));
+            return fields;
+        }
+        fields.emplace_back(strList.substr(start, end - start));
+        start = end + 1;
+    }
+}
+
+void AppendField(std::string& strList, std::string_view strField) {
+    strList.append(strField);
+    strList.push_back(Separator);
+}
+
+form::ToolbarModel& Toolbar(form::Form& form) {
+    return form.control("smuiDTM", 1).toolbar();
+}
+
+// The commands of the pages that must not run beside communication.
+constexpr std::string_view MonitoringCommands[] = {"cmdHAMonitoring", "cmdPAMonitoring",
+                                                   "cmdPLMonitoring"};
+constexpr std::string_view CalibrationCommands[] = {"cmdHAAutoTravelCalibration",
+                                                    "cmdHAInputSignalMeasurementCalibration",
+                                                    "cmdHAPositionTransmitterCalibration",
+                                                    "cmdHAPressureSensorCalibration",
+                                                    "cmdHATemperatureSensorCalibration",
+                                                    "cmdPAAutoTravelCalStart",
+                                                    "cmdPAPositionSensorCalibration",
+                                                    "cmdPAPressureSensorCalibration",
+                                                    "cmdPATemperatureSensorCalibration",
+                                                    "cmdPAFactoryReset",
+                                                    "cmdPLAutocalibration"};
+constexpr std::string_view OtherCommands[] = {"cmdHALoadFactorUpdate", "cmdHAFlowModification",
+                                              "cmdPAFlowModification", "cmdStartTest",
+                                              "cmdPLSetTestSettings",  "cmdPLStartTest"};
+constexpr std::string_view ResetCommand = "cmdResetDiagnostics";
+
+// Every element of a command (array) that is on the form.
+void SetCommandEnabled(form::Form& form, std::string_view strName, bool blEnabled) {
+    const form::ControlArray* commands = form.findArray(strName);
+    if (commands == nullptr) {
+        return;
+    }
+    for (const int index : commands->indices()) {
+        (*commands)[index].setEnabled(blEnabled);
+    }
+}
+
+// The value fields of the page shown: a check box, text box or list box
+// whose container is the family's page frame tagged CurrentFrame. The first
+// field of a tag wins.
+std::unordered_map<std::string, form::Control*> PageFields(form::Form& form,
+                                                           const std::string& strFrameArray,
+                                                           const std::string& strCurrentFrame) {
+    std::unordered_map<std::string, form::Control*> fields;
+    const form::ControlArray* pages = form.findArray(strFrameArray);
+    if (pages == nullptr) {
+        return fields;
+    }
+    for (const int index : pages->indices()) {
+        form::Control& page = (*pages)[index];
+        if (page.tag() != strCurrentFrame) {
+            continue;
+        }
+        for (form::Control* field : form.children(&page)) {
+            const form::ControlKind kind = field->kind();
+            if (kind == form::ControlKind::CheckBox || kind == form::ControlKind::TextBox ||
+                kind == form::ControlKind::ComboBox) {
+                fields.emplace(field->tag(), field);
+            }
+        }
+        break;
+    }
+    return fields;
+}
+
+}  // namespace
+
+std::string AutoActionRequest(std::string_view strName) {
+    std::string request =
+        "<?xml version='1.0'?><dtm xmlns='x-schema:QDLCommunicationSchema.xml'>"
+        "<communicationRequest name='";
+    request.append(strName);
+    request.append("' access='write'/></dtm>");
+    return request;
+}
+
+xml::Node Requests::requestGroup(const std::string& strGroup) {
+    const xml::Document* dataFile = m_control.xmlDataFile();
+    if (dataFile == nullptr) {
+        return {};
+    }
+    const xml::XPath query(*dataFile,
+                           xml::Namespaces::fromSelection(ParameterDocument::SelectionNamespaces));
+    return query.selectSingle(ParameterDocument::RequestGroupQuery(strGroup));
+}
+
+std::string Requests::unitField(const std::string& strName) {
+    const std::string unit = m_control.FetchUnitName(strName);
+    return unit == "noUnit" ? unit : m_control.deviceClass().ConvertUnitForDevice(unit);
+}
+
+void Requests::removeConfirmationRows(const std::string& strGroup) {
+    // A row's page is its frame tag; the group is that tag less the family prefix.
+    form::Control* list = m_control.form().find("lsvConfirmation");
+    if (list == nullptr) {
+        return;
+    }
+    form::ListViewModel& rows = list->listView();
+    for (int row = rows.count(); row >= 1; --row) {
+        const std::string page = rows.subItem(row, 4);
+        if (page.size() > 2 && page.compare(2, std::string::npos, strGroup) == 0) {
+            rows.remove(row);
+        }
+    }
+}
+
+void Requests::SendRequest(const std::string& str_frame, const std::string& str_accessType) {
+    host::clsTools& tools = m_control.tools();
+    devices::DeviceClass& device = m_control.deviceClass();
+    const bool blRead = str_accessType == "read";
+    const bool blWriteWord = str_accessType == "write" || str_accessType == "writeOffline";
+
+    if (blRead) {
+        // Pending edits of the page give way to the device's values, and the
+        // page counts as unread until the final reply.
+        removeConfirmationRows(str_frame);
+        tools.ValuesOk(str_frame, "0");
+        if (str_frame == "valveTest" || str_frame == "pneumaticsTest") {
+            throw devices::MemberMissing("EnableTestKeyFigures");
+        }
+    }
+
+    const xml::Node group = requestGroup(str_frame);
+    // While a calibration step or a device action runs, a write sends the
+    // whole group as a read would list it.
+    const bool blWriteMode =
+        blWriteWord && tools.CalibrationStep == 0 && tools.CurrentAutoAction == 0;
+
+    std::string strItems;
+    for (const xml::Node& included : group.childElements("includedParam")) {
+        const std::string name = included.attribute("name");
+        const xml::Node parameter = m_control.ParameterNodeByName(name);
+        if (!parameter) {
+            continue;
+        }
+        const std::string access = parameter.attribute("access");
+        std::string special;
+        if (!blWriteMode) {
+            if (access == "write") {
+                continue;
+            }
+        } else {
+            if (access != "readWrite" && access != "write") {
+                continue;
+            }
+            special = device.SpecialUpploadCase(str_frame, name);
+            if (!m_control.CheckIfValueChanged(name, true)) {
+                continue;
+            }
+        }
+        if (special.empty()) {
+            AppendField(strItems, name);
+            AppendField(strItems, parameter.attribute("type"));
+            AppendField(strItems, unitField(name));
+        } else if (special != "included") {
+            strItems.append(special);
+        }
+    }
+    device.setSpecialCaseItems("");
+
+    if (blRead && !tools.ReadGroup && group) {
+        form::Control& bar = m_control.form().control("ProgressBar1");
+        const std::int16_t count = devices::ToInt16(group.attribute("requestCount"));
+        bar.setMax(bar.max() + 10.0 * count);
+    }
+
+    AppendField(strItems, str_frame);
+    AppendField(strItems, str_accessType);
+
+    RequestTemplate(strItems, blWriteWord ? valueString(strItems) : std::string());
+
+    if (str_accessType != "writeOffline") {
+        tools.CommunicationSign(str_accessType, "1");
+    }
+}
+
+std::string Requests::valueString(const std::string& strItems) {
+    devices::DeviceClass& device = m_control.deviceClass();
+    const auto fields =
+        PageFields(m_control.form(), device.FrameArrayName(), m_control.tools().CurrentFrame);
+    const std::vector<std::string> items = SplitList(strItems);
+
+    std::string strValues;
+    // The triples stand before the request name, the access word and the
+    // last empty field.
+    for (std::size_t i = 0; i + 5 < items.size(); i += 3) {
+        const std::string& name = items[i];
+        const std::string& type = items[i + 1];
+        const std::string& unit = items[i + 2];
+        std::string value;
+        if (name == "deviceDate") {
+            value = device.GetDeviceDate();
+        } else if (const auto found = fields.find(name); found != fields.end()) {
+            const form::Control& field = *found->second;
+            switch (field.kind()) {
+                case form::ControlKind::CheckBox:
+                    value = std::to_string(static_cast<int>(field.value()));
+                    break;
+                case form::ControlKind::TextBox:
+                    value = field.text();
+                    if (type != "stringVal" && !value.empty()) {
+                        // The wire form, with "." and in the device's unit.
+                        const std::string formatted = device.FormatValues(name, value, "write");
+                        if (!formatted.empty()) {
+                            value = formatted;
+                        }
+                        value = devices::fDecimalSep(value, ".");
+                        if (unit != "noUnit") {
+                            value = devices::fDecimalSep(
+                                device.ConvertValueForDevice(value, unit, name), ".");
+                        }
+                    }
+                    break;
+                default:
+                    value = field.listIndex() == -1
+                                ? "0"
+                                : std::to_string(field.itemData(field.listIndex()));
+                    break;
+            }
+        }
+        AppendField(strValues, value);
+    }
+    return strValues;
+}
+
+void Requests::RequestTemplate(const std::string& strItems, const std::string& strValues) {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+
+    xml::ParseOptions options;
+    const xml::SchemaCollection* schemas = m_control.communicationSchemas();
+    if (schemas != nullptr && !schemas->empty()) {
+        options.schemas = schemas;
+    }
+    xml::LoadResult parsed = xml::Document::parse(RequestTemplateText, options);
+    std::shared_ptr<xml::Document> document;
+    if (parsed.ok()) {
+        document = std::make_shared<xml::Document>(std::move(*parsed.document));
+    } else {
+        // The send still runs, with nothing in the request.
+        m_control.ShowMsg("RequestTemplate", m_control.Translate("parseFailed"));
+    }
+
+    const std::vector<std::string> items = SplitList(strItems);
+    if (items.size() < 3) {
+        throw std::out_of_range("RequestTemplate: the item string holds no request name");
+    }
+    const std::size_t last = items.size() - 1;
+    const std::string& access = items[last - 1];
+    const std::vector<std::string> values =
+        strValues.empty() ? std::vector<std::string>() : SplitList(strValues);
+    const auto valueAt = [&values](std::size_t index) -> const std::string& {
+        if (index >= values.size()) {
+            throw std::out_of_range("RequestTemplate: no value for item " + std::to_string(index));
+        }
+        return values[index];
+    };
+
+    std::string strXml;
+    if (document) {
+        xml::Node request = document->root().firstChildElement("communicationRequest");
+        std::string name = items[last - 2];
+        if (name == "testSettings") {
+            if (tools.CurrentTest == 1) {
+                name = "stepResponseTest";
+            } else if (tools.CurrentTest == 2) {
+                name = "hysteresisTest";
+            } else {
+                name = request.attribute("name");
+            }
+        }
+        request.setAttribute("name", name);
+        request.setAttribute("access", access);
+
+        xml::Node first = request.firstChildElement("item");
+        first.setAttribute("name", items[0]);
+        first.setAttribute("unit", items[2]);
+        first.firstChildElement("floatVal").remove();
+
+        const auto addValue = [&](xml::Node item, std::size_t index) {
+            xml::Node value = item.appendElement(items[index + 1], CommunicationNamespace);
+            if (!values.empty()) {
+                value.setText(valueAt(index / 3));
+            }
+        };
+        // Each further item is a copy of the first, which holds only its
+        // name and unit by now; a new element in the request's namespace is
+        // that copy without a second declaration of the namespace.
+        for (std::size_t i = 3; i + 2 < last - 2; i += 3) {
+            xml::Node copy = request.appendElement("item");
+            copy.setAttribute("name", items[i]);
+            copy.setAttribute("unit", items[i + 2]);
+            addValue(copy, i);
+        }
+        addValue(first, 0);
+        strXml = document->toXml();
+    }
+
+    if (tools.DebugLevel == 1) {
+        m_control.ShowMsg("Debug level 1", "Request to BL: " + strXml);
+    }
+    if (access != "read") {
+        // What the confirmation of this write will be compared against.
+        m_control.deviceClass().setDownLoadedXmlDoc(document);
+    } else {
+        form.control("fraProgress").setVisible(true);
+        if (tools.ShowProgressbar) {
+            form.control("ProgressBar1").setVisible(true);
+        }
+    }
+
+    services::IDtmControl& bl = m_control.control();
+    bool blAccepted = false;
+    if (tools.CurrentAutoAction == 2) {
+        bl.SendAutoAction(tools.ConnectionID, strXml, AutoActionTimeout, blAccepted);
+        Toolbar(form).setEnabled("uploadCurrent", false);
+        Toolbar(form).setEnabled("send", false);
+    } else {
+        bl.PostRequest(tools.ConnectionID, strXml, blAccepted);
+        if (tools.OnlineConf) {
+            form::ToolbarModel& toolbar = Toolbar(form);
+            toolbar.setEnabled("stop", true);
+            for (const char* key : {"uploadCurrent", "send", "settings"}) {
+                toolbar.setEnabled(key, false);
+            }
+            m_control.EnableDeviceActions(false);
+        }
+    }
+    if (!blAccepted) {
+        refused();
+    }
+}
+
+void Requests::refused() {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    for (const char* action : {"write", "read", "test"}) {
+        tools.CommunicationSign(action, "0");
+    }
+    tools.ShowProgressbar = false;
+    form.control("fraProgress").setVisible(false);
+    form.control("ProgressBar1").setVisible(false);
+    m_control.deviceClass().PrintErrorMessages();
+    form::ToolbarModel& toolbar = Toolbar(form);
+    toolbar.setEnabled("stop", false);
+    toolbar.setEnabled("uploadCurrent", true);
+    if (tools.ActorRole != "observer") {
+        toolbar.setEnabled("send", true);
+        toolbar.setEnabled("settings", true);
+    }
+    m_control.EnableDeviceActions(true);
+    m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
+}
+
+void Requests::EnableDeviceActions(bool blEnabled) {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    const std::string& role = tools.ActorRole;
+
+    if (!tools.MonitoringFlag && tools.CurrentAutoAction == 0) {
+        for (const std::string_view name : MonitoringCommands) {
+            SetCommandEnabled(form, name, blEnabled);
+        }
+    }
+    for (const std::string_view name : OtherCommands) {
+        SetCommandEnabled(form, name, blEnabled);
+    }
+    SetCommandEnabled(form, ResetCommand, blEnabled && role != "observer");
+    const bool blCalibrations = blEnabled && role != "observer" && role != "operator";
+    for (const std::string_view name : CalibrationCommands) {
+        SetCommandEnabled(form, name, blCalibrations);
+    }
+}
 
 }  // namespace kt500::data

@@ -25,7 +25,9 @@ class Requests {
 public:
     explicit Requests(devices::IUserControl& control) : m_control(control) {}
 
-    // str_accessType: "read", "write" or "writeOffline".
+    // Lists the group's parameters (and, for a write, the changed ones with
+    // their page values) and sends them. str_accessType: "read", "write" or
+    // "writeOffline".
     void SendRequest(const std::string& str_frame, const std::string& str_accessType);
     // Builds the XML from the item and value strings and sends it; an empty
     // strValues sets no value texts.
@@ -34,6 +36,17 @@ public:
     void EnableDeviceActions(bool blEnabled);
 
 private:
+    // The copy's request group of that name, or nothing.
+    [[nodiscard]] xml::Node requestGroup(const std::string& strGroup);
+    // The unit of an item: "noUnit", or the device's unit of the page unit.
+    [[nodiscard]] std::string unitField(const std::string& strName);
+    // Drops the confirmation rows of a page that is read again.
+    void removeConfirmationRows(const std::string& strGroup);
+    // One value for each item of strItems, read from the page shown.
+    [[nodiscard]] std::string valueString(const std::string& strItems);
+    // The BL did not take the request: signs off, tools back.
+    void refused();
+
     devices::IUserControl& m_control;
 };
 

@@ -1,5 +1,7 @@
 #include "devices/DeviceClass.h"
 
+#include "devices/DeviceDateFields.h"
+#include "devices/Encodings.h"
 #include "devices/clsKT520.h"
 #include "devices/clsKT540.h"
 #include "devices/clsPL500.h"
@@ -139,6 +141,25 @@ void DeviceClass::PrintErrorMessages() {
     }
 }
 
+void DeviceClass::SetDeviceDate(std::int16_t intDay, std::int16_t intMonth, std::int16_t intYear) {
+    if (const DateFields* fields = deviceDateFields()) {
+        PutDeviceDate(userControl().form(), *fields, intDay, intMonth, intYear);
+    }
+}
+
+std::string DeviceClass::GetDeviceDate() {
+    const DateFields* fields = deviceDateFields();
+    return fields == nullptr ? std::string() : ReadDeviceDate(userControl().form(), *fields, true);
+}
+
+std::string DeviceClass::DeviceDate() {
+    const DateFields* fields = deviceDateFields();
+    if (fields == nullptr) {
+        missing("DeviceDate");
+    }
+    return ReadDeviceDate(userControl().form(), *fields, false);
+}
+
 PageElement DeviceClass::propertyElement(std::string_view strProperty) const {
     // The rows that every class addresses in the same place.
     static constexpr std::pair<std::string_view, PageElement> shared[] = {
@@ -161,12 +182,37 @@ PageElement DeviceClass::propertyElement(std::string_view strProperty) const {
         {"PressureSetpointLowLimitValue", {"txtPLParams", 46}},
         {"PressurePeakValue", {"txtPLParams", 43}},
     };
-    for (const auto& [name, element] : shared) {
-        if (name == strProperty) {
-            return element;
-        }
+    if (const PageElement* element = findIn(shared, strProperty)) {
+        return *element;
     }
     missing(strProperty);
+}
+
+const PageElement* DeviceClass::findIn(ElementTable table, std::string_view strName) {
+    for (const auto& [name, element] : table) {
+        if (name == strName) {
+            return &element;
+        }
+    }
+    return nullptr;
+}
+
+std::string DeviceClass::separatedList(std::initializer_list<std::string_view> names) {
+    std::string list;
+    for (const std::string_view name : names) {
+        list.append(name);
+        list.push_back(Separator);
+    }
+    return list;
+}
+
+float DeviceClass::stepEndPointOf(std::string_view strSettingsArray) const {
+    const std::string first = elementText({strSettingsArray, 1});
+    const std::string second = elementText({strSettingsArray, 2});
+    if (first.empty() || second.empty()) {
+        return 0.0F;
+    }
+    return static_cast<float>(Str2Dbl(first) + Str2Dbl(second));
 }
 
 form::Control* DeviceClass::findElement(PageElement element) const {

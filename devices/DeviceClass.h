@@ -11,9 +11,12 @@
 #include "xml/Document.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kt500::devices {
 
@@ -27,6 +30,13 @@ inline constexpr std::string_view SeparatorText{"\xA4", 1};
 struct PageElement {
     std::string_view array;
     int index;
+};
+
+// The device date on a page: day and month selectors, year text.
+struct DateFields {
+    PageElement day;
+    PageElement month;
+    PageElement year;
 };
 
 // Items that the device writes in one command: a change of one member
@@ -62,7 +72,9 @@ public:
     [[nodiscard]] virtual std::int16_t UseDataPoints() = 0;
     [[nodiscard]] virtual std::int16_t SelectedTest();
     [[nodiscard]] virtual float CurrentStepEndPoint() { missing("CurrentStepEndPoint"); }
-    [[nodiscard]] virtual std::string DeviceDate() { missing("DeviceDate"); }
+    // The page date as day, month, year with no check; a model without a
+    // device date lacks this member.
+    [[nodiscard]] std::string DeviceDate();
 
     // The groups a data file stores, each followed by the separator.
     [[nodiscard]] virtual std::string SavedFrames() const = 0;
@@ -78,7 +90,8 @@ public:
     virtual void HideFrames() { missing("HideFrames"); }
 
     // --- Values on their way in and out ---
-    // The page or wire form of a value; "" when the value needs no conversion.
+    // The page or wire form of a value; "" when the value needs no conversion
+    // (the caller then uses it as it is), a blank for a value to clear.
     virtual std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                                      const std::string& strAccess) = 0;
     // The unit in which the device takes a value of this kind.
@@ -87,9 +100,14 @@ public:
     virtual std::string ConvertValueForDevice(const std::string& strCurrentValue,
                                               const std::string& strNewUnit,
                                               const std::string& strParameter);
-    virtual void SetDeviceDate(std::int16_t intDay, std::int16_t intMonth,
-                               std::int16_t intYear) = 0;
-    virtual std::string GetDeviceDate() = 0;
+    // Where the class keeps the device date on its pages; nothing when the
+    // model has no device date.
+    [[nodiscard]] virtual const DateFields* deviceDateFields() const { return nullptr; }
+    // The date fields of the page from a device date; nothing without them.
+    void SetDeviceDate(std::int16_t intDay, std::int16_t intMonth, std::int16_t intYear);
+    // The page date checked for what a device can hold ("invalid"); "" for
+    // a model without a device date.
+    std::string GetDeviceDate();
 
     // --- Requests ---
     // "" (handle the item as usual), "included" (already in the request) or
@@ -136,6 +154,15 @@ protected:
     [[nodiscard]] std::string elementText(PageElement element) const;
     void setElementText(PageElement element, const std::string& strText) const;
     [[nodiscard]] form::Control* findElement(PageElement element) const;
+
+    // The element of a property in a class's table, or nothing.
+    using ElementTable = std::span<const std::pair<std::string_view, PageElement>>;
+    [[nodiscard]] static const PageElement* findIn(ElementTable table, std::string_view strName);
+    // The names, each followed by the separator.
+    [[nodiscard]] static std::string separatedList(std::initializer_list<std::string_view> names);
+    // The end point of a step test: the sum of elements 1 and 2 of the test
+    // settings fields when both hold text, else 0.
+    [[nodiscard]] float stepEndPointOf(std::string_view strSettingsArray) const;
 
     std::string m_specialCaseItems;
     std::string m_strCancelledGroups;

@@ -6,8 +6,14 @@ namespace kt500::devices {
 
 namespace {
 
-form::Control& element(const form::Form& form, PageElement where) {
-    return form.control(where.array, where.index);
+// A field not on the page yet takes no write and reads as empty.
+form::Control* element(const form::Form& form, PageElement where) {
+    return form.find(where.array, where.index);
+}
+
+int selection(const form::Form& form, PageElement where) {
+    const form::Control* list = element(form, where);
+    return list != nullptr ? list->listIndex() : -1;
 }
 
 std::string trimmed(const std::string& text) {
@@ -20,22 +26,31 @@ std::string trimmed(const std::string& text) {
 
 void PutDeviceDate(form::Form& form, const DateFields& fields, std::int16_t intDay,
                    std::int16_t intMonth, std::int16_t intYear) {
-    element(form, fields.day).setListIndex(intDay >= 1 ? intDay - 1 : 1);
-    element(form, fields.month).setListIndex(intMonth >= 1 ? intMonth - 1 : 1);
-    element(form, fields.year).setText(std::to_string(intYear));
+    if (form::Control* day = element(form, fields.day)) {
+        day->setListIndex(intDay >= 1 ? intDay - 1 : 1);
+    }
+    if (form::Control* month = element(form, fields.month)) {
+        month->setListIndex(intMonth >= 1 ? intMonth - 1 : 1);
+    }
+    if (form::Control* year = element(form, fields.year)) {
+        year->setText(std::to_string(intYear));
+    }
 }
 
 std::string ReadDeviceDate(const form::Form& form, const DateFields& fields, bool blChecked) {
-    const std::string day = std::to_string(element(form, fields.day).listIndex() + 1);
-    const std::string month = std::to_string(element(form, fields.month).listIndex() + 1);
-    const std::string year = element(form, fields.year).text();
+    const std::string day = std::to_string(selection(form, fields.day) + 1);
+    const std::string month = std::to_string(selection(form, fields.month) + 1);
+    const form::Control* yearField = element(form, fields.year);
+    const std::string year = yearField != nullptr ? yearField->text() : std::string();
     if (blChecked) {
         const std::string yearText = trimmed(year);
         if (yearText.size() != 4 || !IsNum(yearText)) {
             return "invalid";
         }
-        // What a device can hold: 1900 plus one byte.
-        const std::int32_t number = ToInt32(yearText);
+        // What a device can hold: 1900 plus one byte. Four characters with
+        // a decimal sign ("1,99") pass IsNum but are no year: read them
+        // locale-free rather than fail.
+        const double number = Str2Dbl(yearText);
         if (number < 1900 || number >= 2156) {
             return "invalid";
         }

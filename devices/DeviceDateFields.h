@@ -10,12 +10,6 @@
 
 namespace kt500::devices {
 
-struct DateFields {
-    PageElement day;
-    PageElement month;
-    PageElement year;
-};
-
 // A missing day or month (below 1) selects entry 1, not 0: the fixed behaviour.
 void PutDeviceDate(form::Form& form, const DateFields& fields, std::int16_t intDay,
                    std::int16_t intMonth, std::int16_t intYear);

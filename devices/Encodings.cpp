@@ -234,6 +234,9 @@ std::int16_t ToInt16(std::string_view strValue) {
 }
 
 std::string SingleText(float sngValue) {
+    if (sngValue == 0.0F) {
+        return "0";  // also for -0
+    }
     char text[64];
     const auto result = std::to_chars(text, text + sizeof text, sngValue, std::chars_format::fixed);
     return std::string(text, result.ptr);

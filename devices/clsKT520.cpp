@@ -1,6 +1,5 @@
 #include "devices/clsKT520.h"
 
-#include "devices/DeviceDateFields.h"
 #include "devices/Encodings.h"
 #include "devices/SpecialSets.h"
 
@@ -11,27 +10,19 @@ std::int16_t clsKT520::DefaultNodeIndex() {
 }
 
 std::int16_t clsKT520::UseDataPoints() {
-    return static_cast<std::int16_t>(userControl().form().control("chkHAMonitoring", 2).value());
+    // A check box not on the page yet draws no marks.
+    const form::Control* box = findElement({"chkHAMonitoring", 2});
+    return box != nullptr ? static_cast<std::int16_t>(box->value()) : 0;
 }
 
 float clsKT520::CurrentStepEndPoint() {
-    const std::string first = elementText({"txtHATestSettings", 1});
-    const std::string second = elementText({"txtHATestSettings", 2});
-    if (first.empty() || second.empty()) {
-        return 0.0F;
-    }
-    return static_cast<float>(Str2Dbl(first) + Str2Dbl(second));
+    return stepEndPointOf("txtHATestSettings");
 }
 
 std::string clsKT520::SavedFrames() const {
-    std::string frames;
-    for (const char* group : {"operationUnit", "valveRelatedConfigurations", "alertSettings",
-                              "flowModification", "assemblyRelatedConfiguration", "loadFactor",
-                              "positionerInformation", "hartConfiguration"}) {
-        frames.append(group);
-        frames.push_back(Separator);
-    }
-    return frames;
+    return separatedList({"operationUnit", "valveRelatedConfigurations", "alertSettings",
+                          "flowModification", "assemblyRelatedConfiguration", "loadFactor",
+                          "positionerInformation", "hartConfiguration"});
 }
 
 std::string clsKT520::FormatValues(const std::string& strId, const std::string& strNewValue,
@@ -56,16 +47,8 @@ const DateFields kDateFields{
 
 }  // namespace
 
-void clsKT520::SetDeviceDate(std::int16_t intDay, std::int16_t intMonth, std::int16_t intYear) {
-    PutDeviceDate(userControl().form(), kDateFields, intDay, intMonth, intYear);
-}
-
-std::string clsKT520::GetDeviceDate() {
-    return ReadDeviceDate(userControl().form(), kDateFields, true);
-}
-
-std::string clsKT520::DeviceDate() {
-    return ReadDeviceDate(userControl().form(), kDateFields, false);
+const DateFields* clsKT520::deviceDateFields() const {
+    return &kDateFields;
 }
 
 PageElement clsKT520::propertyElement(std::string_view strProperty) const {
@@ -81,10 +64,8 @@ PageElement clsKT520::propertyElement(std::string_view strProperty) const {
         {"MeasuredTemperatureValue", {"txtHATemperatureSensorCal", 0}},
         {"PcbTemperatureValue", {"lblHAMonitoringSettings", 11}},
     };
-    for (const auto& [name, element] : own) {
-        if (name == strProperty) {
-            return element;
-        }
+    if (const PageElement* element = findIn(own, strProperty)) {
+        return *element;
     }
     return DeviceClass::propertyElement(strProperty);
 }

@@ -28,7 +28,6 @@ public:
     [[nodiscard]] std::int16_t DefaultNodeIndex() override;
     [[nodiscard]] std::int16_t UseDataPoints() override;
     [[nodiscard]] float CurrentStepEndPoint() override;
-    [[nodiscard]] std::string DeviceDate() override;
 
     [[nodiscard]] std::string SavedFrames() const override;
     [[nodiscard]] std::string MonitoringHeaders() const override {
@@ -41,8 +40,7 @@ public:
 
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
-    void SetDeviceDate(std::int16_t intDay, std::int16_t intMonth, std::int16_t intYear) override;
-    std::string GetDeviceDate() override;
+    [[nodiscard]] const DateFields* deviceDateFields() const override;
 
     [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
 

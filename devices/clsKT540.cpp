@@ -10,29 +10,21 @@ std::int16_t clsKT540::DefaultNodeIndex() {
 }
 
 std::int16_t clsKT540::UseDataPoints() {
-    return static_cast<std::int16_t>(userControl().form().control("chkPAMonitoring", 4).value());
+    // A check box not on the page yet draws no marks.
+    const form::Control* box = findElement({"chkPAMonitoring", 4});
+    return box != nullptr ? static_cast<std::int16_t>(box->value()) : 0;
 }
 
 float clsKT540::CurrentStepEndPoint() {
-    const std::string first = elementText({"txtPATestSettings", 1});
-    const std::string second = elementText({"txtPATestSettings", 2});
-    if (first.empty() || second.empty()) {
-        return 0.0F;
-    }
-    return static_cast<float>(Str2Dbl(first) + Str2Dbl(second));
+    return stepEndPointOf("txtPATestSettings");
 }
 
 std::string clsKT540::SavedFrames() const {
-    std::string frames;
-    for (const char* group :
-         {"operationUnit", "valveRelatedConfigurations", "alertSettings", "flowModification",
-          "assemblyRelatedConfiguration", "operationMode", "actuatorInformation",
-          "inputValueConfiguration", "workingRangeConfiguration", "loadFactor", "simulation",
-          "writeProtection", "maintenance", "failSafeAction", "valveInformation", "factoryReset"}) {
-        frames.append(group);
-        frames.push_back(Separator);
-    }
-    return frames;
+    return separatedList(
+        {"operationUnit", "valveRelatedConfigurations", "alertSettings", "flowModification",
+         "assemblyRelatedConfiguration", "operationMode", "actuatorInformation",
+         "inputValueConfiguration", "workingRangeConfiguration", "loadFactor", "simulation",
+         "writeProtection", "maintenance", "failSafeAction", "valveInformation", "factoryReset"});
 }
 
 bool clsKT540::IsNormalParam(std::string_view strParam) const {
@@ -56,7 +48,9 @@ std::string clsKT540::FormatValues(const std::string& strId, const std::string& 
     }
     if ((strId == "outputValue" || strId == "setpoint") &&
         (strNewValue == "+Inf" || strNewValue == "NaN" || strNewValue == "-Inf")) {
-        return {};
+        // Cleared, not "no conversion": an empty result would leave the
+        // value as it came. A blank number shows as an empty field.
+        return " ";
     }
     return strNewValue;
 }
@@ -74,10 +68,8 @@ PageElement clsKT540::propertyElement(std::string_view strProperty) const {
         {"MeasuredTemperatureValue", {"txtPATemperatureSensorCal", 0}},
         {"PcbTemperatureValue", {"lblPAMonValue", 5}},
     };
-    for (const auto& [name, element] : own) {
-        if (name == strProperty) {
-            return element;
-        }
+    if (const PageElement* element = findIn(own, strProperty)) {
+        return *element;
     }
     return DeviceClass::propertyElement(strProperty);
 }

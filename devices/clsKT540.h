@@ -35,9 +35,6 @@ public:
 
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
-    // No device date on this model.
-    void SetDeviceDate(std::int16_t, std::int16_t, std::int16_t) override {}
-    std::string GetDeviceDate() override { return {}; }
 
     [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
 

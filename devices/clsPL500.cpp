@@ -1,6 +1,5 @@
 #include "devices/clsPL500.h"
 
-#include "devices/DeviceDateFields.h"
 #include "devices/Encodings.h"
 #include "devices/SpecialSets.h"
 
@@ -26,18 +25,15 @@ std::int16_t clsPL500::DefaultNodeIndex() {
 }
 
 std::int16_t clsPL500::UseDataPoints() {
-    return static_cast<std::int16_t>(userControl().form().control("chkPLParams", 17).value());
+    // A check box not on the page yet draws no marks.
+    const form::Control* box = findElement({"chkPLParams", 17});
+    return box != nullptr ? static_cast<std::int16_t>(box->value()) : 0;
 }
 
 std::string clsPL500::SavedFrames() const {
-    std::string frames;
-    for (const char* group : {"operationUnit", "general", "leakageMeasurement", "assemblyRelated",
-                              "loadFactorTrend", "positionerInformation", "deviceAlertSettings",
-                              "statisticAlertSettings", "hartConfiguration"}) {
-        frames.append(group);
-        frames.push_back(Separator);
-    }
-    return frames;
+    return separatedList({"operationUnit", "general", "leakageMeasurement", "assemblyRelated",
+                          "loadFactorTrend", "positionerInformation", "deviceAlertSettings",
+                          "statisticAlertSettings", "hartConfiguration"});
 }
 
 bool clsPL500::IsNormalParam(std::string_view strParam) const {
@@ -96,16 +92,8 @@ std::string clsPL500::FormatValues(const std::string& strId, const std::string& 
     return strNewValue;
 }
 
-void clsPL500::SetDeviceDate(std::int16_t intDay, std::int16_t intMonth, std::int16_t intYear) {
-    PutDeviceDate(userControl().form(), kDateFields, intDay, intMonth, intYear);
-}
-
-std::string clsPL500::GetDeviceDate() {
-    return ReadDeviceDate(userControl().form(), kDateFields, true);
-}
-
-std::string clsPL500::DeviceDate() {
-    return ReadDeviceDate(userControl().form(), kDateFields, false);
+const DateFields* clsPL500::deviceDateFields() const {
+    return &kDateFields;
 }
 
 PageElement clsPL500::propertyElement(std::string_view strProperty) const {
@@ -121,10 +109,8 @@ PageElement clsPL500::propertyElement(std::string_view strProperty) const {
         {"MeasuredTemperatureValue", {"txtHATemperatureSensorCal", 0}},
         {"PcbTemperatureValue", {"lblPLParams", 10}},
     };
-    for (const auto& [name, element] : own) {
-        if (name == strProperty) {
-            return element;
-        }
+    if (const PageElement* element = findIn(own, strProperty)) {
+        return *element;
     }
     return DeviceClass::propertyElement(strProperty);
 }

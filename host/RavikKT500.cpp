@@ -33,7 +33,7 @@ std::optional<std::int32_t> numberOf(const std::string& strText) {
 RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platform)
     : m_form(std::move(form)),
       m_platform(std::move(platform)),
-      m_session(*this, m_platform.settings, m_platform.debugOutput) {
+      m_session(*this, m_platform.settings, m_platform.debugOutput, m_platform.defaults.SavePath) {
     if (!m_form) {
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
@@ -137,39 +137,37 @@ void RavikKT500::ShowDataSetLock(bool blLocked) {
 
 // --- The control as the device class and the subsystems see it ---
 
-clsTools& RavikKT500::tools() {
-    if (!m_objTools) {
-        throw std::logic_error("Object variable not set: m_objTools");
+namespace {
+
+// An object the control holds; a failure of the caller when it is not set.
+template <typename Pointer>
+auto& Required(const Pointer& object, const char* strName) {
+    if (!object) {
+        throw std::logic_error(std::string("Object variable not set: ") + strName);
     }
-    return *m_objTools;
+    return *object;
+}
+
+}  // namespace
+
+clsTools& RavikKT500::tools() {
+    return Required(m_objTools, "m_objTools");
 }
 
 devices::DeviceClass& RavikKT500::deviceClass() {
-    if (!m_objDeviceClass) {
-        throw std::logic_error("Object variable not set: m_objDeviceClass");
-    }
-    return *m_objDeviceClass;
+    return Required(m_objDeviceClass, "m_objDeviceClass");
 }
 
 services::IDtmControl& RavikKT500::control() {
-    if (!m_pControl) {
-        throw std::logic_error("Object variable not set: m_pControl");
-    }
-    return *m_pControl;
+    return Required(m_pControl, "m_pControl");
 }
 
 services::IDtmDialogs& RavikKT500::dialogs() {
-    if (!m_pDialogs) {
-        throw std::logic_error("Object variable not set: m_pDialogs");
-    }
-    return *m_pDialogs;
+    return Required(m_pDialogs, "m_pDialogs");
 }
 
 services::IDtmUnits& RavikKT500::units() {
-    if (!m_pUnits) {
-        throw std::logic_error("Object variable not set: m_pUnits");
-    }
-    return *m_pUnits;
+    return Required(m_pUnits, "m_pUnits");
 }
 
 xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {

@@ -206,7 +206,6 @@ private:
     data::Requests m_requests{*this};
     data::ChangeTracking m_changes{*this};
     devices::Units m_units{*this};
-    bool m_privateDialogEnabled = false;
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

@@ -1,10 +1,315 @@
-// PLACEHOLDER while the subsystem is being written; replaced before commit.
 #include "host/SessionData.h"
-#include "devices/MemberMissing.h"
+
+#include "devices/DeviceClass.h"
+#include "host/DebugTrace.h"
+#include "host/clsTools.h"
+#include "host/modRegistry.h"
+#include "xml/Document.h"
+
+#include <array>
+#include <filesystem>
+#include <set>
 
 namespace kt500::host {
-void SessionData::LoadSessionData(const std::string&, bool) {
-    throw devices::MemberMissing("LoadSessionData");
+
+namespace {
+
+constexpr const char* kSessionNamespace = "x-schema:QDLSessionDataSchema.xml";
+constexpr const char* kSessionSchemaFile = "QDLSessionDataSchema.xml";
+
+// The toolbar is element 1 of its control array; its second band holds the
+// upload items.
+constexpr int kToolbarElement = 1;
+constexpr int kUploadBand = 1;
+
+constexpr std::array kTestCommands = {"cmdStartTest", "cmdPLStartTest", "cmdPLSetTestSettings"};
+constexpr std::array kMonitoringCommands = {"cmdHAMonitoring", "cmdPAMonitoring",
+                                            "cmdPLMonitoring"};
+// Element 5 of the flow modification pages applies the curve: to the page's
+// values offline ("accept"), to the device online ("download").
+constexpr std::array kFlowApplyCommands = {"cmdHAFlowModification", "cmdPAFlowModification"};
+constexpr int kFlowApplyElement = 5;
+
+// The start buttons of the calibrations, and the commands that reset the
+// device's diagnostics or the device itself.
+constexpr std::array kCalibrationCommands = {
+    "cmdHAAutoTravelCalibration",
+    "cmdPAAutoTravelCalStart",
+    "cmdHAInputSignalMeasurementCalibration",
+    "cmdPAPositionSensorCalibration",
+    "cmdHAPositionTransmitterCalibration",
+    "cmdHAPressureSensorCalibration",
+    "cmdPAPressureSensorCalibration",
+    "cmdHATemperatureSensorCalibration",
+    "cmdPATemperatureSensorCalibration",
+    "cmdPLAutocalibration",
+};
+constexpr std::array kResetCommands = {"cmdResetDiagnostics", "cmdPAFactoryReset"};
+
+// The state label of each family's monitoring page. On the PA and PL pages
+// the elements beside the buttons (4 and 5, 9 and 10) show the actuator
+// pressure and the PCB temperature, whose unit changes convert them, so the
+// state has elements of its own there.
+struct PageElement {
+    const char* name;
+    int index;
+};
+constexpr std::array kMonitoringStateLabels = {
+    PageElement{"lblHAMonitoringSettings", 6},
+    PageElement{"lblPAMonValue", 6},
+    PageElement{"lblPLParams", 11},
+};
+// Element 0 of each monitoring command pair starts and stops the monitor.
+constexpr int kMonitoringStartElement = 0;
+
+// The monitoring page and the nodes of the values it shows.
+constexpr std::array kMonitoringNodes = {
+    "monitoringVariables",
+    "inputSignal",
+    "travelSetpointAndActualTravel",
+    "actuatorPressure",
+    "pcbTemperature",
+    "setpoint",
+    "outputValue",
+    "positioningValueAndValveTravel",
+    "actualTravel",
+    "leakageSignal",
+};
+
+// The picture of the device model: imgToolbar element by model word.
+int ModelPictureElement(const std::string& strModel) {
+    if (strModel == "KTQ500") {
+        return 1;
+    }
+    if (strModel == "KTQ500_PT") {
+        return 2;
+    }
+    if (strModel == "PL500") {
+        return 3;
+    }
+    return 4;
+}
+
+// Every element of a control array on the form (a plain control alone);
+// nothing when the form does not hold it.
+template <typename Action>
+void ForEachElement(form::Form& form, const char* strName, Action action) {
+    if (const form::ControlArray* elements = form.findArray(strName)) {
+        for (const int index : elements->indices()) {
+            action((*elements)[index]);
+        }
+    }
+}
+
+void SetEnabled(form::Form& form, const char* strName, bool blEnabled) {
+    ForEachElement(form, strName, [&](form::Control& c) { c.setEnabled(blEnabled); });
+}
+
+}  // namespace
+
+const xml::SchemaCollection& SessionData::Schemas() {
+    if (!m_schemas) {
+        m_schemas = std::make_unique<xml::SchemaCollection>();
+        const std::filesystem::path file =
+            std::filesystem::path(m_control.tools().GUIxmlSchemaPath) / kSessionSchemaFile;
+        const std::string error = m_schemas->add(kSessionNamespace, file);
+        if (!error.empty()) {
+            // Without its schema no session message validates: each one is
+            // then reported as not parsed.
+            m_debugOutput.write("LoadSessionData - " + error);
+        }
+    }
+    return *m_schemas;
+}
+
+void SessionData::LoadSessionData(const std::string& strSessionData, bool blInit) {
+    clsTools& tools = m_control.tools();
+    if (const auto trace = TraceFor(tools.DebugLevel, TraceKind::SessionData, strSessionData)) {
+        m_control.ShowMsg(trace->header, trace->text);
+    }
+
+    const std::string previousLanguage = tools.Language;
+    xml::LoadResult loaded = xml::Document::parse(strSessionData, {.schemas = &Schemas()});
+    if (loaded.ok()) {
+        ReadAttributes(loaded.document->root().firstChildElement());
+    } else {
+        // A message that does not parse holds no session: the state of the
+        // last good message (or of the construction) stays, and the steps
+        // below bring the form into line with it, so that the start-up goes on.
+        m_control.ShowMsg("GetSessionData", m_control.Translate("parseFailed"));
+    }
+    loaded.document.reset();
+
+    form::ToolbarModel& toolbar = m_control.form().control("smuiDTM", kToolbarElement).toolbar();
+    ShowDeviceModelPicture();
+    ApplyTestRights();
+    ApplyMode(toolbar);
+    ApplyRoleLimits(toolbar);
+    ApplySavePath();
+    tools.setDeviceParameterXml(tools.DeviceType);
+    if (!blInit) {
+        RefreshPages(tools.Language != previousLanguage);
+    }
+    StopMonitoringState();
+}
+
+void SessionData::ReadAttributes(xml::Node session) {
+    clsTools& tools = m_control.tools();
+    m_privateDialogEnabled = ToBoolean(session.attribute("privateDialogEnabled"));
+    m_deviceModel = session.attribute("deviceType");
+    const std::string revision = session.attribute("revision");
+    tools.DeviceType = m_deviceModel + "_" + revision;
+    tools.DeviceRevision = revision;
+    tools.ActorRole = session.attribute("userRole");
+    tools.FrameLanguage = session.attribute("frameLanguage");
+    tools.Language = session.attribute("guiLanguage");
+    tools.OnlineConf = ToBoolean(session.attribute("online"));
+    tools.SavePath = session.attribute("savePath");
+}
+
+void SessionData::ShowDeviceModelPicture() {
+    const int shown = ModelPictureElement(m_deviceModel);
+    ForEachElement(m_control.form(), "imgToolbar",
+                   [&](form::Control& picture) { picture.setVisible(picture.index() == shown); });
+}
+
+void SessionData::ApplyTestRights() {
+    const clsTools& tools = m_control.tools();
+    // The test commands compare the capitalised role words, as the frames
+    // that spell them so expect.
+    const bool allowed =
+        tools.OnlineConf && tools.ActorRole != "Operator" && tools.ActorRole != "Observer";
+    for (const char* name : kTestCommands) {
+        SetEnabled(m_control.form(), name, allowed);
+    }
+}
+
+void SessionData::ApplyMode(form::ToolbarModel& toolbar) {
+    const clsTools& tools = m_control.tools();
+    const bool observer = tools.ActorRole == "observer";
+    form::Form& form = m_control.form();
+    std::string flowCaption;
+    if (!tools.OnlineConf) {
+        toolbar.setText("strDtmStatus", m_control.Translate("dtmDisconnected"));
+        toolbar.setPicture("imgDtmStatus", "offline");
+        if (!observer) {
+            toolbar.setEnabled("offlineConf", true);
+        }
+        flowCaption = m_control.Translate("accept");
+        toolbar.setText("strHeaderStatus", m_control.Translate("notMonitored"));
+        toolbar.setPicture("imgHeaderStatus", "notMonitored");
+    } else {
+        toolbar.setText("strDtmStatus", m_control.Translate("dtmConnected"));
+        toolbar.setPicture("imgDtmStatus", "online");
+        toolbar.setEnabled("offlineConf", false);
+        flowCaption = m_control.Translate("download");
+        // The device date fields are filled by the start-up from the values
+        // the document holds; a session change brings no new date.
+        EnableUploadBand(toolbar, tools.OnlineConf);
+    }
+    for (const char* name : kFlowApplyCommands) {
+        if (form::Control* apply = form.find(name, kFlowApplyElement)) {
+            apply->setCaption(flowCaption);
+        }
+    }
+
+    if (!observer) {
+        toolbar.setEnabled("send", true);
+    }
+    for (const char* name : kMonitoringCommands) {
+        SetEnabled(form, name, tools.OnlineConf);
+    }
+}
+
+void SessionData::EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled) {
+    // "uploadCurrent" reads the page in view; a group item is offered only
+    // when the device's GUIInit document names that upload group. Before the
+    // document is loaded the start-up enables the groups itself.
+    std::set<std::string, std::less<>> groups;
+    if (const xml::Document* guiInit = m_control.tools().RavikDTMParameters()) {
+        for (const xml::Node& list : guiInit->root().childElements("uploadGroups")) {
+            for (const xml::Node& group : list.childElements("uploadGroup")) {
+                groups.insert(group.attribute("name"));
+            }
+        }
+    }
+    for (const std::string& key : toolbar.bandItems(kUploadBand)) {
+        const bool offered = key == "uploadCurrent" || groups.contains(key);
+        toolbar.setEnabled(key, blEnabled && offered);
+    }
+}
+
+void SessionData::ApplyRoleLimits(form::ToolbarModel& toolbar) {
+    const std::string& role = m_control.tools().ActorRole;
+    const bool observer = role == "observer";
+    if (!observer && role != "operator") {
+        return;
+    }
+    form::Form& form = m_control.form();
+    if (observer) {
+        toolbar.setEnabled("send", false);
+        toolbar.setEnabled("offlineConf", false);
+    }
+    m_control.EnableTesting(false);
+    for (const char* name : kCalibrationCommands) {
+        SetEnabled(form, name, false);
+    }
+    if (observer) {
+        for (const char* name : kResetCommands) {
+            SetEnabled(form, name, false);
+        }
+    }
+}
+
+void SessionData::ApplySavePath() {
+    clsTools& tools = m_control.tools();
+    if (tools.SavePath.empty()) {
+        modRegistry registry(m_settings, m_debugOutput);
+        tools.SavePath = registry.ReadSavePath(m_saveDefault);
+    }
+    for (const char* name : {"dirOpenFile", "filOpenFile"}) {
+        if (form::Control* list = m_control.form().find(name)) {
+            list->setPath(tools.SavePath);
+        }
+    }
+}
+
+void SessionData::RefreshPages(bool blLanguageChanged) {
+    if (blLanguageChanged) {
+        m_control.TranslateForm();
+    }
+    clsTools& tools = m_control.tools();
+    if (tools.DTMInitialized) {
+        // The mode decides the tree's nodes and the page to show first.
+        m_control.BuildNavigationTree();
+        devices::DeviceClass& device = m_control.deviceClass();
+        device.HideFrames();
+        device.ShowFrame(tools.strDefaultFrame());
+        m_control.SelectNode(device.DefaultNodeIndex());
+    }
+}
+
+void SessionData::StopMonitoringState() {
+    clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    const std::string stopped = m_control.Translate("stopped");
+    for (const PageElement& label : kMonitoringStateLabels) {
+        if (form::Control* state = form.find(label.name, label.index)) {
+            state->setCaption(stopped);
+        }
+    }
+    tools.MonitoringFlag = false;
+    for (const char* node : kMonitoringNodes) {
+        m_control.ChangeTreeIcon(node, "notRead");
+    }
+    const std::string start = m_control.Translate("start");
+    for (const char* name : kMonitoringCommands) {
+        if (form::Control* command = form.find(name, kMonitoringStartElement)) {
+            command->setCaption(start);
+        }
+    }
+    tools.CommunicationSign("monitoring", "0");
+    tools.CurrentAutoAction = 0;
 }
 
 }  // namespace kt500::host

@@ -4,27 +4,57 @@
 #pragma once
 
 #include "devices/IUserControl.h"
+#include "form/ToolbarModel.h"
 #include "host/ISettingsStore.h"
 #include "xml/SchemaCollection.h"
 
+#include <memory>
 #include <string>
 
 namespace kt500::host {
 
 class SessionData {
 public:
-    // The settings give the install path when the session names no save path.
-    SessionData(devices::IUserControl& control, ISettingsStore& settings, IDebugOutput& debugOutput)
-        : m_control(control), m_settings(settings), m_debugOutput(debugOutput) {}
+    // The settings give the install path when the session names no save
+    // path; strSaveDefault is the folder used when "Install Path" cannot be
+    // read (the platform's default, as PathDefaults gives it).
+    SessionData(devices::IUserControl& control, ISettingsStore& settings, IDebugOutput& debugOutput,
+                std::string strSaveDefault)
+        : m_control(control),
+          m_settings(settings),
+          m_debugOutput(debugOutput),
+          m_saveDefault(std::move(strSaveDefault)) {}
 
+    // Takes a session message of the BL: at the connection with blInit True,
+    // on every session update with blInit False. A message that does not
+    // parse is reported under "GetSessionData" and the session stays as it
+    // was; the toolbar, rights and monitoring state are still brought into
+    // line with it.
     void LoadSessionData(const std::string& strSessionData, bool blInit);
     // The session attribute privateDialogEnabled.
     [[nodiscard]] bool privateDialogEnabled() const noexcept { return m_privateDialogEnabled; }
 
 private:
+    // Reads the attributes of the first child of the document element.
+    void ReadAttributes(xml::Node session);
+    void ShowDeviceModelPicture();
+    void ApplyTestRights();
+    void ApplyMode(form::ToolbarModel& toolbar);
+    void EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled);
+    void ApplyRoleLimits(form::ToolbarModel& toolbar);
+    void ApplySavePath();
+    void RefreshPages(bool blLanguageChanged);
+    void StopMonitoringState();
+    // The session schema, compiled at the first message.
+    [[nodiscard]] const xml::SchemaCollection& Schemas();
+
     devices::IUserControl& m_control;
     ISettingsStore& m_settings;
     IDebugOutput& m_debugOutput;
+    std::string m_saveDefault;
+    std::unique_ptr<xml::SchemaCollection> m_schemas;
+    // The plain model word of deviceType ("KT520", "KTQ500_PT", "PL500").
+    std::string m_deviceModel;
     bool m_privateDialogEnabled = false;
 };
 

@@ -115,11 +115,51 @@ void RecordingDialogs::ShowMessage(int intDialogKind, int intButtonSet, int intD
     intResult = answer;
 }
 
+void RecordingUnits::ConvertValue(float sngValue, const std::string& strFromUnit,
+                                  const std::string& strToUnit, float& sngConverted,
+                                  bool& blSuccess) {
+    m_log->push_back("ConvertValue " + strFromUnit + " " + strToUnit);
+    sngConverted = sngValue;
+    blSuccess = succeeds;
+}
+
+void RecordingUnits::GetUnitsOfParameter(const std::string& strParameter,
+                                         std::vector<std::string>& arrUnits, bool& blSuccess) {
+    m_log->push_back("GetUnitsOfParameter " + strParameter);
+    arrUnits.clear();
+    blSuccess = succeeds;
+}
+
+void RecordingUnits::GetUnitOfParameter(const std::string& strParameter, std::string& strUnit,
+                                        bool& blSuccess) {
+    m_log->push_back("GetUnitOfParameter " + strParameter);
+    strUnit.clear();
+    blSuccess = succeeds;
+}
+
+void RecordingUnits::SetUnitOfParameter(const std::string& strParameter,
+                                        const std::string& strUnit, bool& blSuccess) {
+    m_log->push_back("SetUnitOfParameter " + strParameter + " " + strUnit);
+    blSuccess = succeeds;
+}
+
+void RecordingUnits::SetUnitSystem(const std::string& strSystem, bool& blSuccess) {
+    m_log->push_back("SetUnitSystem " + strSystem);
+    blSuccess = succeeds;
+}
+
+void RecordingUnits::GetUnitParameters(std::vector<std::string>& arrParameters, bool& blSuccess) {
+    m_log->push_back("GetUnitParameters");
+    arrParameters.clear();
+    blSuccess = succeeds;
+}
+
 RecordingServices::RecordingServices()
     : log(std::make_shared<CallLog>()),
       controlDouble(std::make_shared<RecordingControl>(log)),
       dialogsDouble(std::make_shared<RecordingDialogs>(log)),
-      languageDouble(std::make_shared<RecordingLanguage>(log)) {
+      languageDouble(std::make_shared<RecordingLanguage>(log)),
+      unitsDouble(std::make_shared<RecordingUnits>(log)) {
     controlDouble->language = languageDouble;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "services/IDtmLanguage.h"
+#include "services/IDtmUnits.h"
 #include "services/IDtmServiceProvider.h"
 #include "services/IQDLGuiEvent.h"
 #include "xml/Document.h"
@@ -59,7 +60,10 @@ public:
 
     // Outcomes of the next calls.
     std::int32_t connectionId = 7;
-    std::string sessionData;
+    std::string sessionData =
+        "<sessionData xmlns='x-schema:QDLSessionDataSchema.xml'><session "
+        "privateDialogEnabled='0' deviceType='KT520' revision='7' userRole='maintenance' "
+        "frameLanguage='1033' guiLanguage='1033' online='1' savePath='/tmp/kt500/'/></sessionData>";
     std::string parameterXml;  // becomes the parameter node; empty: no node
     bool openSucceeds = true;
     bool dataSetLocked = false;
@@ -94,6 +98,28 @@ private:
     std::shared_ptr<CallLog> m_log;
 };
 
+// A unit service with no unit parameters: conversions return the value as
+// it is; each call is logged, and every operation can be made to fail.
+class RecordingUnits final : public services::IDtmUnits {
+public:
+    explicit RecordingUnits(std::shared_ptr<CallLog> log) : m_log(std::move(log)) {}
+    void ConvertValue(float sngValue, const std::string& strFromUnit, const std::string& strToUnit,
+                      float& sngConverted, bool& blSuccess) override;
+    void GetUnitsOfParameter(const std::string& strParameter, std::vector<std::string>& arrUnits,
+                             bool& blSuccess) override;
+    void GetUnitOfParameter(const std::string& strParameter, std::string& strUnit,
+                            bool& blSuccess) override;
+    void SetUnitOfParameter(const std::string& strParameter, const std::string& strUnit,
+                            bool& blSuccess) override;
+    void SetUnitSystem(const std::string& strSystem, bool& blSuccess) override;
+    void GetUnitParameters(std::vector<std::string>& arrParameters, bool& blSuccess) override;
+
+    bool succeeds = true;
+
+private:
+    std::shared_ptr<CallLog> m_log;
+};
+
 // The service object of the frame, holding the doubles above.
 class RecordingServices final : public services::IDtmServiceProvider {
 public:
@@ -101,13 +127,14 @@ public:
 
     std::shared_ptr<services::IDtmControl> control() override;
     std::shared_ptr<services::IDtmDialogs> dialogs() override;
-    std::shared_ptr<services::IDtmUnits> units() override { return nullptr; }
+    std::shared_ptr<services::IDtmUnits> units() override { return unitsDouble; }
     std::shared_ptr<services::IDtmAddressing> addressing() override { return nullptr; }
 
     std::shared_ptr<CallLog> log;
     std::shared_ptr<RecordingControl> controlDouble;
     std::shared_ptr<RecordingDialogs> dialogsDouble;
     std::shared_ptr<RecordingLanguage> languageDouble;
+    std::shared_ptr<RecordingUnits> unitsDouble;
 };
 
 }  // namespace kt500::testing

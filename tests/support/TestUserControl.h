@@ -18,7 +18,9 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kt500::testing {
@@ -35,7 +37,9 @@ public:
     form::Form& form() override { return *m_form; }
     host::clsTools& tools() override { return m_tools; }
     devices::DeviceClass& deviceClass() override { return *m_deviceClass; }
-    services::IDtmControl& control() override { return *m_bl->control(); }
+    services::IDtmControl& control() override {
+        return controlDouble ? *controlDouble : *m_bl->control();
+    }
     services::IDtmDialogs& dialogs() override { return *m_bl->dialogs(); }
     services::IDtmUnits& units() override { return *m_bl->units(); }
     const xml::SchemaCollection* communicationSchemas() override { return m_schemas.get(); }
@@ -80,12 +84,23 @@ public:
     }
     void TranslateForm() override { calls.push_back("TranslateForm"); }
     bool CheckIfValueChanged(const std::string& strName, bool blChecked) override {
+        if (confirmationRows) {
+            return confirmationRows->count({strName, blChecked}) > 0;
+        }
         return changes.CheckIfValueChanged(strName, blChecked);
     }
     void RestoreOldValues(const std::string& strFrame, const std::string& strTag) override {
+        if (confirmationRows) {
+            calls.push_back("RestoreOldValues " + strFrame + " " + strTag);
+            return;
+        }
         changes.RestoreOldValues(strFrame, strTag);
     }
     void RemoveSpecialCaseItem(const std::string& strItem) override {
+        if (confirmationRows) {
+            calls.push_back("RemoveSpecialCaseItem " + strItem);
+            return;
+        }
         changes.RemoveSpecialCaseItem(strItem);
     }
     void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) override {
@@ -109,6 +124,13 @@ public:
 
     // --- For the tests ---
     simulator::BuiltInBL& bl() { return *m_bl; }
+    // Replaces the device class (a recording subclass, say) and connects it.
+    void setDeviceClass(std::unique_ptr<devices::DeviceClass> deviceClass) {
+        m_deviceClass = std::move(deviceClass);
+        m_deviceClass->setObjUserControl(this);
+    }
+    // When set, requests go to this double instead of the built-in BL.
+    std::shared_ptr<services::IDtmControl> controlDouble;
     // The messages shown through ShowMsg, as "header: text".
     std::vector<std::string> messages;
     // Calls of the members that this double only records.
@@ -116,6 +138,11 @@ public:
     std::vector<std::string> replies;
     // The session data message that the BL delivered at the connection.
     std::string sessionData;
+    // Scripted change tracking, for tests of a device class's own rules:
+    // when set, CheckIfValueChanged answers True for the (name, checked)
+    // rows listed here, and RestoreOldValues and RemoveSpecialCaseItem are
+    // only recorded in calls.
+    std::optional<std::set<std::pair<std::string, bool>>> confirmationRows;
     // Adds a control to a page: kind, name, element, the page's frame
     // (by array and element) and Tag.
     form::Control& addField(form::ControlKind kind, const std::string& name, int index,

@@ -29,9 +29,10 @@ TEST(EncodingsSerialNumber, EncodesAndRefusesBadTexts) {
     EXPECT_EQ(EnCodeSerNro("1996-1-0001"), 10001);
     EXPECT_EQ(EnCodeSerNro("1996-01-0001"), 10001);
     EXPECT_EQ(EnCodeSerNro("2027-52-9999"), 16649999);
-    for (const char* bad : {"1996-53-0001", "2028-01-0001", "1995-01-0001", "1996-00-0001",
-                            "1996-01-001", "1996-01-00001", "96-01-0001", "1996-001-0001",
-                            "1996-0a-0001", "199a-01-0001", "1996-01", "", "1996--0001"}) {
+    for (const char* bad :
+         {"1996-53-0001", "2028-01-0001", "1995-01-0001", "1996-00-0001", "1996-01-001",
+          "1996-01-00001", "96-01-0001", "1996-001-0001", "1996-0a-0001", "199a-01-0001", "1996-01",
+          "", "1996--0001", "1996-01--001", "1996-1.-0001"}) {
         EXPECT_EQ(EnCodeSerNro(bad), -1) << bad;
     }
     // Every week and year that encodes decodes to the same text.
@@ -66,7 +67,53 @@ TEST(EncodingsNumbers, Str2DblIsLocaleFree) {
     EXPECT_DOUBLE_EQ(Str2Dbl("3e+2"), 300.0);
     EXPECT_DOUBLE_EQ(Str2Dbl("42 bar"), 42.0);
     EXPECT_DOUBLE_EQ(Str2Dbl("unit: -7"), -7.0);
+    EXPECT_DOUBLE_EQ(Str2Dbl("2e3x"), 2000.0);  // the exponent ends at its first non-digit
+    EXPECT_DOUBLE_EQ(Str2Dbl("1.5e"), 1.5);
     EXPECT_EQ(static_cast<float>(NoValue), 2141191936.0F);
+}
+
+TEST(EncodingsNumbers, WholeNumbersRoundHalfToEvenAndCheckTheirRange) {
+    const std::pair<const char*, std::int32_t> good[] = {
+        {"42", 42},
+        {" 42 ", 42},
+        {"+7", 7},
+        {"-5", -5},
+        {"2.5", 2},
+        {"3.5", 4},
+        {"-2.5", -2},
+        {"1e3", 1000},
+        {"0.49", 0},
+        {"2147483647", 2147483647},
+        {"-2147483648", INT32_MIN},
+    };
+    for (const auto& [text, number] : good) {
+        EXPECT_EQ(ToInt32(text), number) << text;
+    }
+    for (const char* bad : {"", "   ", "abc", "12abc", "1 2", "--1"}) {
+        EXPECT_THROW((void)ToInt32(bad), std::invalid_argument) << bad;
+    }
+    EXPECT_THROW((void)ToInt32("2147483647.5"), std::overflow_error);
+    EXPECT_EQ(ToInt16("32767.4"), 32767);
+    EXPECT_EQ(ToInt16("-32768"), -32768);
+    for (const char* wide : {"32767.5", "32768", "-32769", "100000"}) {
+        EXPECT_THROW((void)ToInt16(wide), std::overflow_error) << wide;
+    }
+}
+
+TEST(EncodingsNumbers, SingleTextIsTheShortestPointText) {
+    const std::pair<float, const char*> table[] = {
+        {1.5F, "1.5"},
+        {100.0F, "100"},
+        {0.1F, "0.1"},
+        {2.0F * 30.32F, "60.64"},
+        {-0.25F, "-0.25"},
+        {16649999.0F, "16649999"},
+        {2141191936.0F, "2141191936"},  // the no-value number stays digits
+    };
+    for (const auto& [number, text] : table) {
+        EXPECT_EQ(SingleText(number), text);
+        EXPECT_EQ(static_cast<float>(Str2Dbl(SingleText(number))), number) << text;
+    }
 }
 
 class DecimalSignUnderLocale : public ::testing::TestWithParam<QLocale::Language> {

@@ -64,10 +64,10 @@ TEST_F(ShippedForms, StartUpControlsArePresentAndPagesFitTheUserControl) {
          words("treeNavigation tmrIconBlink fraProgress ProgressBar1 comFlowModification:0 "
                "comFlowModification:1 comSelectLanguage cmdTranslate fraSettingsLanguage "
                "fraSettingsUnit TreeView3 lsvConfirmation imgLockedDataset lblLockedDataset "
-               "imgToolbar:4 mnuPopupItem:0 cmdStartTest:0 cmdPLStartTest:0 cmdPLSetTestSettings "
+               "imgToolbar:4 mnuPopupItem:0 cmdStartTest:0 cmdPLStartTest:0 cmdPLSetTestSettings:1 "
                "cmdHAMonitoring:0 cmdPAMonitoring:0 cmdPLMonitoring:0 cmdHAFlowModification:0 "
                "cmdPAFlowModification:0 chkPLParams:9 chkPLParams:10 lblHAMonitoringSettings:6 "
-               "lblPAMonValue:4 lblPLParams:9 dirOpenFile filOpenFile cmdSend:8")) {
+               "lblPAMonValue:6 lblPLParams:11 dirOpenFile filOpenFile cmdSend:8")) {
         const auto colon = word.find(':');
         const int index = colon == std::string::npos ? -1 : std::stoi(word.substr(colon + 1));
         EXPECT_NE(form.find(word.substr(0, colon), index), nullptr) << word;

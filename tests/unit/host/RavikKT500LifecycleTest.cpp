@@ -91,8 +91,21 @@ TEST_F(RavikKT500Lifecycle, ConstructionNeedsNoBLAndWritesBackItsSettings) {
 
 TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
     RavikKT500& kt = started();
-    const CallLog expected = {"service control", "service dialogs",      "OpenConnection connect",
-                              "GetLanguageIds",  "GetLanguageName 1033", "GetLanguageName 1031"};
+    // The session data's texts come before the language list, the unit
+    // page after it.
+    const CallLog expected = {"service control",
+                              "service dialogs",
+                              "OpenConnection connect",
+                              "TranslateKey 1033 dtmConnected",
+                              "TranslateKey 1033 download",
+                              "TranslateKey 1033 stopped",
+                              "TranslateKey 1033 start",
+                              "GetLanguageIds",
+                              "GetLanguageName 1033",
+                              "GetLanguageName 1031",
+                              "TranslateKey 1033 selectParameter",
+                              "TranslateKey 1033 selectUnit",
+                              "GetUnitParameters"};
     EXPECT_EQ(*services.log, expected);
     const clsTools& tools = *kt.m_objTools;
     EXPECT_EQ(tools.ConnectionID, 7);
@@ -163,7 +176,15 @@ TEST_F(RavikKT500Lifecycle, TraceLevelsAreExclusive) {
         services.dialogsDouble->boxes[0].text.rfind("Parameter XML file from BL: <data:dtm", 0),
         0U);
 
-    for (const char* level : {"2", "4", "6"}) {
+    services.dialogsDouble->boxes.clear();
+    store.put("Debug", "Debug Level", "4");
+    started();
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(services.dialogsDouble->boxes[0].header, "Debug level 4");
+    EXPECT_EQ(services.dialogsDouble->boxes[0].text.rfind("Session data from BL: <sessionData", 0),
+              0U);
+
+    for (const char* level : {"2", "6"}) {
         services.dialogsDouble->boxes.clear();
         store.put("Debug", "Debug Level", level);
         started();
@@ -260,11 +281,12 @@ TEST_F(RavikKT500Lifecycle, ResizeKeepsTheFixedExtents) {
 
 TEST_F(RavikKT500Lifecycle, EventsOfMissingSubsystemsFailUnderTheirHandler) {
     RavikKT500& kt = started();
-    EXPECT_TRUE(kt.IQDLGuiEvent_UpdateSessionData("<sessionData/>"));
+    // A session update rebuilds the tree, which comes with the navigation.
+    EXPECT_TRUE(kt.IQDLGuiEvent_UpdateSessionData(services.controlDouble->sessionData));
     EXPECT_TRUE(kt.IQDLGuiEvent_CommunicationEvent(""));
     const std::vector<std::string> expected = {
         "IQDLGuiEvent_UpdateSessionData | Object doesn't support this property or method: "
-        "LoadSessionData"};
+        "BuildNavigationTree"};
     EXPECT_EQ(boxes(), expected);
     EXPECT_TRUE(kt.m_objTools->DTMInitialized);  // the session goes on
 }

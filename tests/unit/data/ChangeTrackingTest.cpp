@@ -1,0 +1,148 @@
+#include "data/ChangeTracking.h"
+#include "support/TestUserControl.h"
+
+#include <gtest/gtest.h>
+
+namespace kt500::data {
+namespace {
+
+using form::ControlKind;
+using testing::TestUserControl;
+
+constexpr int kOperationUnit = 7;
+
+simulator::SessionOptions Options(std::string deviceKey, bool online) {
+    simulator::SessionOptions options;
+    options.deviceKey = std::move(deviceKey);
+    options.online = online;
+    return options;
+}
+
+form::ListViewModel& Confirmation(TestUserControl& uc) {
+    return uc.form().control("lsvConfirmation").listView();
+}
+
+void AddRow(TestUserControl& uc, const std::string& text, const std::string& name, bool checked) {
+    form::ListViewModel& rows = Confirmation(uc);
+    const int row = rows.add(text);
+    rows.setSubItem(row, 1, "old");
+    rows.setSubItem(row, 2, "new");
+    rows.setSubItem(row, 3, name);
+    rows.setSubItem(row, 4, "HAoperationUnit");
+    rows.setChecked(row, checked);
+}
+
+TEST(CheckIfValueChangedTest, RowOfTheCheckStateNamesTheParameter) {
+    TestUserControl uc(Options("KT520_7", true));
+    AddRow(uc, "Tag", "hartTag", true);
+    AddRow(uc, "Message", "message", false);
+    struct Case {
+        const char* name;
+        bool checked;
+        bool changed;
+    };
+    for (const Case& c :
+         {Case{"hartTag", true, true}, Case{"hartTag", false, false}, Case{"message", false, true},
+          Case{"message", true, false}, Case{"description", true, false}}) {
+        EXPECT_EQ(uc.changes.CheckIfValueChanged(c.name, c.checked), c.changed)
+            << c.name << " " << c.checked;
+    }
+    // The KT540's meters are never normal parameters: always changed.
+    TestUserControl kt540(Options("KT540_1.0", true));
+    EXPECT_TRUE(kt540.changes.CheckIfValueChanged("valveReversals", true));
+    EXPECT_FALSE(kt540.changes.CheckIfValueChanged("hartTag", true));
+}
+
+TEST(RemoveSpecialCaseItemTest, RemovesTheRowOfThatText) {
+    TestUserControl uc(Options("KT520_7", true));
+    AddRow(uc, "Tag", "hartTag", true);
+    AddRow(uc, "Message", "message", true);
+    uc.changes.RemoveSpecialCaseItem("Tag");
+    ASSERT_EQ(Confirmation(uc).count(), 1);
+    EXPECT_EQ(Confirmation(uc).row(1).text, "Message");
+    uc.changes.RemoveSpecialCaseItem("hartTag");  // the internal name is no row text
+    EXPECT_EQ(Confirmation(uc).count(), 1);
+}
+
+TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
+    TestUserControl uc(Options("KT520_7", true));
+    form::TreeModel& tree = uc.form().control("treeNavigation").tree();
+    tree.add("", "operationUnit", "Operation unit", "notRead");
+    form::Control& progress = uc.form().control("fraProgress");
+
+    progress.setVisible(true);
+    uc.changes.ChangeTreeIcon("operationUnit", "changed");
+    EXPECT_EQ(tree.node("operationUnit").image, "notRead");
+    uc.changes.ChangeTreeIcon("operationUnit", "read");
+    EXPECT_EQ(tree.node("operationUnit").image, "read");
+
+    progress.setVisible(false);
+    uc.changes.ChangeTreeIcon("operationUnit", "changed");
+    EXPECT_EQ(tree.node("operationUnit").image, "changed");
+    EXPECT_NO_THROW(uc.changes.ChangeTreeIcon("noSuchPage", "error"));
+}
+
+// The operation unit page with a text box, a list box and their marks;
+// the snapshot holds "PV-101" and "second".
+class RestoreOldValuesTest : public ::testing::TestWithParam<bool> {
+protected:
+    TestUserControl uc{Options("KT520_7", GetParam())};
+    int next = 0;  // the next element of each array
+    form::Control& text = field(ControlKind::TextBox, "txtHAOperationUnit", "hartTag");
+    form::Control& list = field(ControlKind::ComboBox, "comHAOperationUnit", "deviceMonth");
+    form::Control& textMark = field(ControlKind::Image, "imgHAOperationUnit", "hartTag");
+    form::Control& listMark = field(ControlKind::Image, "imgHAOperationUnit", "deviceMonth");
+
+    form::Control& field(ControlKind kind, const std::string& name, const std::string& tag) {
+        return uc.addField(kind, name, next++, "fraKT520", kOperationUnit, tag);
+    }
+    void edit() {
+        for (const char* entry : {"first", "second"}) {
+            list.addItem(entry);
+        }
+        text.setText("edited");
+        list.setListIndex(0);
+        for (form::Control* control : {&text, &list}) {
+            control->setForeColor(devices::ColorChanged);
+        }
+        textMark.setVisible(true);
+        listMark.setVisible(true);
+    }
+};
+
+TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
+    const bool online = GetParam();
+    edit();
+    uc.tools().CurrentFrame = "HAoperationUnit";
+    uc.tools().set_old_values("PV-101\xA4second\xA4");
+
+    uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
+    EXPECT_EQ(text.text(), "PV-101");
+    EXPECT_EQ(list.listIndex(), 0);
+    EXPECT_EQ(text.foreColor(), online ? devices::ColorRestored : devices::ColorChanged);
+    EXPECT_EQ(textMark.visible(), !online);
+    EXPECT_TRUE(listMark.visible());
+
+    uc.changes.RestoreOldValues("HAoperationUnit", "");
+    EXPECT_EQ(list.listIndex(), 1);
+    EXPECT_EQ(list.foreColor(), online ? devices::ColorRestored : devices::ColorChanged);
+    EXPECT_EQ(listMark.visible(), !online);
+}
+
+TEST_P(RestoreOldValuesTest, NoSnapshotLeavesTheFieldAndAnEmptyFieldClearsTheList) {
+    edit();
+    uc.tools().CurrentFrame = "HAoperationUnit";
+    uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
+    EXPECT_EQ(text.text(), "edited");
+
+    uc.tools().set_old_values("PV-101\xA4\xA4");
+    uc.changes.RestoreOldValues("HAoperationUnit", "deviceMonth");
+    EXPECT_EQ(list.listIndex(), -1);
+    EXPECT_EQ(text.text(), "edited");
+}
+
+INSTANTIATE_TEST_SUITE_P(OnlineAndOffline, RestoreOldValuesTest, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "Online" : "Offline"; });
+
+}  // namespace
+}  // namespace kt500::data

@@ -1,0 +1,402 @@
+#include "data/ParameterValues.h"
+#include "support/TestUserControl.h"
+
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace kt500::data {
+namespace {
+
+using form::ControlKind;
+using testing::TestUserControl;
+
+// The KT520 pages used here: operation unit, valve related configuration.
+constexpr int kOperationUnit = 7;
+constexpr int kValveConfiguration = 8;
+
+simulator::SessionOptions Options(std::string deviceKey, bool online = true) {
+    simulator::SessionOptions options;
+    options.deviceKey = std::move(deviceKey);
+    options.online = online;
+    options.language = "9999";  // translations are the keys themselves
+    return options;
+}
+
+// Restores the locale that a test changed.
+class LocaleGuard {
+public:
+    explicit LocaleGuard(const QLocale& locale) { QLocale::setDefault(locale); }
+    ~LocaleGuard() { QLocale::setDefault(m_saved); }
+    LocaleGuard(const LocaleGuard&) = delete;
+    LocaleGuard& operator=(const LocaleGuard&) = delete;
+
+private:
+    QLocale m_saved;
+};
+
+form::Control& AddList(TestUserControl& uc, const std::string& name, int index,
+                       const std::string& frame, int frameIndex, const std::string& tag) {
+    form::Control& list = uc.addField(ControlKind::ComboBox, name, index, frame, frameIndex, tag);
+    for (const auto& [text, data] : {std::pair{"first", 0}, std::pair{"second", 1}}) {
+        list.addItem(text);
+        list.setItemData(list.newIndex(), data);
+    }
+    return list;
+}
+
+void SetLive(TestUserControl& uc, const std::string& name, const std::string& attribute,
+             const std::string& value) {
+    uc.ParameterNodeByName(name).setAttribute(attribute, value);
+}
+
+TEST(FetchValueByTagTest, FieldOnTheFamilysPagesElseTheDocument) {
+    TestUserControl uc(Options("KT520_7"));
+    // Outside the family's pages a field does not count.
+    uc.addField(ControlKind::TextBox, "txtElsewhere", -1, "fraCommon", 1, "hartTag")
+        .setText("not this");
+    EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "PV-101");
+
+    // A field in a frame inside the page counts.
+    form::Control& group =
+        uc.addField(ControlKind::Frame, "fraHAGroup", -1, "fraKT520", kOperationUnit, "");
+    uc.form().add(ControlKind::TextBox, "txtHAOperationUnit", 0, &group).setTag("hartTag");
+    uc.form().control("txtHAOperationUnit", 0).setText("TAG-7");
+    EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "TAG-7");
+
+    // The manufacturer is always the data set's.
+    uc.addField(ControlKind::Label, "lblHAPositionerInformation", 0, "fraKT520", 9, "manufacturer")
+        .setCaption("Shown");
+    EXPECT_EQ(uc.values.FetchValueByTag("manufacturer", false), "Ravik Automation");
+
+    uc.addField(ControlKind::CheckBox, "chkHAConfig", 0, "fraKT520", 5, "burstMode").setValue(1);
+    EXPECT_EQ(uc.values.FetchValueByTag("burstMode", false), "1");
+}
+
+TEST(FetchValueByTagTest, ListBoxGivesItemDataOrTextAndNothingWithoutEntry) {
+    TestUserControl uc(Options("KT520_7"));
+    form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
+                                  kValveConfiguration, "valveStyle");
+    list.setListIndex(-1);
+    EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", false), "");
+    EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", true), "");
+    list.setListIndex(1);
+    EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", false), "1");
+    EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", true), "second");
+}
+
+TEST(FetchValueByTagTest, EmptyDocumentValueIsZeroExceptForStrings) {
+    TestUserControl uc(Options("KT520_7"));
+    SetLive(uc, "pollingAddress", "value", "");
+    SetLive(uc, "hartTag", "value", "");
+    EXPECT_EQ(uc.values.FetchValueByTag("pollingAddress", false), "0");
+    EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "");
+    EXPECT_EQ(uc.values.FetchValueByTag("noSuchParameter", false), "");
+}
+
+TEST(FillListsTest, MappedParamsOnFamilyPagesAndCommonPagesOnly) {
+    TestUserControl uc(Options("KT520_7"));
+    form::Control& page = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
+                                  kValveConfiguration, "valveStyle");
+    form::Control& common = AddList(uc, "comCommon", 0, "fraCommon", 1, "valveStyle");
+    form::Control& other = AddList(uc, "comOther", 0, "fraConfirmation", 1, "valveStyle");
+    uc.values.FillMappedParams();
+    for (const form::Control* list : {&page, &common}) {
+        ASSERT_EQ(list->listCount(), 2);
+        EXPECT_EQ(list->list(0), "linearValve");
+        EXPECT_EQ(list->list(1), "rotaryValve");
+        EXPECT_EQ(list->itemData(1), 1);
+    }
+    EXPECT_EQ(other.list(0), "first");
+}
+
+TEST(FillListsTest, DateSelectorsOfTheClass) {
+    TestUserControl kt520(Options("KT520_7"));
+    form::Control& day = kt520.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
+                                        kOperationUnit, "deviceDay");
+    form::Control& month = kt520.addField(ControlKind::ComboBox, "comHAOperationUnit", 1,
+                                          "fraKT520", kOperationUnit, "deviceMonth");
+    kt520.values.FillDateFields();
+    ASSERT_EQ(day.listCount(), 31);
+    EXPECT_EQ(day.list(30), "31");
+    EXPECT_EQ(day.itemData(30), 30);
+    ASSERT_EQ(month.listCount(), 12);
+    EXPECT_EQ(month.itemData(0), 0);
+
+    TestUserControl pl500(Options("PL500_2"));
+    form::Control& plDay =
+        pl500.addField(ControlKind::ComboBox, "comPLParams", 0, "fraPL500", 0, "deviceDay");
+    pl500.values.FillDateFields();  // no month selector on the page: the day alone
+    EXPECT_EQ(plDay.listCount(), 31);
+
+    TestUserControl kt540(Options("KT540_1.0"));
+    EXPECT_NO_THROW(kt540.values.FillDateFields());
+}
+
+// --- SetItemValueToGUI ---
+
+class SetItemValueTest : public ::testing::Test {
+protected:
+    TestUserControl uc{Options("KT520_7")};
+    form::Control& text(const std::string& tag) {
+        return uc.addField(ControlKind::TextBox, "txtHAOperationUnit", next++, "fraKT520",
+                           kOperationUnit, tag);
+    }
+    void offline(const std::string& name, const std::string& value, std::int16_t sync = 1) {
+        uc.values.SetItemValueToGUI({}, name, value, "noUnit", sync);
+    }
+    int next = 10;
+};
+
+TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
+    struct Case {
+        QLocale::Language language;
+        std::string value;
+        std::string decimals;
+        std::string shown;
+    };
+    const Case cases[] = {
+        {QLocale::English, "12.345", "2", "12.35"},
+        {QLocale::German, "12.345", "2", "12,35"},
+        {QLocale::German, "12,345", "1", "12,3"},
+        {QLocale::English, "2.5", "", "3"},
+        {QLocale::English, "-2.5", "0", "-3"},
+        {QLocale::English, "1.04", "1", "1"},
+        {QLocale::English, "1000000.5", "1", "1000000.5"},
+    };
+    form::Control& field = text("tightShutOff");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.value + " decimals '" + c.decimals + "'");
+        const LocaleGuard locale{QLocale(c.language)};
+        SetLive(uc, "tightShutOff", "decimals", c.decimals);
+        offline("tightShutOff", c.value);
+        EXPECT_EQ(field.text(), c.shown);
+    }
+}
+
+TEST_F(SetItemValueTest, EmptyFloatShowsEmptyAndBadNumberFails) {
+    form::Control& field = text("tightShutOff");
+    field.setText("5");
+    offline("tightShutOff", "  ");
+    EXPECT_EQ(field.text(), "");
+    EXPECT_THROW(offline("tightShutOff", "abc"), std::invalid_argument);
+}
+
+TEST_F(SetItemValueTest, ListValueWithoutEntryKeepsTheSelection) {
+    form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
+                                  kValveConfiguration, "valveStyle");
+    list.setListIndex(1);
+    offline("valveStyle", "7");
+    EXPECT_EQ(list.listIndex(), 1);
+    offline("valveStyle", "0");
+    EXPECT_EQ(list.listIndex(), 0);
+}
+
+TEST_F(SetItemValueTest, DeviceTypeIsTranslatedAndErrorsShowUnknown) {
+    form::Control& label = uc.addField(ControlKind::Label, "lblHAPositionerInformation", 1,
+                                       "fraKT520", 9, "deviceType");
+    offline("deviceType", "ErrNoType");
+    EXPECT_EQ(label.caption(), "Unknown");
+    offline("deviceType", "232");
+    EXPECT_EQ(label.caption(), "232");
+}
+
+TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
+    form::Control& field = text("hartTag");
+    form::Control& mark = uc.addField(ControlKind::Image, "imgHAOperationUnit", 0, "fraKT520",
+                                      kOperationUnit, "hartTag");
+    form::Control& otherPage =
+        uc.addField(ControlKind::Image, "imgHAAlertSettings", 0, "fraKT520", 3, "hartTag");
+    mark.setVisible(false);
+    otherPage.setVisible(false);
+
+    offline("hartTag", "PV-1", 0);
+    EXPECT_EQ(field.text(), "PV-1");
+    EXPECT_EQ(field.foreColor(), devices::ColorChanged);
+    EXPECT_TRUE(mark.visible());
+    EXPECT_FALSE(otherPage.visible());
+
+    offline("hartTag", "PV-2", 1);
+    EXPECT_EQ(field.foreColor(), devices::ColorSynchronised);
+    EXPECT_FALSE(mark.visible());
+
+    // A reply brings the value and leaves colour and mark to the group's close.
+    field.setForeColor(devices::ColorChanged);
+    xml::LoadResult reply = xml::Document::parse(
+        "<item name='hartTag' unit='noUnit'><stringVal>PV-3</stringVal></item>");
+    uc.values.SetItemValueToGUI(reply.document->root(), "", "", "", 0);
+    EXPECT_EQ(field.text(), "PV-3");
+    EXPECT_EQ(field.foreColor(), devices::ColorChanged);
+}
+
+TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
+    form::Control& day = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
+                                     kOperationUnit, "deviceDay");
+    form::Control& month = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 1, "fraKT520",
+                                       kOperationUnit, "deviceMonth");
+    form::Control& year = uc.addField(ControlKind::TextBox, "txtHAOperationUnit", 2, "fraKT520",
+                                      kOperationUnit, "deviceYear");
+    uc.values.FillDateFields();
+    offline("deviceDate", "15.3.2024", 0);
+    EXPECT_EQ(day.listIndex(), 14);
+    EXPECT_EQ(month.listIndex(), 2);
+    EXPECT_EQ(year.text(), "2024");
+    EXPECT_EQ(day.foreColor(), devices::ColorChanged);
+    EXPECT_EQ(month.foreColor(), devices::ColorChanged);
+}
+
+TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
+    TestUserControl uc(Options("PL500_2"));
+    const auto selector = [&](int index, int entries) -> form::Control& {
+        form::Control& list =
+            uc.addField(ControlKind::ComboBox, "comPLParams", index, "fraPL500", 13, "");
+        for (int entry = 0; entry < entries; ++entry) {
+            list.addItem(std::to_string(entry));
+        }
+        return list;
+    };
+    form::Control& count = uc.addField(ControlKind::TextBox, "txtPLParams", 19, "fraPL500", 13, "");
+    form::Control& unit = selector(14, 2);
+    form::Control& onOff = selector(13, 2);
+    uc.values.SetItemValueToGUI({}, "valveTestInterval", "720", "h", 1);
+    EXPECT_EQ(count.text(), "30");  // whole days count in days
+    EXPECT_EQ(unit.listIndex(), 1);
+    EXPECT_EQ(onOff.listIndex(), 1);
+    uc.values.SetItemValueToGUI({}, "valveTestInterval", "30", "h", 1);
+    EXPECT_EQ(count.text(), "30");
+    EXPECT_EQ(unit.listIndex(), 0);
+    uc.values.SetItemValueToGUI({}, "valveTestInterval", "0", "h", 1);
+    EXPECT_EQ(onOff.listIndex(), 0);
+
+    std::vector<form::Control*> labels;
+    for (const int index : {27, 28, 29}) {
+        labels.push_back(
+            &uc.addField(ControlKind::Label, "lblPLParams", index, "fraPL500", 13, ""));
+    }
+    uc.values.SetItemValueToGUI({}, "valveTestNextTestTime", "49.5", "h", 1);
+    EXPECT_EQ(labels[0]->caption() + " " + labels[1]->caption() + " " + labels[2]->caption(),
+              "2 1 30");
+}
+
+// --- ApplyInitialValues ---
+
+class ApplyInitialValuesTest : public ::testing::Test {
+protected:
+    TestUserControl uc{Options("KT520_7")};
+
+    // A GUIInit document with one branch of these nodes (name, offline).
+    void guiInit(const std::vector<std::pair<std::string, std::string>>& nodes) {
+        std::string text = "<dtm><treeView><branch name='b' offline='1'>";
+        form::TreeModel& tree = uc.form().control("treeNavigation").tree();
+        for (const auto& [name, offline] : nodes) {
+            text += "<node name='" + name + "' offline='" + offline + "'/>";
+            tree.add("", name, name, "start");
+        }
+        text += "</branch></treeView></dtm>";
+        xml::LoadResult loaded = xml::Document::parse(text);
+        uc.tools().setRavikDTMParameters(
+            std::make_unique<xml::Document>(std::move(*loaded.document)));
+    }
+    // Sets value and synchronised of a group's parameters, in order.
+    void group(const std::map<std::string, std::pair<std::string, std::string>>& values) {
+        for (const auto& [name, state] : values) {
+            SetLive(uc, name, "value", state.first);
+            SetLive(uc, name, "synchronised", state.second);
+        }
+    }
+    std::string icon(const std::string& page) {
+        return uc.form().control("treeNavigation").tree().node(page).image;
+    }
+};
+
+TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
+    // hartConfiguration in order: pollingAddress, loopCurrentMode,
+    // numberOfPreambles, burstMode.
+    struct Case {
+        const char* name;
+        std::map<std::string, std::pair<std::string, std::string>> values;
+        const char* state;
+    };
+    const Case cases[] = {
+        {"all synchronised",
+         {{"pollingAddress", {"0", "1"}},
+          {"loopCurrentMode", {"1", "1"}},
+          {"numberOfPreambles", {"5", "1"}},
+          {"burstMode", {"0", "1"}}},
+         "read"},
+        {"one changed",
+         {{"pollingAddress", {"0", "1"}},
+          {"loopCurrentMode", {"1", "0"}},
+          {"numberOfPreambles", {"5", "1"}},
+          {"burstMode", {"0", "1"}}},
+         "changed"},
+        {"error then changed",
+         {{"pollingAddress", {"0", "2"}},
+          {"loopCurrentMode", {"1", "0"}},
+          {"numberOfPreambles", {"5", "1"}},
+          {"burstMode", {"0", "1"}}},
+         "error"},
+        {"error then synchronised",
+         {{"pollingAddress", {"0", "2"}},
+          {"loopCurrentMode", {"1", "1"}},
+          {"numberOfPreambles", {"5", "1"}},
+          {"burstMode", {"0", "1"}}},
+         "error"},
+        {"all empty and changed",
+         {{"pollingAddress", {"", "0"}},
+          {"loopCurrentMode", {"", "0"}},
+          {"numberOfPreambles", {"", "0"}},
+          {"burstMode", {"", "0"}}},
+         "notRead"},
+    };
+    guiInit({{"hartConfiguration", "1"}, {"resetDiagnostics", "1"}});
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        group(c.values);
+        uc.values.ApplyInitialValues();
+        EXPECT_EQ(icon("hartConfiguration"), c.state);
+        // A group without parameters stays read.
+        EXPECT_EQ(icon("resetDiagnostics"), "read");
+    }
+}
+
+TEST_F(ApplyInitialValuesTest, NodesOfTheModeAndValuesOnThePage) {
+    guiInit({{"operationUnit", "1"}, {"hartConfiguration", "3"}});
+    form::Control& field = uc.addField(ControlKind::TextBox, "txtHAOperationUnit", 0, "fraKT520",
+                                       kOperationUnit, "hartTag");
+    SetLive(uc, "hartTag", "synchronised", "0");
+
+    uc.tools().OnlineConf = false;
+    uc.values.ApplyInitialValues();
+    EXPECT_EQ(field.text(), "PV-101");
+    EXPECT_EQ(field.foreColor(), devices::ColorChanged);
+    EXPECT_EQ(icon("operationUnit"), "changed");
+    EXPECT_EQ(icon("hartConfiguration"), "start");  // online only
+
+    uc.tools().OnlineConf = true;
+    uc.values.ApplyInitialValues();
+    EXPECT_EQ(icon("hartConfiguration"), "read");
+}
+
+TEST_F(ApplyInitialValuesTest, TimeStampInTheLocalesDateAndTime) {
+    const LocaleGuard locale{QLocale(QLocale::German, QLocale::Germany)};
+    form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 0, "fraKT520",
+                                       kOperationUnit, "HAoperationUnit");
+    xml::Node live = uc.parameterNode();
+    for (xml::Node group : live.firstChildElement("requestGroups").childElements()) {
+        if (group.attribute("name") == "operationUnit") {
+            group.setAttribute("lastUpdate", "2024-03-01 10:15:00");
+        }
+    }
+    uc.values.UpdateGroupTimeStamp("operationUnit");
+    EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
+
+    stamp.setCaption("kept");
+    uc.values.UpdateGroupTimeStamp("hartAddress");  // no such group: nothing
+    EXPECT_EQ(stamp.caption(), "kept");
+}
+
+}  // namespace
+}  // namespace kt500::data
