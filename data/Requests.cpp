@@ -65,13 +65,9 @@ constexpr std::string_view OtherCommands[] = {"cmdHALoadFactorUpdate", "cmdHAFlo
 constexpr std::string_view ResetCommand = "cmdResetDiagnostics";
 
 // Every element of a command (array) that is on the form.
-void SetCommandEnabled(form::Form& form, std::string_view strName, bool blEnabled) {
-    const form::ControlArray* commands = form.findArray(strName);
-    if (commands == nullptr) {
-        return;
-    }
-    for (const int index : commands->indices()) {
-        (*commands)[index].setEnabled(blEnabled);
+void SetCommandEnabled(const form::Form& form, std::string_view strName, bool blEnabled) {
+    for (form::Control* command : form.elements(strName)) {
+        command->setEnabled(blEnabled);
     }
 }
 

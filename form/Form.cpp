@@ -103,6 +103,16 @@ const ControlArray* Form::findArray(std::string_view name) const noexcept {
     return it == m_arrays.end() ? nullptr : &it->second;
 }
 
+std::vector<Control*> Form::elements(std::string_view name) const {
+    std::vector<Control*> result;
+    if (const ControlArray* controls = findArray(name)) {
+        for (const int index : controls->indices()) {
+            result.push_back(controls->find(index));
+        }
+    }
+    return result;
+}
+
 const ControlArray& Form::array(std::string_view name) const {
     if (const ControlArray* a = findArray(name)) {
         return *a;

@@ -77,6 +77,9 @@ public:
     [[nodiscard]] Control* find(std::string_view name, int index = -1) const noexcept;
     [[nodiscard]] const ControlArray& array(std::string_view name) const;
     [[nodiscard]] const ControlArray* findArray(std::string_view name) const noexcept;
+    // Every element of a control array, or the plain control, in index
+    // order; empty when the form holds no control of that name.
+    [[nodiscard]] std::vector<Control*> elements(std::string_view name) const;
 
     // Every control in form order; the walk of FetchValueByTag.
     [[nodiscard]] const std::vector<Control*>& controls() const noexcept { return m_order; }

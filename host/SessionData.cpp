@@ -90,19 +90,10 @@ int ModelPictureElement(const std::string& strModel) {
     return 4;
 }
 
-// Every element of a control array on the form (a plain control alone);
-// nothing when the form does not hold it.
-template <typename Action>
-void ForEachElement(form::Form& form, const char* strName, Action action) {
-    if (const form::ControlArray* elements = form.findArray(strName)) {
-        for (const int index : elements->indices()) {
-            action((*elements)[index]);
-        }
+void SetEnabled(const form::Form& form, const char* strName, bool blEnabled) {
+    for (form::Control* control : form.elements(strName)) {
+        control->setEnabled(blEnabled);
     }
-}
-
-void SetEnabled(form::Form& form, const char* strName, bool blEnabled) {
-    ForEachElement(form, strName, [&](form::Control& c) { c.setEnabled(blEnabled); });
 }
 
 }  // namespace
@@ -169,8 +160,9 @@ void SessionData::ReadAttributes(xml::Node session) {
 
 void SessionData::ShowDeviceModelPicture() {
     const int shown = ModelPictureElement(m_deviceModel);
-    ForEachElement(m_control.form(), "imgToolbar",
-                   [&](form::Control& picture) { picture.setVisible(picture.index() == shown); });
+    for (form::Control* picture : m_control.form().elements("imgToolbar")) {
+        picture->setVisible(picture->index() == shown);
+    }
 }
 
 void SessionData::ApplyTestRights() {
