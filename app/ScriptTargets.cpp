@@ -1,5 +1,7 @@
 #include "app/ScriptTargets.h"
 
+#include "app/DeviceMembers.h"
+
 #include "app/ToolsMembers.h"
 #include "data/ParameterDocument.h"
 
@@ -107,11 +109,8 @@ std::string ScriptTargets::read(std::string_view target) const {
     if (const auto rest = after(target, "tools.")) {
         return readTools(*rest);
     }
-    if (after(target, "device.")) {
-        // The device classes (clsKT520, clsKT540, clsPL500) are not part of
-        // the control yet: there is no member to read.
-        throw TargetError("unknown target '" + std::string(target) +
-                          "': the control has no device class yet");
+    if (const auto rest = after(target, "device.")) {
+        return readDeviceClass(*rest);
     }
     if (const auto rest = after(target, "toolbar.")) {
         return readToolbarItem(*rest);
@@ -142,6 +141,21 @@ std::string ScriptTargets::readDocument(std::string_view rest) const {
                           "'");
     }
     return node.attribute(attribute);
+}
+
+std::string ScriptTargets::readDeviceClass(std::string_view member) const {
+    host::RavikKT500& control = m_session.control();
+    std::optional<std::string> value;
+    try {
+        value = DeviceMember(control.deviceClass(), member);
+    } catch (const std::exception& failure) {
+        throw TargetError("unknown target 'device." + std::string(member) + "': " + failure.what());
+    }
+    if (!value) {
+        throw TargetError("unknown target 'device." + std::string(member) +
+                          "': the device class has no such member");
+    }
+    return *value;
 }
 
 std::string ScriptTargets::readDevice(std::string_view parameter) const {

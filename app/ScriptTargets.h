@@ -56,6 +56,7 @@ private:
     [[nodiscard]] form::Control& byTag(std::string_view tag) const;
     [[nodiscard]] std::string readDocument(std::string_view rest) const;
     [[nodiscard]] std::string readDevice(std::string_view parameter) const;
+    [[nodiscard]] std::string readDeviceClass(std::string_view member) const;
     [[nodiscard]] std::string readTools(std::string_view member) const;
     [[nodiscard]] std::string readControlMember(std::string_view member) const;
     [[nodiscard]] std::string readTreeNode(const form::Control& tree, std::string_view rest) const;

@@ -16,18 +16,10 @@ constexpr int kNameColumn = 3;
 
 // The fields of a snapshot: each value is followed by the separator.
 std::vector<std::string> SplitSnapshot(const std::string& strValues) {
-    std::vector<std::string> fields;
     if (strValues.empty()) {
-        return fields;
+        return {};
     }
-    std::size_t start = 0;
-    for (std::size_t end = strValues.find(devices::Separator); end != std::string::npos;
-         end = strValues.find(devices::Separator, start)) {
-        fields.push_back(strValues.substr(start, end - start));
-        start = end + 1;
-    }
-    fields.push_back(strValues.substr(start));
-    return fields;
+    return devices::SplitSeparated(strValues);
 }
 
 // The entry of a list box whose text is strText; -1 when none.

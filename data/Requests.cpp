@@ -18,28 +18,8 @@ namespace {
 constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSchema.xml";
 constexpr std::int32_t AutoActionTimeout = 10000;
 
-using devices::Separator;
-
-// The fields of a separator-joined list; a trailing separator gives a last
-// empty field, as the item string's layout counts on.
-std::vector<std::string> SplitList(std::string_view strList) {
-    std::vector<std::string> fields;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t end = strList.find(Separator, start);
-        if (end == std::string_view::npos) {
-            fields.emplace_back(strList.substr(start));
-            return fields;
-        }
-        fields.emplace_back(strList.substr(start, end - start));
-        start = end + 1;
-    }
-}
-
-void AppendField(std::string& strList, std::string_view strField) {
-    strList.append(strField);
-    strList.push_back(Separator);
-}
+using devices::AppendSeparated;
+using devices::SplitSeparated;
 
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
@@ -185,9 +165,9 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
             }
         }
         if (special.empty()) {
-            AppendField(strItems, name);
-            AppendField(strItems, parameter.attribute("type"));
-            AppendField(strItems, unitField(name));
+            AppendSeparated(strItems, name);
+            AppendSeparated(strItems, parameter.attribute("type"));
+            AppendSeparated(strItems, unitField(name));
         } else if (special != "included") {
             strItems.append(special);
         }
@@ -200,8 +180,8 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
         bar.setMax(bar.max() + 10.0 * count);
     }
 
-    AppendField(strItems, str_frame);
-    AppendField(strItems, str_accessType);
+    AppendSeparated(strItems, str_frame);
+    AppendSeparated(strItems, str_accessType);
 
     RequestTemplate(strItems, blWriteWord ? valueString(strItems) : std::string());
 
@@ -214,7 +194,7 @@ std::string Requests::valueString(const std::string& strItems) {
     devices::DeviceClass& device = m_control.deviceClass();
     const auto fields =
         PageFields(m_control.form(), device.FrameArrayName(), m_control.tools().CurrentFrame);
-    const std::vector<std::string> items = SplitList(strItems);
+    const std::vector<std::string> items = SplitSeparated(strItems);
 
     std::string strValues;
     // The triples stand before the request name, the access word and the
@@ -254,7 +234,7 @@ std::string Requests::valueString(const std::string& strItems) {
                     break;
             }
         }
-        AppendField(strValues, value);
+        AppendSeparated(strValues, value);
     }
     return strValues;
 }
@@ -277,14 +257,14 @@ void Requests::RequestTemplate(const std::string& strItems, const std::string& s
         m_control.ShowMsg("RequestTemplate", m_control.Translate("parseFailed"));
     }
 
-    const std::vector<std::string> items = SplitList(strItems);
+    const std::vector<std::string> items = SplitSeparated(strItems);
     if (items.size() < 3) {
         throw std::out_of_range("RequestTemplate: the item string holds no request name");
     }
     const std::size_t last = items.size() - 1;
     const std::string& access = items[last - 1];
     const std::vector<std::string> values =
-        strValues.empty() ? std::vector<std::string>() : SplitList(strValues);
+        strValues.empty() ? std::vector<std::string>() : SplitSeparated(strValues);
     const auto valueAt = [&values](std::size_t index) -> const std::string& {
         if (index >= values.size()) {
             throw std::out_of_range("RequestTemplate: no value for item " + std::to_string(index));

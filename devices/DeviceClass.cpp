@@ -10,26 +10,7 @@
 
 namespace kt500::devices {
 
-namespace {
-
-bool inList(std::string_view strList, std::string_view strItem) {
-    std::size_t start = 0;
-    while (start < strList.size()) {
-        const std::size_t end = strList.find(Separator, start);
-        const std::string_view entry = strList.substr(
-            start, end == std::string_view::npos ? std::string_view::npos : end - start);
-        if (entry == strItem) {
-            return true;
-        }
-        if (end == std::string_view::npos) {
-            break;
-        }
-        start = end + 1;
-    }
-    return false;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 IUserControl& DeviceClass::userControl() const {
     if (m_objUserControl == nullptr) {
@@ -99,41 +80,30 @@ std::string DeviceClass::SpecialUpploadCase(const std::string& strRequestGroup,
         control.RemoveSpecialCaseItem(strIncludedParam);
         return {};
     }
-    if (inList(m_specialCaseItems, strIncludedParam)) {
+    if (InSeparated(m_specialCaseItems, strIncludedParam)) {
         return "included";
     }
     if (!control.CheckIfValueChanged(strIncludedParam, true) || set == nullptr) {
         return {};
     }
     // The list keeps the names of the set, the request takes the triples.
-    std::size_t field = 0;
-    std::size_t start = 0;
-    while (start < set->triples.size()) {
-        const std::size_t end = set->triples.find(Separator, start);
-        if (field % 3 == 0) {
-            m_specialCaseItems.append(set->triples.substr(start, end - start));
-            m_specialCaseItems.push_back(Separator);
-        }
-        ++field;
-        start = end + 1;
+    const std::vector<std::string> fields = SplitSeparated(set->triples);
+    for (std::size_t field = 0; field + 1 < fields.size(); field += 3) {
+        AppendSeparated(m_specialCaseItems, fields[field]);
     }
     return std::string(set->triples);
 }
 
 void DeviceClass::PrintErrorMessages() {
     IUserControl& control = userControl();
+    std::vector<std::string> groups = SplitSeparated(m_strCancelledGroups);
+    if (groups.back().empty()) {
+        groups.pop_back();  // behind the last entry's separator
+    }
     std::string message;
-    std::size_t start = 0;
-    const std::string groups = m_strCancelledGroups;
-    while (start < groups.size()) {
-        const std::size_t end = groups.find(Separator, start);
-        message.append(
-            groups.substr(start, end == std::string::npos ? std::string::npos : end - start));
+    for (const std::string& group : groups) {
+        message.append(group);
         message.append("\r\n");
-        if (end == std::string::npos) {
-            break;
-        }
-        start = end + 1;
     }
     m_strCancelledGroups.clear();
     if (!message.empty()) {
@@ -200,8 +170,7 @@ const PageElement* DeviceClass::findIn(ElementTable table, std::string_view strN
 std::string DeviceClass::separatedList(std::initializer_list<std::string_view> names) {
     std::string list;
     for (const std::string_view name : names) {
-        list.append(name);
-        list.push_back(Separator);
+        AppendSeparated(list, name);
     }
     return list;
 }

@@ -8,6 +8,7 @@
 
 #include "devices/IUserControl.h"
 #include "devices/MemberMissing.h"
+#include "devices/SeparatedList.h"
 #include "xml/Document.h"
 
 #include <cstdint>
@@ -19,11 +20,6 @@
 #include <utility>
 
 namespace kt500::devices {
-
-// The list separator of the family: the character with code 164, one byte
-// as the lists are kept.
-inline constexpr char Separator = '\xA4';
-inline constexpr std::string_view SeparatorText{"\xA4", 1};
 
 // One element of a control array of the pages, as the property family of
 // units and values addresses it.

@@ -5,12 +5,10 @@ namespace kt500::devices {
 namespace {
 
 std::string triple(std::string_view name, std::string_view type) {
-    std::string text(name);
-    text.push_back(Separator);
-    text.append(type);
-    text.push_back(Separator);
-    text.append("noUnit");
-    text.push_back(Separator);
+    std::string text;
+    AppendSeparated(text, name);
+    AppendSeparated(text, type);
+    AppendSeparated(text, "noUnit");
     return text;
 }
 
@@ -86,10 +84,15 @@ const SpecialSet* ProfibusSpecialSet(std::string_view strRequestGroup, std::stri
                                                   true);
     static const SpecialSet flowModification = flowSet(20, "");
 
-    // Names stand first in their triple: at the start or behind a separator.
+    // Names stand first in their triples.
     const auto member = [&](const SpecialSet& set) {
-        const std::string key = std::string(SeparatorText) + std::string(strItem) + Separator;
-        return (std::string(SeparatorText) + set.triples).find(key) != std::string::npos;
+        const std::vector<std::string> fields = SplitSeparated(set.triples);
+        for (std::size_t field = 0; field + 1 < fields.size(); field += 3) {
+            if (fields[field] == strItem) {
+                return true;
+            }
+        }
+        return false;
     };
     if (strRequestGroup == "inputValueConfiguration") {
         return member(inputRange) ? &inputRange : nullptr;

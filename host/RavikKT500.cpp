@@ -124,6 +124,24 @@ void RavikKT500::OnFormEvent(form::FormEvent& event) {
     // with no handler does nothing, as on any form.
     if (event.kind == form::EventKind::Resize) {
         Guard("UserControl_Resize", [this] { UserControl_Resize(); });
+        return;
+    }
+    if (event.kind != form::EventKind::Click || event.control == nullptr) {
+        return;
+    }
+    // The unit selectors of the settings page.
+    const std::string& name = event.control->name();
+    const std::string handler = name + "_Click";
+    if (name == "comSelectParameter") {
+        Guard(handler.c_str(), [this] { m_units.comSelectParameter_Click(); });
+    } else if (name == "comSelectUnit") {
+        Guard(handler.c_str(), [this] { m_units.comSelectUnit_Click(); });
+    } else if (name == "optSIUnits" || name == "optUSUnits") {
+        Guard(handler.c_str(), [this] { m_units.optUnitSystem_Click(); });
+    } else if (name == "cmdApplyUnitChange") {
+        Guard(handler.c_str(), [this] { m_units.cmdApplyUnitChange_Click(); });
+    } else if (name == "cmdResetUnits") {
+        Guard(handler.c_str(), [this] { m_units.RefreshAllUnits(false); });
     }
 }
 

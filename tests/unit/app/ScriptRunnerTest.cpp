@@ -43,8 +43,11 @@ TEST(ScriptRunner, ErrorsStopTheScriptAtTheirLineWithStatusTwo) {
         {false, "start KT520_7 locked=2", "start: locked takes 0 or 1, not '2'"},
         {false, "get tools.NoSuchMember",
          "unknown target 'tools.NoSuchMember': clsTools has no such member"},
-        {false, "get device.CancelledGroups",
-         "unknown target 'device.CancelledGroups': the control has no device class yet"},
+        {false, "get device.MonitoringFrame",
+         "unknown target 'device.MonitoringFrame': Object doesn't support this property or "
+         "method: MonitoringFrame"},
+        {false, "get device.NoSuchMember",
+         "unknown target 'device.NoSuchMember': the device class has no such member"},
         {false, "get bl.noSuchParameter",
          "unknown target 'bl.noSuchParameter': the device has no such parameter (or is not "
          "connected)"},

@@ -114,7 +114,7 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     const bool online = GetParam();
     edit();
     uc.tools().CurrentFrame = "HAoperationUnit";
-    uc.tools().set_old_values("PV-101\xA4second\xA4");
+    uc.tools().set_old_values("PV-101\xC2\xA4second\xC2\xA4");
 
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "PV-101");
@@ -135,7 +135,7 @@ TEST_P(RestoreOldValuesTest, NoSnapshotLeavesTheFieldAndAnEmptyFieldClearsTheLis
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "edited");
 
-    uc.tools().set_old_values("PV-101\xA4\xA4");
+    uc.tools().set_old_values("PV-101\xC2\xA4\xC2\xA4");
     uc.changes.RestoreOldValues("HAoperationUnit", "deviceMonth");
     EXPECT_EQ(list.listIndex(), -1);
     EXPECT_EQ(text.text(), "edited");

@@ -260,7 +260,8 @@ protected:
 TEST_P(RequestsRefusalTest, ARefusedRequestGivesTheToolsBackAndReports) {
     recorder->accepts = false;
     uc.addField(ControlKind::CommandButton, "cmdResetDiagnostics", -1, "fraKT520", 20, "");
-    uc.deviceClass().setCancelledGroups(std::string("Alert settings") + devices::Separator);
+    uc.deviceClass().setCancelledGroups(std::string("Alert settings") +
+                                        std::string(devices::Separator));
     uc.tools().ShowProgressbar = true;
 
     uc.requests.SendRequest("alertSettings", "read");

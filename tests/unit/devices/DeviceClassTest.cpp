@@ -24,7 +24,7 @@ std::string joined(std::initializer_list<const char*> fields) {
     std::string text;
     for (const char* field : fields) {
         text.append(field);
-        text.push_back(Separator);
+        text.append(Separator);
     }
     return text;
 }
@@ -80,7 +80,7 @@ TEST(SpecialUpploadCaseWithChangeTracking, DeclinedRowPutsTheFieldBack) {
         kt.addField(ControlKind::TextBox, "txtHAOperationUnit", 0, "fraKT520", 7, "hartTag");
     field.setText("NEW");
     kt.tools().CurrentFrame = "HAoperationUnit";
-    kt.tools().set_old_values("OLD" + std::string(SeparatorText));
+    kt.tools().set_old_values("OLD" + std::string(Separator));
     form::ListViewModel& rows = kt.form().control("lsvConfirmation").listView();
     const int row = rows.add(kt.Translate("hartTag"));
     rows.setSubItem(row, 3, "hartTag");
