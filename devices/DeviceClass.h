@@ -79,6 +79,23 @@ public:
     [[nodiscard]] virtual bool IsNormalParam(std::string_view strParam) const = 0;
     [[nodiscard]] virtual bool MonitoringVariable(std::string_view strParam) const = 0;
 
+    // --- Replies ---
+    // Classifies one reply of the BL and distributes it.
+    virtual void Reply(xml::Document& /*xmlDoc*/) { missing("Reply"); }
+    // A monitoring reply into labels, a log line and a graph string.
+    virtual void ArrangeValues() { missing("ArrangeValues"); }
+    virtual void ClearResetDiagnostics() { missing("ClearResetDiagnostics"); }
+    virtual void AddEventLogFromDataFile(xml::Node /*xmlNode*/, bool /*blInit*/) {
+        missing("AddEventLogFromDataFile");
+    }
+    // The header line of the monitoring log file.
+    [[nodiscard]] virtual std::string MonitorLogHeaders() { missing("MonitorLogHeaders"); }
+    // Adapts the pages to the revision and the type of the device.
+    virtual void SetDeviceRevisionChanges() { missing("SetDeviceRevisionChanges"); }
+    virtual void SetDeviceTypeIdChanges() { missing("SetDeviceTypeIdChanges"); }
+    // Writes the offline configuration groups to the data set.
+    virtual void SendOfflineConf() { missing("SendOfflineConf"); }
+
     // --- Pages ---
     // Shows the page of a tree node and remembers it in CurrentFrame.
     virtual void ShowFrame(const std::string& /*strNodeName*/) { missing("ShowFrame"); }

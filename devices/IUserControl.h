@@ -16,6 +16,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kt500::devices {
 
@@ -73,6 +74,35 @@ public:
     virtual void EnableDeviceActions(bool blEnabled) = 0;
     virtual void EnableTesting(bool blValue) = 0;
 
+    // --- Replies ---
+    // Closes a request group after its final reply.
+    virtual void SetReadVariables(const std::string& strRequestName, bool IsFinal,
+                                  const std::string& strAccessType, bool blError) = 0;
+    // Advances the progress bar for one reply (or one written item).
+    virtual void IncreaseProgress() = 0;
+    // The reply of a written calibration step.
+    virtual void CalibrationValueSet(bool blOk) = 0;
+
+    // --- Device status tree ---
+    virtual void BuildStatusTree() = 0;
+    virtual void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList,
+                                  xml::Node xmlItem) = 0;
+    virtual void UpdateStatusParentNodes() = 0;
+    virtual void UpdateHeaderStatus() = 0;
+    virtual void UnKnownStatus() = 0;
+
+    // --- Trends, tests, event log and charts (their parts come later) ---
+    virtual void AddTravelDeviationValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddLoadFactorValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddTravelVsTimeValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddStepTestValuePair(xml::Node item) = 0;
+    virtual void AddHysteresisTestValuePair(xml::Node item) = 0;
+    // The online fill of the event log from the items of one reply.
+    virtual void FillEventLog(const std::vector<xml::Node>& items) = 0;
+    virtual void UpdateFlowModificationGraph(int intSubset) = 0;
+    virtual void UpdateMonitoringGraph(const std::string& strValues,
+                                       const std::string& strGraphValues) = 0;
+
     // --- Presentation ---
     // Rebuilds treeNavigation from the GUIInit document for the mode.
     virtual void BuildNavigationTree() = 0;
@@ -86,6 +116,11 @@ public:
     virtual void RestoreOldValues(const std::string& strFrame, const std::string& strTag) = 0;
     virtual void RemoveSpecialCaseItem(const std::string& strItem) = 0;
     virtual void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) = 0;
+    // The mark of a field: strImage "error" or "changed".
+    virtual void ChangeImage(const std::string& strTag, const std::string& strContainer,
+                             const std::string& strImage) = 0;
+    // Drops the changed signs of the fields a group has written.
+    virtual void ClearChangedSigns(const std::string& strRequestGroup) = 0;
 };
 
 }  // namespace kt500::devices

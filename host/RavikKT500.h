@@ -145,6 +145,58 @@ public:
     void EnableDeviceActions(bool blEnabled) override { m_requests.EnableDeviceActions(blEnabled); }
     void EnableTesting(bool blValue) override;
 
+    // --- Replies, status tree, trends and charts ---
+    void SetReadVariables(const std::string& /*strRequestName*/, bool /*IsFinal*/,
+                          const std::string& /*strAccessType*/, bool /*blError*/) override {
+        throw devices::MemberMissing("SetReadVariables");
+    }
+    void IncreaseProgress() override { throw devices::MemberMissing("IncreaseProgress"); }
+    void CalibrationValueSet(bool /*blOk*/) override {
+        throw devices::MemberMissing("CalibrationValueSet");
+    }
+    void BuildStatusTree() override { throw devices::MemberMissing("BuildStatusTree"); }
+    void UpdateStatusTree(const std::vector<xml::Node>& /*xmlStatusList*/,
+                          xml::Node /*xmlItem*/) override {
+        throw devices::MemberMissing("UpdateStatusTree");
+    }
+    void UpdateStatusParentNodes() override {
+        throw devices::MemberMissing("UpdateStatusParentNodes");
+    }
+    void UpdateHeaderStatus() override { throw devices::MemberMissing("UpdateHeaderStatus"); }
+    void UnKnownStatus() override { throw devices::MemberMissing("UnKnownStatus"); }
+    void AddTravelDeviationValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddTravelDeviationValuePair");
+    }
+    void AddLoadFactorValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddLoadFactorValuePair");
+    }
+    void AddTravelVsTimeValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddTravelVsTimeValuePair");
+    }
+    void AddStepTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddStepTestValuePair");
+    }
+    void AddHysteresisTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddHysteresisTestValuePair");
+    }
+    void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
+        throw devices::MemberMissing("FillEventLog");
+    }
+    void UpdateFlowModificationGraph(int /*intSubset*/) override {
+        throw devices::MemberMissing("UpdateFlowModificationGraph");
+    }
+    void UpdateMonitoringGraph(const std::string& /*strValues*/,
+                               const std::string& /*strGraphValues*/) override {
+        throw devices::MemberMissing("UpdateMonitoringGraph");
+    }
+    void ChangeImage(const std::string& /*strTag*/, const std::string& /*strContainer*/,
+                     const std::string& /*strImage*/) override {
+        throw devices::MemberMissing("ChangeImage");
+    }
+    void ClearChangedSigns(const std::string& /*strRequestGroup*/) override {
+        throw devices::MemberMissing("ClearChangedSigns");
+    }
+
     // --- Presentation (the tree and the captions come with their subsystems) ---
     void BuildNavigationTree() override { throw devices::MemberMissing("BuildNavigationTree"); }
     void SelectNode(int /*intIndex*/) override { throw devices::MemberMissing("SelectNode"); }

@@ -107,6 +107,57 @@ public:
         changes.ChangeTreeIcon(str_name, str_access);
     }
 
+    // --- Members of other parts: recorded in calls ---
+    void SetReadVariables(const std::string& strRequestName, bool IsFinal,
+                          const std::string& strAccessType, bool blError) override {
+        record("SetReadVariables " + strRequestName + " " + std::to_string(IsFinal) + " " +
+               strAccessType + " " + std::to_string(blError));
+    }
+    void IncreaseProgress() override { record("IncreaseProgress"); }
+    void CalibrationValueSet(bool blOk) override {
+        record("CalibrationValueSet " + std::to_string(blOk));
+    }
+    void BuildStatusTree() override { record("BuildStatusTree"); }
+    void UpdateStatusTree(const std::vector<xml::Node>& /*xmlStatusList*/,
+                          xml::Node xmlItem) override {
+        record("UpdateStatusTree " + xmlItem.attribute("name"));
+    }
+    void UpdateStatusParentNodes() override { record("UpdateStatusParentNodes"); }
+    void UpdateHeaderStatus() override { record("UpdateHeaderStatus"); }
+    void UnKnownStatus() override { record("UnKnownStatus"); }
+    void AddTravelDeviationValuePair(xml::Node item, bool) override {
+        record("AddTravelDeviationValuePair " + item.attribute("name"));
+    }
+    void AddLoadFactorValuePair(xml::Node item, bool) override {
+        record("AddLoadFactorValuePair " + item.attribute("name"));
+    }
+    void AddTravelVsTimeValuePair(xml::Node item, bool) override {
+        record("AddTravelVsTimeValuePair " + item.attribute("name"));
+    }
+    void AddStepTestValuePair(xml::Node item) override {
+        record("AddStepTestValuePair " + item.attribute("name"));
+    }
+    void AddHysteresisTestValuePair(xml::Node item) override {
+        record("AddHysteresisTestValuePair " + item.attribute("name"));
+    }
+    void FillEventLog(const std::vector<xml::Node>& items) override {
+        record("FillEventLog " + std::to_string(items.size()));
+    }
+    void UpdateFlowModificationGraph(int intSubset) override {
+        record("UpdateFlowModificationGraph " + std::to_string(intSubset));
+    }
+    void UpdateMonitoringGraph(const std::string& strValues,
+                               const std::string& strGraphValues) override {
+        record("UpdateMonitoringGraph " + strValues + " | " + strGraphValues);
+    }
+    void ChangeImage(const std::string& strTag, const std::string& strContainer,
+                     const std::string& strImage) override {
+        record("ChangeImage " + strTag + " " + strContainer + " " + strImage);
+    }
+    void ClearChangedSigns(const std::string& strRequestGroup) override {
+        record("ClearChangedSigns " + strRequestGroup);
+    }
+
     // --- IQDLGuiEvent: replies are kept for the test ---
     bool IQDLGuiEvent_UpdateSessionData(const std::string&) override { return true; }
     bool IQDLGuiEvent_CommunicationEvent(const std::string& strReply) override {
@@ -135,6 +186,7 @@ public:
     std::vector<std::string> messages;
     // Calls of the members that this double only records.
     std::vector<std::string> calls;
+    void record(std::string call) { calls.push_back(std::move(call)); }
     std::vector<std::string> replies;
     // The session data message that the BL delivered at the connection.
     std::string sessionData;
