@@ -1,5 +1,6 @@
 #include "data/Requests.h"
 
+#include "data/ConfirmationRows.h"
 #include "data/ParameterDocument.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -105,21 +106,6 @@ std::string Requests::unitField(const std::string& strName) {
     return unit == "noUnit" ? unit : m_control.deviceClass().ConvertUnitForDevice(unit);
 }
 
-void Requests::removeConfirmationRows(const std::string& strGroup) {
-    // A row's page is its frame tag; the group is that tag less the family prefix.
-    form::Control* list = m_control.form().find("lsvConfirmation");
-    if (list == nullptr) {
-        return;
-    }
-    form::ListViewModel& rows = list->listView();
-    for (int row = rows.count(); row >= 1; --row) {
-        const std::string page = rows.subItem(row, 4);
-        if (page.size() > 2 && page.compare(2, std::string::npos, strGroup) == 0) {
-            rows.remove(row);
-        }
-    }
-}
-
 void Requests::SendRequest(const std::string& str_frame, const std::string& str_accessType) {
     host::clsTools& tools = m_control.tools();
     devices::DeviceClass& device = m_control.deviceClass();
@@ -129,7 +115,7 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     if (blRead) {
         // Pending edits of the page give way to the device's values, and the
         // page counts as unread until the final reply.
-        removeConfirmationRows(str_frame);
+        RemoveGroupRows(m_control.form(), str_frame);
         tools.ValuesOk(str_frame, "0");
         if (str_frame == "valveTest" || str_frame == "pneumaticsTest") {
             throw devices::MemberMissing("EnableTestKeyFigures");

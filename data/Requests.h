@@ -40,8 +40,6 @@ private:
     [[nodiscard]] xml::Node requestGroup(const std::string& strGroup);
     // The unit of an item: "noUnit", or the device's unit of the page unit.
     [[nodiscard]] std::string unitField(const std::string& strName);
-    // Drops the confirmation rows of a page that is read again.
-    void removeConfirmationRows(const std::string& strGroup);
     // One value for each item of strItems, read from the page shown.
     [[nodiscard]] std::string valueString(const std::string& strItems);
     // The BL did not take the request: signs off, tools back.

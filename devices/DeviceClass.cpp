@@ -158,6 +158,34 @@ PageElement DeviceClass::propertyElement(std::string_view strProperty) const {
     missing(strProperty);
 }
 
+void DeviceClass::showPage(PageTable table, std::string_view strNodeName) const {
+    for (const NodePage& page : table) {
+        if (page.node != strNodeName) {
+            continue;
+        }
+        form::Control& frame = userControl().form().control(page.array, page.index);
+        frame.setVisible(true);
+        host::clsTools& tools = userControl().tools();
+        if (page.rule == FrameRule::PageTag) {
+            tools.CurrentFrame = frame.tag();
+        } else if (page.rule == FrameRule::Fixed) {
+            tools.CurrentFrame = std::string(strNodeName);
+        }
+        return;
+    }
+}
+
+void DeviceClass::hidePages(PageArrays arrays) const {
+    form::Form& form = userControl().form();
+    for (const auto& [array, last] : arrays) {
+        for (int index = 0; index <= last; ++index) {
+            if (form::Control* frame = form.find(array, index)) {
+                frame->setVisible(false);
+            }
+        }
+    }
+}
+
 const PageElement* DeviceClass::findIn(ElementTable table, std::string_view strName) {
     for (const auto& [name, element] : table) {
         if (name == strName) {
@@ -182,6 +210,54 @@ float DeviceClass::stepEndPointOf(std::string_view strSettingsArray) const {
         return 0.0F;
     }
     return static_cast<float>(Str2Dbl(first) + Str2Dbl(second));
+}
+
+void DeviceClass::setTrendTime(std::string_view strProperty, std::string strText) {
+    if (!hasTrendTime(strProperty)) {
+        missing(strProperty);
+    }
+    for (auto& [name, text] : m_trendTimes) {
+        if (name == strProperty) {
+            text = std::move(strText);
+            return;
+        }
+    }
+    m_trendTimes.emplace_back(strProperty, std::move(strText));
+}
+
+std::string DeviceClass::trendTime(std::string_view strProperty) const {
+    for (const auto& [name, text] : m_trendTimes) {
+        if (name == strProperty) {
+            return text;
+        }
+    }
+    return {};
+}
+
+float DeviceClass::limitOf(const std::string& strValue) {
+    if (strValue.find_first_not_of(' ') == std::string::npos) {
+        return 0.0F;
+    }
+    return static_cast<float>(Str2Dbl(fDecimalSep(strValue, ".")));
+}
+
+float DeviceClass::itemLimit(const std::string& strItem) {
+    return limitOf(userControl().FetchValueByTag(strItem, false));
+}
+
+float DeviceClass::fieldLimit(PageElement element) const {
+    return limitOf(elementText(element));
+}
+
+void DeviceClass::sendOfflineGroups(std::span<const FrameGroup> groups) {
+    host::clsTools& tools = userControl().tools();
+    const std::string oldFrame = tools.CurrentFrame;
+    for (const auto& [frame, group] : groups) {
+        // The request takes the page of the group from CurrentFrame.
+        tools.CurrentFrame = frame;
+        userControl().SendRequest(std::string(group), "writeOffline");
+    }
+    tools.CurrentFrame = oldFrame;
 }
 
 form::Control* DeviceClass::findElement(PageElement element) const {

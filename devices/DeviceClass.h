@@ -8,6 +8,7 @@
 
 #include "devices/IUserControl.h"
 #include "devices/MemberMissing.h"
+#include "devices/PageTable.h"
 #include "devices/SeparatedList.h"
 #include "xml/Document.h"
 
@@ -18,6 +19,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace kt500::devices {
 
@@ -79,6 +81,59 @@ public:
     [[nodiscard]] virtual bool IsNormalParam(std::string_view strParam) const = 0;
     [[nodiscard]] virtual bool MonitoringVariable(std::string_view strParam) const = 0;
 
+    // --- Alarm limits of the trend charts ---
+    [[nodiscard]] virtual float DeviationLimit1() { missing("DeviationLimit1"); }
+    [[nodiscard]] virtual float DeviationLimit2() { missing("DeviationLimit2"); }
+    [[nodiscard]] virtual float DeviationLimit3() { missing("DeviationLimit3"); }
+    [[nodiscard]] virtual float LoadFactorLimit1() { missing("LoadFactorLimit1"); }
+    [[nodiscard]] virtual float LoadFactorLimit2() { missing("LoadFactorLimit2"); }
+    [[nodiscard]] virtual float LoadFactorLimit3() { missing("LoadFactorLimit3"); }
+    [[nodiscard]] virtual float BreakawayPressureLimit1() { missing("BreakawayPressureLimit1"); }
+    [[nodiscard]] virtual float BreakawayPressureLimit2() { missing("BreakawayPressureLimit2"); }
+    [[nodiscard]] virtual float LeakageSignalLimit1() { missing("LeakageSignalLimit1"); }
+
+    // --- Written properties ---
+    // The time span texts of the trend pages; a class without the trend
+    // lacks the member.
+    void setLoadFactorTime(std::string strText) {
+        setTrendTime("LoadFactorTime", std::move(strText));
+    }
+    void setTravelDeviationTime(std::string strText) {
+        setTrendTime("TravelDeviationTime", std::move(strText));
+    }
+    void setTravelVsTimeTime(std::string strText) {
+        setTrendTime("TravelVsTimeTime", std::move(strText));
+    }
+    void setBreakawayPressureTime(std::string strText) {
+        setTrendTime("BreakawayPressureTime", std::move(strText));
+    }
+    void setLeakageSignalTime(std::string strText) {
+        setTrendTime("LeakageSignalTime", std::move(strText));
+    }
+    // The last time span written under a property name; "" before.
+    [[nodiscard]] std::string trendTime(std::string_view strProperty) const;
+    // The flow modification procedure's state (KT540).
+    [[nodiscard]] virtual bool FlowModCurveLinear() const { missing("FlowModCurveLinear"); }
+    virtual void setFlowModCurveLinear(bool /*blLinear*/) { missing("FlowModCurveLinear"); }
+    virtual void setFlowModProgress(std::int16_t /*intProgress*/) { missing("FlowModProgress"); }
+    // The page whose reset runs, "alarms" or "statistics" (PL500).
+    [[nodiscard]] virtual std::string ResetingFrame() const { missing("ResetingFrame"); }
+    virtual void setResetingFrame(std::string /*strFrame*/) { missing("ResetingFrame"); }
+    // The pneumatics settings fields (PL500).
+    [[nodiscard]] virtual std::string PressurePeakTolerance() { missing("PressurePeakTolerance"); }
+    virtual void setPressurePeakTolerance(const std::string& /*strValue*/) {
+        missing("PressurePeakTolerance");
+    }
+    [[nodiscard]] virtual std::string PressureRecoveryTime() { missing("PressureRecoveryTime"); }
+    virtual void setPressureRecoveryTime(const std::string& /*strValue*/) {
+        missing("PressureRecoveryTime");
+    }
+    // The text of a point box of the flow modification page: the element
+    // that the caller's index picks.
+    [[nodiscard]] virtual std::string txtFlowModification(int /*intIndex*/) {
+        missing("txtFlowModification");
+    }
+
     // --- Replies ---
     // Classifies one reply of the BL and distributes it.
     virtual void Reply(xml::Document& /*xmlDoc*/) { missing("Reply"); }
@@ -95,6 +150,11 @@ public:
     virtual void SetDeviceTypeIdChanges() { missing("SetDeviceTypeIdChanges"); }
     // Writes the offline configuration groups to the data set.
     virtual void SendOfflineConf() { missing("SendOfflineConf"); }
+    // Draws the input signal against travel chart from the page's curves;
+    // False when the valve direction is neither of the two known ones.
+    virtual bool UpdateInputSignalVsTravelGraph(std::span<const float> /*arrCurves*/) {
+        missing("UpdateInputSignalVsTravelGraph");
+    }
 
     // --- Pages ---
     // Shows the page of a tree node and remembers it in CurrentFrame.
@@ -168,6 +228,13 @@ protected:
     void setElementText(PageElement element, const std::string& strText) const;
     [[nodiscard]] form::Control* findElement(PageElement element) const;
 
+    // Shows the page of a node by the class's table. A node outside the
+    // table shows nothing: there is no shared element cursor to fall back
+    // on, and CurrentFrame stays as it is.
+    void showPage(PageTable table, std::string_view strNodeName) const;
+    // Hides every element of the page arrays that is on the form.
+    void hidePages(PageArrays arrays) const;
+
     // The element of a property in a class's table, or nothing.
     using ElementTable = std::span<const std::pair<std::string_view, PageElement>>;
     [[nodiscard]] static const PageElement* findIn(ElementTable table, std::string_view strName);
@@ -177,6 +244,29 @@ protected:
     // settings fields when both hold text, else 0.
     [[nodiscard]] float stepEndPointOf(std::string_view strSettingsArray) const;
 
+    // The trend time spans this class carries, by property name.
+    [[nodiscard]] virtual bool hasTrendTime(std::string_view /*strProperty*/) const {
+        return false;
+    }
+    void setTrendTime(std::string_view strProperty, std::string strText);
+    // A number of a page or item text, 0 when the text is blank.
+    [[nodiscard]] static float limitOf(const std::string& strValue);
+    // An item's value as a limit (FetchValueByTag), 0 when empty.
+    [[nodiscard]] float itemLimit(const std::string& strItem);
+    // A page element's text as a limit, 0 when blank or not on the form.
+    [[nodiscard]] float fieldLimit(PageElement element) const;
+    // Sets CurrentFrame and writes each group offline, in order; CurrentFrame
+    // gets its old value back at the end.
+    using FrameGroup = std::pair<std::string_view, std::string_view>;
+    void sendOfflineGroups(std::span<const FrameGroup> groups);
+
+    // Reply state of a sequence: the error flag, the monitoring error flag,
+    // the error text and the graph values that ArrangeValues leaves.
+    bool m_blError = false;
+    bool m_blMonitoringError = false;
+    std::string m_strErrorText;
+    std::string m_strGraphValues;
+
     std::string m_specialCaseItems;
     std::string m_strCancelledGroups;
     bool m_smuiStopPressed = false;
@@ -184,6 +274,7 @@ protected:
 
 private:
     IUserControl* m_objUserControl = nullptr;
+    std::vector<std::pair<std::string, std::string>> m_trendTimes;
 };
 
 // The class for a device key: "KT540_1.0" a clsKT540, "PL500_1" and

@@ -80,6 +80,10 @@ public:
                                   const std::string& strAccessType, bool blError) = 0;
     // Advances the progress bar for one reply (or one written item).
     virtual void IncreaseProgress() = 0;
+    // The group's time stamp on its page, from the live parameter node.
+    virtual void UpdateGroupTimeStamp(const std::string& strGroup) = 0;
+    // The alert limits of the trend charts, after the alert settings were read.
+    virtual void UpdateLimits() = 0;
     // The reply of a written calibration step.
     virtual void CalibrationValueSet(bool blOk) = 0;
 

@@ -38,6 +38,31 @@ public:
         return strParam == "travelSetpoint" || strParam == "valveTravel";
     }
 
+    // Alarm limits: the fixed ones only when "useFixedAlertLimits" is "1".
+    [[nodiscard]] float DeviationLimit1() override { return fixedLimit(10.0F); }
+    [[nodiscard]] float DeviationLimit2() override { return fixedLimit(5.0F); }
+    [[nodiscard]] float DeviationLimit3() override {
+        return itemLimit("travelDeviationTrendLimit");
+    }
+    [[nodiscard]] float LoadFactorLimit1() override { return fixedLimit(90.0F); }
+    [[nodiscard]] float LoadFactorLimit2() override { return fixedLimit(85.0F); }
+    [[nodiscard]] float LoadFactorLimit3() override { return itemLimit("loadFactorTrendLimit"); }
+    [[nodiscard]] std::string txtFlowModification(int intIndex) override {
+        return elementText({"txtHAFlowModification", intIndex});
+    }
+
+    void Reply(xml::Document& xmlDoc) override;
+    [[nodiscard]] std::string MonitorLogHeaders() override;
+    void SetDeviceRevisionChanges() override;
+    void SetDeviceTypeIdChanges() override;
+    void SendOfflineConf() override;
+    void ShowFrame(const std::string& strNodeName) override;
+    void HideFrames() override;
+    // The chart of the flow modification page that shows the input signal
+    // against travel (created with the session's charts).
+    static constexpr std::string_view InputSignalVsTravelChart = "pesgoInputSignalVsTravel";
+    bool UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) override;
+
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
     [[nodiscard]] const DateFields* deviceDateFields() const override;
@@ -47,6 +72,20 @@ public:
 protected:
     [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
                                                    std::string_view strItem) const override;
+    [[nodiscard]] bool hasTrendTime(std::string_view strProperty) const override {
+        return strProperty == "LoadFactorTime" || strProperty == "TravelDeviationTime" ||
+               strProperty == "TravelVsTimeTime";
+    }
+
+private:
+    [[nodiscard]] float fixedLimit(float sngLimit);
+    // The "deviceStatus" reply: the status tree and the deviation alert.
+    void deviceStatus(xml::Document& xmlDoc);
+    // Step of a good read: each item to its trend, test, event log or page.
+    void distributeItems(const std::string& strName, const std::vector<xml::Node>& items);
+    // Step of a failed group reply: the error flag and text.
+    void gatherError(const std::string& strName, const std::string& strErrorCode,
+                     const std::vector<xml::Node>& items);
 };
 
 }  // namespace kt500::devices

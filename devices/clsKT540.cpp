@@ -55,6 +55,17 @@ std::string clsKT540::FormatValues(const std::string& strId, const std::string& 
     return strNewValue;
 }
 
+void clsKT540::SendOfflineConf() {
+    static constexpr FrameGroup groups[] = {
+        {"PAoperationUnit", "operationUnit"},
+        {"PAvalveRelatedConfigurations", "valveRelatedConfigurations"},
+        {"PAassemblyRelatedConfiguration", "assemblyRelatedConfiguration"},
+        {"PAflowModification", "flowModification"},
+        {"PAalertSettings", "alertSettings"},
+    };
+    sendOfflineGroups(groups);
+}
+
 PageElement clsKT540::propertyElement(std::string_view strProperty) const {
     static constexpr std::pair<std::string_view, PageElement> own[] = {
         {"SupplyPressureUnit", {"lblPALoadFactor", 5}},
@@ -77,6 +88,61 @@ PageElement clsKT540::propertyElement(std::string_view strProperty) const {
 const SpecialSet* clsKT540::findSpecialSet(std::string_view strRequestGroup,
                                            std::string_view strItem) const {
     return ProfibusSpecialSet(strRequestGroup, strItem);
+}
+
+namespace {
+
+constexpr NodePage kNodePages[] = {
+    {"operationUnit", "fraKT540", 7, FrameRule::PageTag},
+    {"positionerInformation", "fraKT540", 9, FrameRule::PageTag},
+    {"valveRelatedConfigurations", "fraKT540", 8, FrameRule::PageTag},
+    {"assemblyRelatedConfiguration", "fraKT540", 2, FrameRule::PageTag},
+    {"monitoring", "fraKT540", 5, FrameRule::PageTag},
+    {"monitoringVariables", "fraKT540", 5, FrameRule::PageTag},
+    {"flowModification", "fraKT540", 13, FrameRule::PageTag},
+    {"travelDeviation", "fraKT540", 15, FrameRule::PageTag},
+    {"travelVsTime", "fraKT540", 14, FrameRule::PageTag},
+    {"loadFactor", "fraKT540", 16, FrameRule::PageTag},
+    {"onlineDiagnosticsHistory", "fraKT540", 17, FrameRule::PageTag},
+    {"eventLog", "fraKT540", 18, FrameRule::PageTag},
+    {"testSettings", "fraKT540", 19, FrameRule::PageTag},
+    {"stepTestValues", "fraKT540", 20, FrameRule::PageTag},
+    {"hysteresisTestValues", "fraKT540", 21, FrameRule::PageTag},
+    {"automaticTravelCalibration", "fraKT540", 22, FrameRule::PageTag},
+    {"actuatorAndValveMeters", "fraKT540", 4, FrameRule::PageTag},
+    {"alertSettings", "fraKT540", 1, FrameRule::PageTag},
+    {"resetDiagnostics", "fraKT540", 23, FrameRule::PageTag},
+    {"temperatureSensorCalibration", "fraKT540", 24, FrameRule::PageTag},
+    {"pressureSensorCalibration", "fraKT540", 25, FrameRule::PageTag},
+    {"positionSensorCalibration", "fraKT540", 26, FrameRule::PageTag},
+    {"inputValueConfiguration", "fraKT540", 3, FrameRule::PageTag},
+    {"operationMode", "fraKT540", 6, FrameRule::PageTag},
+    {"factoryReset", "fraKT540", 10, FrameRule::PageTag},
+    {"valveInformation", "fraKT540", 11, FrameRule::PageTag},
+    {"actuatorInformation", "fraKT540", 0, FrameRule::PageTag},
+    {"workingRangeConfiguration", "fraKT540", 12, FrameRule::PageTag},
+    {"simulation", "fraKT540", 27, FrameRule::PageTag},
+    {"writeProtection", "fraKT540", 28, FrameRule::PageTag},
+    {"maintenance", "fraKT540", 29, FrameRule::PageTag},
+    {"failSafeAction", "fraKT540", 30, FrameRule::PageTag},
+    {"settings", "fraCommon", 0, FrameRule::Unchanged},
+    {"paAddress", "fraCommon", 3, FrameRule::Fixed},
+    {"status", "fraCommon", 4, FrameRule::Fixed},
+    {"confirmation1", "fraConfirmation", 0, FrameRule::Unchanged},
+    {"confirmation2", "fraConfirmation", 1, FrameRule::Unchanged},
+    {"compareConfiguration", "fraConfirmation", 2, FrameRule::Unchanged},
+};
+
+constexpr PageArray kPageArrays[] = {{"fraKT540", 30}, {"fraCommon", 5}, {"fraConfirmation", 2}};
+
+}  // namespace
+
+void clsKT540::ShowFrame(const std::string& strNodeName) {
+    showPage(kNodePages, strNodeName);
+}
+
+void clsKT540::HideFrames() {
+    hidePages(kPageArrays);
 }
 
 }  // namespace kt500::devices

@@ -33,14 +33,46 @@ public:
     [[nodiscard]] bool IsNormalParam(std::string_view strParam) const override;
     [[nodiscard]] bool MonitoringVariable(std::string_view strParam) const override;
 
+    [[nodiscard]] float DeviationLimit1() override {
+        return itemLimit("travelDeviationAlarmLimit");
+    }
+    [[nodiscard]] float DeviationLimit2() override {
+        return itemLimit("travelDeviationWarningLimit");
+    }
+    [[nodiscard]] float DeviationLimit3() override { return 0.0F; }
+    [[nodiscard]] float LoadFactorLimit1() override { return itemLimit("loadFactorAlarmLimit"); }
+    [[nodiscard]] float LoadFactorLimit2() override { return itemLimit("loadFactorWarningLimit"); }
+    [[nodiscard]] float LoadFactorLimit3() override { return 0.0F; }
+    [[nodiscard]] bool FlowModCurveLinear() const override { return m_flowModCurveLinear; }
+    void setFlowModCurveLinear(bool blLinear) override { m_flowModCurveLinear = blLinear; }
+    void setFlowModProgress(std::int16_t intProgress) override { m_flowModProgress = intProgress; }
+    [[nodiscard]] std::string txtFlowModification(int intIndex) override {
+        return elementText({"txtPAFlowModification", intIndex});
+    }
+
+    // One revision: nothing to adapt.
+    void SetDeviceRevisionChanges() override {}
+    void SetDeviceTypeIdChanges() override {}
+    void SendOfflineConf() override;
+
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
 
     [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
 
+    void ShowFrame(const std::string& strNodeName) override;
+    void HideFrames() override;
+
 protected:
     [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
                                                    std::string_view strItem) const override;
+    [[nodiscard]] bool hasTrendTime(std::string_view strProperty) const override {
+        return strProperty == "LoadFactorTime" || strProperty == "TravelDeviationTime";
+    }
+
+private:
+    bool m_flowModCurveLinear = false;
+    std::int16_t m_flowModProgress = 0;
 };
 
 }  // namespace kt500::devices

@@ -92,6 +92,38 @@ std::string clsPL500::FormatValues(const std::string& strId, const std::string& 
     return strNewValue;
 }
 
+void clsPL500::SendOfflineConf() {
+    static constexpr FrameGroup groups[] = {
+        {"PLoperationUnit", "operationUnit"},
+        {"PLgeneral", "general"},
+        {"PLassemblyRelated", "assemblyRelated"},
+        {"PLleakageMeasurement", "leakageMeasurement"},
+        {"PLdeviceAlertSettings", "deviceAlertSettings"},
+        {"PLstatisticAlertSettings", "statisticAlertSettings"},
+    };
+    sendOfflineGroups(groups);
+}
+
+form::Control* clsPL500::settingField(std::string_view strItem) const {
+    for (form::Control* field : userControl().form().elements("txtPLParams")) {
+        if (field->tag() == strItem) {
+            return field;
+        }
+    }
+    return nullptr;
+}
+
+std::string clsPL500::settingText(std::string_view strItem) const {
+    const form::Control* field = settingField(strItem);
+    return field != nullptr ? field->text() : std::string();
+}
+
+void clsPL500::setSettingText(std::string_view strItem, const std::string& strValue) {
+    if (form::Control* field = settingField(strItem)) {
+        field->setText(strValue);
+    }
+}
+
 const DateFields* clsPL500::deviceDateFields() const {
     return &kDateFields;
 }
@@ -118,6 +150,70 @@ PageElement clsPL500::propertyElement(std::string_view strProperty) const {
 const SpecialSet* clsPL500::findSpecialSet(std::string_view strRequestGroup,
                                            std::string_view strItem) const {
     return HartSpecialSet(strRequestGroup, strItem);
+}
+
+namespace {
+
+constexpr NodePage kNodePages[] = {
+    {"operationUnit", "fraPL500", 0, FrameRule::PageTag},
+    {"positionerInformation", "fraPL500", 1, FrameRule::PageTag},
+    {"general", "fraPL500", 2, FrameRule::PageTag},
+    {"assemblyRelated", "fraPL500", 3, FrameRule::PageTag},
+    {"leakageMeasurement", "fraPL500", 4, FrameRule::PageTag},
+    {"hartConfiguration", "fraPL500", 19, FrameRule::PageTag},
+    {"monitoringVariables", "fraPL500", 5, FrameRule::PageTag},
+    {"loadFactorTrend", "fraPL500", 6, FrameRule::PageTag},
+    {"breakawayPressureTrend", "fraPL500", 7, FrameRule::PageTag},
+    {"leakageSignalTrend", "fraPL500", 8, FrameRule::PageTag},
+    {"eventLog", "fraPL500", 9, FrameRule::PageTag},
+    {"automaticTravelCalibration", "fraPL500", 15, FrameRule::PageTag},
+    {"deviceAlertSettings", "fraPL500", 10, FrameRule::PageTag},
+    {"statisticAlertSettings", "fraPL500", 11, FrameRule::PageTag},
+    {"resetStatistics", "fraPL500", 12, FrameRule::PageTag},
+    {"valveTest", "fraPL500", 13, FrameRule::PageTag},
+    {"pneumaticsTest", "fraPL500", 14, FrameRule::PageTag},
+    {"counters", "fraPL500", 16, FrameRule::PageTag},
+    {"resetAlarms", "fraPL500", 18, FrameRule::PageTag},
+    {"settings", "fraCommon", 0, FrameRule::Unchanged},
+    {"status", "fraCommon", 4, FrameRule::Fixed},
+    {"confirmation1", "fraConfirmation", 0, FrameRule::Unchanged},
+    {"confirmation2", "fraConfirmation", 1, FrameRule::Unchanged},
+    {"compareConfigurations", "fraConfirmation", 2, FrameRule::Unchanged},
+};
+
+constexpr PageArray kPageArrays[] = {{"fraPL500", 19}, {"fraCommon", 5}, {"fraConfirmation", 2}};
+
+}  // namespace
+
+void clsPL500::ShowFrame(const std::string& strNodeName) {
+    showPage(kNodePages, strNodeName);
+}
+
+void clsPL500::HideFrames() {
+    hidePages(kPageArrays);
+}
+
+void clsPL500::SetDeviceRevisionChanges() {
+    form::Form& form = userControl().form();
+    // Every element of a run that is on the form.
+    const auto each = [&form](std::string_view array, int first, int last, auto action) {
+        for (int index = first; index <= last; ++index) {
+            if (form::Control* field = form.find(array, index)) {
+                action(*field);
+            }
+        }
+    };
+    const auto enable = [](form::Control& field) { field.setEnabled(true); };
+    const auto hide = [](form::Control& field) { field.setVisible(false); };
+    if (userControl().tools().DeviceRevision != "1") {
+        each("txtPLParams", 41, 41, enable);
+        each("lblPLParamTitle", 80, 81, enable);
+        return;
+    }
+    each("txtPLParams", 42, 45, hide);
+    each("lblPLParamTitle", 82, 86, hide);
+    each("lblPLParamTitle", 99, 108, hide);
+    each("lblPLParams", 26, 26, hide);
 }
 
 }  // namespace kt500::devices

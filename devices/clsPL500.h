@@ -47,17 +47,62 @@ public:
         return strParam == "actualTravel";
     }
 
+    [[nodiscard]] float LoadFactorLimit1() override { return fieldLimit({"txtPLParams", 11}); }
+    [[nodiscard]] float LoadFactorLimit2() override { return fieldLimit({"txtPLParams", 12}); }
+    [[nodiscard]] float LoadFactorLimit3() override { return 0.0F; }
+    [[nodiscard]] float BreakawayPressureLimit1() override {
+        return fieldLimit({"txtPLParams", 13});
+    }
+    [[nodiscard]] float BreakawayPressureLimit2() override {
+        return fieldLimit({"txtPLParams", 14});
+    }
+    [[nodiscard]] float LeakageSignalLimit1() override { return fieldLimit({"txtPLParams", 15}); }
+    [[nodiscard]] std::string ResetingFrame() const override { return m_resetingFrame; }
+    void setResetingFrame(std::string strFrame) override { m_resetingFrame = std::move(strFrame); }
+    // The pneumatics settings: the parameter fields tagged with their items.
+    [[nodiscard]] std::string PressurePeakTolerance() override {
+        return settingText("pressurePeakTolerance");
+    }
+    void setPressurePeakTolerance(const std::string& strValue) override {
+        setSettingText("pressurePeakTolerance", strValue);
+    }
+    [[nodiscard]] std::string PressureRecoveryTime() override {
+        return settingText("pressureRecoveryTime");
+    }
+    void setPressureRecoveryTime(const std::string& strValue) override {
+        setSettingText("pressureRecoveryTime", strValue);
+    }
+
+    void SetDeviceTypeIdChanges() override {}
+    // Revision 2 fields enabled; revision 1 hides the runs of fields that
+    // only revision 2 devices fill.
+    void SetDeviceRevisionChanges() override;
+    void SendOfflineConf() override;
+
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
     [[nodiscard]] const DateFields* deviceDateFields() const override;
 
     [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
 
+    void ShowFrame(const std::string& strNodeName) override;
+    void HideFrames() override;
+
 protected:
     [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
                                                    std::string_view strItem) const override;
 
+    [[nodiscard]] bool hasTrendTime(std::string_view strProperty) const override {
+        return strProperty == "LoadFactorTime" || strProperty == "BreakawayPressureTime" ||
+               strProperty == "LeakageSignalTime";
+    }
+
 private:
+    // The txtPLParams field whose Tag is the item; nothing when not on the form.
+    [[nodiscard]] form::Control* settingField(std::string_view strItem) const;
+    [[nodiscard]] std::string settingText(std::string_view strItem) const;
+    void setSettingText(std::string_view strItem, const std::string& strValue);
+    std::string m_resetingFrame;
     // Switches the leakage measurement fields with the measurement time.
     void showLeakageMeasurement(bool blOn);
 };

@@ -216,8 +216,8 @@ bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& strSessionDat
 
 bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
     if (!strReply.empty()) {
-        // The reply routing (ItemListFromReply) is not part of the control yet.
-        Guard("IQDLGuiEvent_CommunicationEvent", [] { throw MemberMissing("ItemListFromReply"); });
+        Guard("IQDLGuiEvent_CommunicationEvent",
+              [this, &strReply] { m_replies.ItemListFromReply(strReply); });
     }
     return true;
 }

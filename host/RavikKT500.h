@@ -8,9 +8,11 @@
 #include "data/ChangeTracking.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
+#include "data/ReplyRouting.h"
 #include "data/Requests.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
+#include "devices/StatusTree.h"
 #include "devices/Units.h"
 #include "form/Form.h"
 #include "host/DebugTrace.h"
@@ -18,6 +20,7 @@
 #include "host/SessionData.h"
 #include "host/clsTools.h"
 #include "host/modRegistry.h"
+#include "presentation/NavigationTree.h"
 #include "services/IDtmLanguage.h"
 #include "services/IDtmServiceProvider.h"
 #include "services/IQDLGuiEvent.h"
@@ -146,24 +149,26 @@ public:
     void EnableTesting(bool blValue) override;
 
     // --- Replies, status tree, trends and charts ---
-    void SetReadVariables(const std::string& /*strRequestName*/, bool /*IsFinal*/,
-                          const std::string& /*strAccessType*/, bool /*blError*/) override {
-        throw devices::MemberMissing("SetReadVariables");
+    void SetReadVariables(const std::string& strRequestName, bool IsFinal,
+                          const std::string& strAccessType, bool blError) override {
+        m_replies.SetReadVariables(strRequestName, IsFinal, strAccessType, blError);
     }
-    void IncreaseProgress() override { throw devices::MemberMissing("IncreaseProgress"); }
+    void IncreaseProgress() override { m_replies.IncreaseProgress(); }
+    void UpdateGroupTimeStamp(const std::string& strGroup) override {
+        m_values.UpdateGroupTimeStamp(strGroup);
+    }
+    // The trend charts' limits come with the trends.
+    void UpdateLimits() override { throw devices::MemberMissing("UpdateLimits"); }
     void CalibrationValueSet(bool /*blOk*/) override {
         throw devices::MemberMissing("CalibrationValueSet");
     }
-    void BuildStatusTree() override { throw devices::MemberMissing("BuildStatusTree"); }
-    void UpdateStatusTree(const std::vector<xml::Node>& /*xmlStatusList*/,
-                          xml::Node /*xmlItem*/) override {
-        throw devices::MemberMissing("UpdateStatusTree");
+    void BuildStatusTree() override { m_statusTree.BuildStatusTree(); }
+    void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList, xml::Node xmlItem) override {
+        m_statusTree.UpdateStatusTree(xmlStatusList, xmlItem);
     }
-    void UpdateStatusParentNodes() override {
-        throw devices::MemberMissing("UpdateStatusParentNodes");
-    }
-    void UpdateHeaderStatus() override { throw devices::MemberMissing("UpdateHeaderStatus"); }
-    void UnKnownStatus() override { throw devices::MemberMissing("UnKnownStatus"); }
+    void UpdateStatusParentNodes() override { m_statusTree.UpdateStatusParentNodes(); }
+    void UpdateHeaderStatus() override { m_statusTree.UpdateHeaderStatus(); }
+    void UnKnownStatus() override { m_statusTree.UnKnownStatus(); }
     void AddTravelDeviationValuePair(xml::Node /*item*/, bool /*blInit*/) override {
         throw devices::MemberMissing("AddTravelDeviationValuePair");
     }
@@ -189,17 +194,17 @@ public:
                                const std::string& /*strGraphValues*/) override {
         throw devices::MemberMissing("UpdateMonitoringGraph");
     }
-    void ChangeImage(const std::string& /*strTag*/, const std::string& /*strContainer*/,
-                     const std::string& /*strImage*/) override {
-        throw devices::MemberMissing("ChangeImage");
+    void ChangeImage(const std::string& strTag, const std::string& strContainer,
+                     const std::string& strImage) override {
+        m_replies.ChangeImage(strTag, strContainer, strImage);
     }
-    void ClearChangedSigns(const std::string& /*strRequestGroup*/) override {
-        throw devices::MemberMissing("ClearChangedSigns");
+    void ClearChangedSigns(const std::string& strRequestGroup) override {
+        m_replies.ClearChangedSigns(strRequestGroup);
     }
 
     // --- Presentation (the tree and the captions come with their subsystems) ---
-    void BuildNavigationTree() override { throw devices::MemberMissing("BuildNavigationTree"); }
-    void SelectNode(int /*intIndex*/) override { throw devices::MemberMissing("SelectNode"); }
+    void BuildNavigationTree() override { m_navigation.BuildNavigationTree(); }
+    void SelectNode(int intIndex) override { m_navigation.SelectNode(intIndex); }
     void TranslateForm() override { throw devices::MemberMissing("TranslateForm"); }
 
     // --- Change tracking ---
@@ -256,8 +261,11 @@ private:
     SessionData m_session;
     data::ParameterValues m_values{*this};
     data::Requests m_requests{*this};
+    data::ReplyRouting m_replies{*this};
     data::ChangeTracking m_changes{*this};
     devices::Units m_units{*this};
+    devices::StatusTree m_statusTree{*this};
+    presentation::NavigationTree m_navigation{*this};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

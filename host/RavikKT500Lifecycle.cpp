@@ -138,9 +138,13 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         CreateDeviceClass();
 
         // Not part of the control yet, and skipped here: the monitoring and
-        // test charts; the pop-up menu entries; the device class's type and
-        // revision differences; the status tree and the arrangement of the
-        // family's pages; the captions of the language.
+        // test charts; the pop-up menu entries.
+        m_objDeviceClass->SetDeviceTypeIdChanges();
+        m_objDeviceClass->SetDeviceRevisionChanges();
+        BuildStatusTree();
+        m_navigation.BuildNavigationTree();
+        // The chart series and the captions of the language come with their
+        // parts.
 
         m_values.FillMappedParams();
         m_values.FillDateFields();

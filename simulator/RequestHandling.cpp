@@ -53,9 +53,21 @@ void SimulatedControl::answer(const CommunicationRequest& request) {
     if (const auto failure = m_failures.find(request.name); failure != m_failures.end()) {
         const std::string errorCode = failure->second;
         m_failures.erase(failure);
-        sendOnBus(
-            ErrorReply(request, errorCode,
-                       errorCode == "missingItems" ? request.items : std::vector<MessageItem>{}));
+        if (errorCode == "missingItems") {
+            // Found before the device is asked: one reply lists the items.
+            sendOnBus(ErrorReply(request, errorCode, request.items));
+            return;
+        }
+        // The device fails each command of the group: a read fails in as
+        // many pieces as it would have answered, the last one closing it.
+        const GroupInfo* failing = device().group(request.name);
+        const int pieces =
+            request.access == "read" && failing != nullptr ? std::max(failing->requestCount, 1) : 1;
+        for (int piece = 1; piece <= pieces; ++piece) {
+            CommunicationReply reply = ErrorReply(request, errorCode);
+            reply.isFinal = piece == pieces;
+            sendOnBus(reply);
+        }
         return;
     }
     const GroupInfo* group = device().group(request.name);

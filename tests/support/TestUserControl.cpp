@@ -91,9 +91,17 @@ form::Control& TestUserControl::addField(form::ControlKind kind, const std::stri
                                          const std::string& frameArray, int frameIndex,
                                          const std::string& tag) {
     form::Control& page = m_form->control(frameArray, frameIndex);
-    form::Control& field = m_form->add(kind, name, index, &page);
-    field.setTag(tag);
-    return field;
+    // A field that the shipped pages already hold is taken over as it is.
+    form::Control* field = m_form->find(name, index);
+    if (field == nullptr) {
+        field = &m_form->add(kind, name, index, &page);
+    } else if (field->kind() != kind) {
+        throw std::invalid_argument(name + " is on the form as another kind of control");
+    } else {
+        m_form->setContainer(*field, &page);
+    }
+    field->setTag(tag);
+    return *field;
 }
 
 }  // namespace kt500::testing

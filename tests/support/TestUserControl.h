@@ -8,14 +8,17 @@
 #include "data/ChangeTracking.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
+#include "data/ReplyRouting.h"
 #include "data/Requests.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
+#include "devices/StatusTree.h"
 #include "devices/Units.h"
 #include "services/IQDLGuiEvent.h"
 #include "simulator/BuiltInBL.h"
 #include "simulator/HeadlessDialogs.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -72,6 +75,10 @@ public:
         unitPages.ChangeParameterUnit(strParameter, strOldUnit, intFrame, strNewUnit);
     }
     void SendRequest(const std::string& str_frame, const std::string& str_accessType) override {
+        if (sendRequestHook) {
+            sendRequestHook(str_frame, str_accessType);
+            return;
+        }
         requests.SendRequest(str_frame, str_accessType);
     }
     void EnableDeviceActions(bool blEnabled) override { requests.EnableDeviceActions(blEnabled); }
@@ -112,19 +119,40 @@ public:
                           const std::string& strAccessType, bool blError) override {
         record("SetReadVariables " + strRequestName + " " + std::to_string(IsFinal) + " " +
                strAccessType + " " + std::to_string(blError));
+        replyRouting.SetReadVariables(strRequestName, IsFinal, strAccessType, blError);
     }
-    void IncreaseProgress() override { record("IncreaseProgress"); }
+    void IncreaseProgress() override {
+        record("IncreaseProgress");
+        replyRouting.IncreaseProgress();
+    }
+    void UpdateGroupTimeStamp(const std::string& strGroup) override {
+        record("UpdateGroupTimeStamp " + strGroup);
+        values.UpdateGroupTimeStamp(strGroup);
+    }
+    void UpdateLimits() override { record("UpdateLimits"); }
     void CalibrationValueSet(bool blOk) override {
         record("CalibrationValueSet " + std::to_string(blOk));
     }
-    void BuildStatusTree() override { record("BuildStatusTree"); }
-    void UpdateStatusTree(const std::vector<xml::Node>& /*xmlStatusList*/,
-                          xml::Node xmlItem) override {
-        record("UpdateStatusTree " + xmlItem.attribute("name"));
+    void BuildStatusTree() override {
+        record("BuildStatusTree");
+        statusTree.BuildStatusTree();
     }
-    void UpdateStatusParentNodes() override { record("UpdateStatusParentNodes"); }
-    void UpdateHeaderStatus() override { record("UpdateHeaderStatus"); }
-    void UnKnownStatus() override { record("UnKnownStatus"); }
+    void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList, xml::Node xmlItem) override {
+        record("UpdateStatusTree " + xmlItem.attribute("name"));
+        statusTree.UpdateStatusTree(xmlStatusList, xmlItem);
+    }
+    void UpdateStatusParentNodes() override {
+        record("UpdateStatusParentNodes");
+        statusTree.UpdateStatusParentNodes();
+    }
+    void UpdateHeaderStatus() override {
+        record("UpdateHeaderStatus");
+        statusTree.UpdateHeaderStatus();
+    }
+    void UnKnownStatus() override {
+        record("UnKnownStatus");
+        statusTree.UnKnownStatus();
+    }
     void AddTravelDeviationValuePair(xml::Node item, bool) override {
         record("AddTravelDeviationValuePair " + item.attribute("name"));
     }
@@ -153,9 +181,11 @@ public:
     void ChangeImage(const std::string& strTag, const std::string& strContainer,
                      const std::string& strImage) override {
         record("ChangeImage " + strTag + " " + strContainer + " " + strImage);
+        replyRouting.ChangeImage(strTag, strContainer, strImage);
     }
     void ClearChangedSigns(const std::string& strRequestGroup) override {
         record("ClearChangedSigns " + strRequestGroup);
+        replyRouting.ClearChangedSigns(strRequestGroup);
     }
 
     // --- IQDLGuiEvent: replies are kept for the test ---
@@ -180,6 +210,8 @@ public:
         m_deviceClass = std::move(deviceClass);
         m_deviceClass->setObjUserControl(this);
     }
+    // When set, SendRequest calls this instead of the request subsystem.
+    std::function<void(const std::string& group, const std::string& access)> sendRequestHook;
     // When set, requests go to this double instead of the built-in BL.
     std::shared_ptr<services::IDtmControl> controlDouble;
     // The messages shown through ShowMsg, as "header: text".
@@ -196,14 +228,17 @@ public:
     // only recorded in calls.
     std::optional<std::set<std::pair<std::string, bool>>> confirmationRows;
     // Adds a control to a page: kind, name, element, the page's frame
-    // (by array and element) and Tag.
+    // (by array and element) and Tag. A control of that name and element
+    // that the form already holds is moved to the page and tagged instead.
     form::Control& addField(form::ControlKind kind, const std::string& name, int index,
                             const std::string& frameArray, int frameIndex, const std::string& tag);
 
     data::ParameterValues values{*this};
     data::Requests requests{*this};
+    data::ReplyRouting replyRouting{*this};
     data::ChangeTracking changes{*this};
     devices::Units unitPages{*this};
+    devices::StatusTree statusTree{*this};
 
 private:
     std::unique_ptr<form::Form> m_form;

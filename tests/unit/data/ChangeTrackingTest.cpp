@@ -1,15 +1,16 @@
 #include "data/ChangeTracking.h"
+#include "devices/SeparatedList.h"
 #include "support/TestUserControl.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace kt500::data {
 namespace {
 
-using form::ControlKind;
 using testing::TestUserControl;
-
-constexpr int kOperationUnit = 7;
 
 simulator::SessionOptions Options(std::string deviceKey, bool online) {
     simulator::SessionOptions options;
@@ -82,19 +83,25 @@ TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
     EXPECT_NO_THROW(uc.changes.ChangeTreeIcon("noSuchPage", "error"));
 }
 
-// The operation unit page with a text box, a list box and their marks;
-// the snapshot holds "PV-101" and "second".
+// The operation unit page: the hartTag text box, the deviceMonth list box
+// and their marks.
 class RestoreOldValuesTest : public ::testing::TestWithParam<bool> {
 protected:
     TestUserControl uc{Options("KT520_7", GetParam())};
-    int next = 0;  // the next element of each array
-    form::Control& text = field(ControlKind::TextBox, "txtHAOperationUnit", "hartTag");
-    form::Control& list = field(ControlKind::ComboBox, "comHAOperationUnit", "deviceMonth");
-    form::Control& textMark = field(ControlKind::Image, "imgHAOperationUnit", "hartTag");
-    form::Control& listMark = field(ControlKind::Image, "imgHAOperationUnit", "deviceMonth");
+    form::Control& text = uc.form().control("txtHAOperationUnit", 0);
+    form::Control& list = uc.form().control("comHAOperationUnit", 1);
+    form::Control& textMark = uc.form().control("imgHAOperationUnit", 0);
+    form::Control& listMark = uc.form().control("imgHAOperationUnit", 4);
 
-    form::Control& field(ControlKind kind, const std::string& name, const std::string& tag) {
-        return uc.addField(kind, name, next++, "fraKT520", kOperationUnit, tag);
+    // A snapshot of the page's fields in form order: hartTag, description,
+    // message, deviceDay, deviceMonth, deviceDate.
+    static std::string snapshot(const std::string& hartTag, const std::string& deviceMonth) {
+        std::string values;
+        for (const std::string& value :
+             std::vector<std::string>{hartTag, "", "", "", deviceMonth, ""}) {
+            devices::AppendSeparated(values, value);
+        }
+        return values;
     }
     void edit() {
         for (const char* entry : {"first", "second"}) {
@@ -114,7 +121,7 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     const bool online = GetParam();
     edit();
     uc.tools().CurrentFrame = "HAoperationUnit";
-    uc.tools().set_old_values("PV-101\xC2\xA4second\xC2\xA4");
+    uc.tools().set_old_values(snapshot("PV-101", "second"));
 
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "PV-101");
@@ -135,7 +142,7 @@ TEST_P(RestoreOldValuesTest, NoSnapshotLeavesTheFieldAndAnEmptyFieldClearsTheLis
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "edited");
 
-    uc.tools().set_old_values("PV-101\xC2\xA4\xC2\xA4");
+    uc.tools().set_old_values(snapshot("PV-101", ""));
     uc.changes.RestoreOldValues("HAoperationUnit", "deviceMonth");
     EXPECT_EQ(list.listIndex(), -1);
     EXPECT_EQ(text.text(), "edited");

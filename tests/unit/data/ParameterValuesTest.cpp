@@ -54,25 +54,26 @@ void SetLive(TestUserControl& uc, const std::string& name, const std::string& at
 
 TEST(FetchValueByTagTest, FieldOnTheFamilysPagesElseTheDocument) {
     TestUserControl uc(Options("KT520_7"));
+    form::Form& form = uc.form();
+    form::Control& field = form.control("txtHAOperationUnit", 0);  // hartTag
+    field.setText("TAG-7");
     // Outside the family's pages a field does not count.
-    uc.addField(ControlKind::TextBox, "txtElsewhere", -1, "fraCommon", 1, "hartTag")
-        .setText("not this");
+    form.setContainer(field, &form.control("fraCommon", 1));
     EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "PV-101");
 
     // A field in a frame inside the page counts.
     form::Control& group =
-        uc.addField(ControlKind::Frame, "fraHAGroup", -1, "fraKT520", kOperationUnit, "");
-    uc.form().add(ControlKind::TextBox, "txtHAOperationUnit", 0, &group).setTag("hartTag");
-    uc.form().control("txtHAOperationUnit", 0).setText("TAG-7");
+        form.add(ControlKind::Frame, "fraHAGroup", -1, &form.control("fraKT520", kOperationUnit));
+    form.setContainer(field, &group);
     EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "TAG-7");
 
     // The manufacturer is always the data set's.
-    uc.addField(ControlKind::Label, "lblHAPositionerInformation", 0, "fraKT520", 9, "manufacturer")
-        .setCaption("Shown");
+    form.control("lblHAPositionerInformation", 0).setCaption("Shown");
     EXPECT_EQ(uc.values.FetchValueByTag("manufacturer", false), "Ravik Automation");
 
-    uc.addField(ControlKind::CheckBox, "chkHAConfig", 0, "fraKT520", 5, "burstMode").setValue(1);
-    EXPECT_EQ(uc.values.FetchValueByTag("burstMode", false), "1");
+    form::Control& box = form.control("chkResetDiagnostics", 0);
+    box.setValue(1);
+    EXPECT_EQ(uc.values.FetchValueByTag(box.tag(), false), "1");
 }
 
 TEST(FetchValueByTagTest, ListBoxGivesItemDataOrTextAndNothingWithoutEntry) {
@@ -89,6 +90,9 @@ TEST(FetchValueByTagTest, ListBoxGivesItemDataOrTextAndNothingWithoutEntry) {
 
 TEST(FetchValueByTagTest, EmptyDocumentValueIsZeroExceptForStrings) {
     TestUserControl uc(Options("KT520_7"));
+    // Without their page fields the values come from the document.
+    uc.form().remove(uc.form().control("txtHAHartConfiguration", 0));  // pollingAddress
+    uc.form().remove(uc.form().control("txtHAOperationUnit", 0));      // hartTag
     SetLive(uc, "pollingAddress", "value", "");
     SetLive(uc, "hartTag", "value", "");
     EXPECT_EQ(uc.values.FetchValueByTag("pollingAddress", false), "0");
@@ -140,14 +144,12 @@ TEST(FillListsTest, DateSelectorsOfTheClass) {
 class SetItemValueTest : public ::testing::Test {
 protected:
     TestUserControl uc{Options("KT520_7")};
-    form::Control& text(const std::string& tag) {
-        return uc.addField(ControlKind::TextBox, "txtHAOperationUnit", next++, "fraKT520",
-                           kOperationUnit, tag);
-    }
+    // The page fields of hartTag and tightShutOff.
+    form::Control& hartTag = uc.form().control("txtHAOperationUnit", 0);
+    form::Control& tightShutOff = uc.form().control("txtHAPositionControl", 6);
     void offline(const std::string& name, const std::string& value, std::int16_t sync = 1) {
         uc.values.SetItemValueToGUI({}, name, value, "noUnit", sync);
     }
-    int next = 10;
 };
 
 TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
@@ -166,21 +168,19 @@ TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
         {QLocale::English, "1.04", "1", "1"},
         {QLocale::English, "1000000.5", "1", "1000000.5"},
     };
-    form::Control& field = text("tightShutOff");
     for (const Case& c : cases) {
         SCOPED_TRACE(c.value + " decimals '" + c.decimals + "'");
         const LocaleGuard locale{QLocale(c.language)};
         SetLive(uc, "tightShutOff", "decimals", c.decimals);
         offline("tightShutOff", c.value);
-        EXPECT_EQ(field.text(), c.shown);
+        EXPECT_EQ(tightShutOff.text(), c.shown);
     }
 }
 
 TEST_F(SetItemValueTest, EmptyFloatShowsEmptyAndBadNumberFails) {
-    form::Control& field = text("tightShutOff");
-    field.setText("5");
+    tightShutOff.setText("5");
     offline("tightShutOff", "  ");
-    EXPECT_EQ(field.text(), "");
+    EXPECT_EQ(tightShutOff.text(), "");
     EXPECT_THROW(offline("tightShutOff", "abc"), std::invalid_argument);
 }
 
@@ -204,31 +204,29 @@ TEST_F(SetItemValueTest, DeviceTypeIsTranslatedAndErrorsShowUnknown) {
 }
 
 TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
-    form::Control& field = text("hartTag");
-    form::Control& mark = uc.addField(ControlKind::Image, "imgHAOperationUnit", 0, "fraKT520",
-                                      kOperationUnit, "hartTag");
+    form::Control& mark = uc.form().control("imgHAOperationUnit", 0);  // hartTag's row
     form::Control& otherPage =
         uc.addField(ControlKind::Image, "imgHAAlertSettings", 0, "fraKT520", 3, "hartTag");
     mark.setVisible(false);
     otherPage.setVisible(false);
 
     offline("hartTag", "PV-1", 0);
-    EXPECT_EQ(field.text(), "PV-1");
-    EXPECT_EQ(field.foreColor(), devices::ColorChanged);
+    EXPECT_EQ(hartTag.text(), "PV-1");
+    EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
     EXPECT_TRUE(mark.visible());
     EXPECT_FALSE(otherPage.visible());
 
     offline("hartTag", "PV-2", 1);
-    EXPECT_EQ(field.foreColor(), devices::ColorSynchronised);
+    EXPECT_EQ(hartTag.foreColor(), devices::ColorSynchronised);
     EXPECT_FALSE(mark.visible());
 
     // A reply brings the value and leaves colour and mark to the group's close.
-    field.setForeColor(devices::ColorChanged);
+    hartTag.setForeColor(devices::ColorChanged);
     xml::LoadResult reply = xml::Document::parse(
         "<item name='hartTag' unit='noUnit'><stringVal>PV-3</stringVal></item>");
     uc.values.SetItemValueToGUI(reply.document->root(), "", "", "", 0);
-    EXPECT_EQ(field.text(), "PV-3");
-    EXPECT_EQ(field.foreColor(), devices::ColorChanged);
+    EXPECT_EQ(hartTag.text(), "PV-3");
+    EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
 }
 
 TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
@@ -364,8 +362,8 @@ TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
 
 TEST_F(ApplyInitialValuesTest, NodesOfTheModeAndValuesOnThePage) {
     guiInit({{"operationUnit", "1"}, {"hartConfiguration", "3"}});
-    form::Control& field = uc.addField(ControlKind::TextBox, "txtHAOperationUnit", 0, "fraKT520",
-                                       kOperationUnit, "hartTag");
+    uc.values.FillDateFields();  // the start-up fills them before the values come
+    form::Control& field = uc.form().control("txtHAOperationUnit", 0);  // hartTag
     SetLive(uc, "hartTag", "synchronised", "0");
 
     uc.tools().OnlineConf = false;

@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kt500::data {
 namespace {
@@ -259,7 +260,11 @@ protected:
 
 TEST_P(RequestsRefusalTest, ARefusedRequestGivesTheToolsBackAndReports) {
     recorder->accepts = false;
-    uc.addField(ControlKind::CommandButton, "cmdResetDiagnostics", -1, "fraKT520", 20, "");
+    const std::vector<form::Control*> resets = uc.form().elements("cmdResetDiagnostics");
+    ASSERT_FALSE(resets.empty());
+    for (form::Control* reset : resets) {
+        reset->setEnabled(false);
+    }
     uc.deviceClass().setCancelledGroups(std::string("Alert settings") +
                                         std::string(devices::Separator));
     uc.tools().ShowProgressbar = true;
@@ -274,7 +279,9 @@ TEST_P(RequestsRefusalTest, ARefusedRequestGivesTheToolsBackAndReports) {
     EXPECT_TRUE(toolbar.item("uploadCurrent").enabled);
     EXPECT_EQ(toolbar.item("send").enabled, GetParam().sendEnabled);
     EXPECT_EQ(toolbar.item("settings").enabled, GetParam().sendEnabled);
-    EXPECT_EQ(uc.form().control("cmdResetDiagnostics").enabled(), GetParam().sendEnabled);
+    for (const form::Control* reset : resets) {
+        EXPECT_EQ(reset->enabled(), GetParam().sendEnabled) << reset->displayName();
+    }
     EXPECT_TRUE(uc.deviceClass().CancelledGroups().empty());
     ASSERT_EQ(uc.messages.size(), 2U);
     EXPECT_NE(uc.messages[0].find("Alert settings"), std::string::npos);
@@ -295,8 +302,11 @@ class DeviceActionsTest : public RequestsTest, public ::testing::WithParamInterf
 
 TEST_P(DeviceActionsTest, EnablingKeepsTheRoleRulesAndLeavesRunningMonitoringAlone) {
     uc.tools().ActorRole = GetParam().role;
-    uc.addField(ControlKind::CommandButton, "cmdResetDiagnostics", -1, "fraKT520", 20, "");
-    uc.addField(ControlKind::CommandButton, "cmdHAAutoTravelCalibration", -1, "fraKT520", 1, "");
+    const std::vector<form::Control*> resets = uc.form().elements("cmdResetDiagnostics");
+    const std::vector<form::Control*> calibrations =
+        uc.form().elements("cmdHAAutoTravelCalibration");
+    ASSERT_FALSE(resets.empty());
+    ASSERT_FALSE(calibrations.empty());
     uc.requests.EnableDeviceActions(false);
     EXPECT_FALSE(uc.form().control("cmdHAMonitoring", 1).enabled());
     EXPECT_FALSE(uc.form().control("cmdStartTest", 1).enabled());
@@ -307,8 +317,12 @@ TEST_P(DeviceActionsTest, EnablingKeepsTheRoleRulesAndLeavesRunningMonitoringAlo
     EXPECT_FALSE(uc.form().control("cmdHAMonitoring", 0).enabled());
     EXPECT_TRUE(uc.form().control("cmdStartTest", 0).enabled());
     EXPECT_TRUE(uc.form().control("cmdStartTest", 1).enabled());
-    EXPECT_EQ(uc.form().control("cmdResetDiagnostics").enabled(), GetParam().reset);
-    EXPECT_EQ(uc.form().control("cmdHAAutoTravelCalibration").enabled(), GetParam().calibration);
+    for (const form::Control* reset : resets) {
+        EXPECT_EQ(reset->enabled(), GetParam().reset) << reset->displayName();
+    }
+    for (const form::Control* calibration : calibrations) {
+        EXPECT_EQ(calibration->enabled(), GetParam().calibration) << calibration->displayName();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Roles, DeviceActionsTest,

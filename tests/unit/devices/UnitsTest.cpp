@@ -79,26 +79,26 @@ TEST(DeviceUnits, FollowTheKindOfValue) {
 }
 
 TEST_F(UnitPages, ConvertValueForDeviceConvertsOnlyFromAnotherPageUnit) {
-    unitLabel("lblHALoadFactor", 5, "supplyPressure", "psiG");
+    control("lblHAMonitoringSettings", 1).setCaption("psiG");  // HAactuatorPressureUnit
     DeviceClass& device = kt.deviceClass();
-    EXPECT_NEAR(Str2Dbl(device.ConvertValueForDevice("14.5037738", "barG", "supplyPressure")), 1.0,
-                1e-5);
-    EXPECT_EQ(device.ConvertValueForDevice("abc", "psiG", "supplyPressure"), "abc");
+    EXPECT_NEAR(Str2Dbl(device.ConvertValueForDevice("14.5037738", "barG", "actuatorPressure")),
+                1.0, 1e-5);
+    EXPECT_EQ(device.ConvertValueForDevice("abc", "psiG", "actuatorPressure"), "abc");
     // No unit label: the page unit is "noUnit", which the service cannot convert.
-    EXPECT_EQ(device.ConvertValueForDevice("1", "barG", "pressureSpan"), "");
+    EXPECT_EQ(device.ConvertValueForDevice("1", "barG", "tightShutOff"), "");
 }
 
 TEST_F(UnitPages, FetchUnitNameReadsTheTaggedLabel) {
-    EXPECT_EQ(kt.unitPages.FetchUnitName("pressureSpan"), "noUnit");
-    unitLabel("lblHAPressureCalSpan", 0, "pressureSpan", "");
+    EXPECT_EQ(kt.unitPages.FetchUnitName("tightShutOff"), "noUnit");  // an untagged "%"
+    control("lblHAPressureCalSpan", 0).setCaption("");
     EXPECT_EQ(kt.unitPages.FetchUnitName("pressureSpan"), "noUnit");
 
     // The first label wins, but the last one of "supplyPressure".
-    unitLabel("lblHAMonitoringSettings", 1, "actuatorPressure", "barG");
-    unitLabel("lblHAActuatorPressure", 0, "actuatorPressure", "psiG");
-    unitLabel("lblHALoadFactor", 5, "supplyPressure", "barG");
-    unitLabel("lblHAManualPrestageTrim", 2, "supplyPressure", "psiG");
-    EXPECT_EQ(kt.unitPages.FetchUnitName("actuatorPressure"), "barG");
+    control("lblHAAmbientTemperature", 0).setCaption("degC");
+    control("lblHAAmbientTemperature", 1).setCaption("degF");
+    control("lblHALoadFactor", 5).setCaption("barG");
+    control("lblHAManualPrestageTrim", 2).setCaption("psiG");
+    EXPECT_EQ(kt.unitPages.FetchUnitName("measuredTemperature"), "degC");
     EXPECT_EQ(kt.unitPages.FetchUnitName("supplyPressure"), "psiG");
 }
 

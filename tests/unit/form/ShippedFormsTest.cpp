@@ -1,10 +1,14 @@
 // The form files that ship load into one form and hold what the session
 // start reaches for.
 #include "FormTestSupport.h"
+#include "simulator/DeviceCatalogue.h"
+#include "simulator/DeviceFamilySource.h"
+#include "xml/XPath.h"
 
 #include <gtest/gtest.h>
 
 #include <iterator>
+#include <set>
 #include <sstream>
 
 namespace kt500::form::test {
@@ -83,6 +87,139 @@ TEST_F(ShippedForms, StartUpControlsArePresentAndPagesFitTheUserControl) {
             EXPECT_LE(c->left() + c->width(), Form::kUserControlWidth) << c->displayName();
             EXPECT_LE(c->top() + c->height(), Form::kUserControlHeight) << c->displayName();
         }
+    }
+}
+
+// The value holders of the page that a frame element is.
+std::set<std::string> fieldTagsOn(const Form& form, const Control& page) {
+    std::set<std::string> tags;
+    for (const Control* c : form.controls()) {
+        const ControlKind kind = c->kind();
+        const bool holdsValue = kind == ControlKind::TextBox || kind == ControlKind::ComboBox ||
+                                kind == ControlKind::CheckBox || kind == ControlKind::Label;
+        if (holdsValue && !c->tag().empty() && Form::isInside(*c, page)) {
+            tags.insert(c->tag());
+        }
+    }
+    return tags;
+}
+
+TEST_F(ShippedForms, EveryParameterOfAHartPageGroupHasAFieldOnItsPage) {
+    // Trend, log and test value pages put their groups into charts and lists.
+    const std::set<std::string> chartPages{"travelDeviation", "travelVsTime",
+                                           "loadFactor",      "eventLog",
+                                           "stepTestValues",  "hysteresisTestValues"};
+    // Parameters shown elsewhere: the supply pressure on the load factor and
+    // trim pages only, the device id decoded by the device class.
+    const std::set<std::string> shownElsewhere{"supplyPressure", "deviceId"};
+    EXPECT_EQ(form.control("txtLoadFactor", 0).tag(), "supplyPressure");
+    EXPECT_EQ(form.control("lblHAPositionerInformation", 14).tag(), "");
+
+    const simulator::ParameterDocumentBuilder builder(shareDir() / "devices");
+    const auto selection = xml::Namespaces::fromSelection(
+        "xmlns:data='x-schema:QDLDatafileSchema.xml' "
+        "xmlns:typeInfo='x-schema:QDLDeviceTypeInfoSchema.xml'");
+    int models = 0;
+    for (const simulator::DeviceModel& model : simulator::DeviceCatalogue::models()) {
+        if (builder.familyFor(model.deviceType).prefix() != "HA") {
+            continue;
+        }
+        ++models;
+        const xml::Document document = builder.build(model);
+        const xml::XPath query(document, selection);
+        for (int i : form.array("fraKT520").indices()) {
+            const Control& page = form.control("fraKT520", i);
+            const std::string group = page.tag().substr(2);
+            if (chartPages.count(group) != 0) {
+                continue;
+            }
+            const std::set<std::string> tags = fieldTagsOn(form, page);
+            for (const xml::Node& param :
+                 query.select("//data:requestGroups/data:requestGroup[@name = '" + group +
+                              "']/data:includedParam")) {
+                const std::string name = param.attribute("name");
+                EXPECT_TRUE(tags.count(name) != 0 || shownElsewhere.count(name) != 0)
+                    << model.key << ": " << name << " has no field on " << page.displayName();
+            }
+        }
+    }
+    EXPECT_EQ(models, 12);
+}
+
+TEST_F(ShippedForms, OnlyPressuresAndTemperaturesHaveATaggedUnitLabel) {
+    // A tagged unit label makes a value travel converted to the device, so
+    // no other parameter may have one. "supplyPressure" is shown twice, the
+    // temperature's coefficient has its own unit label.
+    std::multiset<std::string> unitTags;
+    for (const Control* c : form.controls()) {
+        const std::string& tag = c->tag();
+        if (c->kind() == ControlKind::Label && c->name() != "lblTimeStamp" && tag.size() > 6 &&
+            tag.rfind("HA", 0) == 0 && tag.compare(tag.size() - 4, 4, "Unit") == 0) {
+            unitTags.insert(tag);
+        }
+    }
+    EXPECT_EQ(unitTags, (std::multiset<std::string>{
+                            "HAactuatorPressureUnit", "HAmeasuredTemperatureUnit",
+                            "HAmeasuredTemperatureUnit", "HApcbTemperatureUnit",
+                            "HApressureSpanUnit", "HAsupplyPressureUnit", "HAsupplyPressureUnit"}));
+    // The unit and value elements the device class reads.
+    const struct {
+        const char* name;
+        int index;
+        const char* tag;
+    } elements[] = {{"lblHALoadFactor", 5, "HAsupplyPressureUnit"},
+                    {"lblHAManualPrestageTrim", 2, "HAsupplyPressureUnit"},
+                    {"lblHAMonitoringSettings", 1, "HAactuatorPressureUnit"},
+                    {"lblHAMonitoringSettings", 2, "HApcbTemperatureUnit"},
+                    {"lblHAPressureCalSpan", 0, "HApressureSpanUnit"},
+                    {"lblHAAmbientTemperature", 0, "HAmeasuredTemperatureUnit"},
+                    {"lblHAMonitoringSettings", 10, "actuatorPressure"},
+                    {"lblHAMonitoringSettings", 11, "pcbTemperature"},
+                    {"txtHAPrestageTrim", 0, "supplyPressure"},
+                    {"txtHAPressureSensorCal", 0, "pressureSpan"},
+                    {"txtHATemperatureSensorCal", 0, "measuredTemperature"},
+                    {"comHAOperationUnit", 0, "deviceDay"},
+                    {"comHAOperationUnit", 1, "deviceMonth"},
+                    {"txtHAOperationUnit", 2, "deviceDate"}};
+    for (const auto& e : elements) {
+        EXPECT_EQ(form.control(e.name, e.index).tag(), e.tag) << e.name << " " << e.index;
+    }
+    // "supplyPressure" takes the last label with its tag.
+    const Control* last = nullptr;
+    for (const Control* c : form.controls()) {
+        if (c->kind() == ControlKind::Label && c->tag() == "HAsupplyPressureUnit") {
+            last = c;
+        }
+    }
+    EXPECT_EQ(last, &form.control("lblHAManualPrestageTrim", 2));
+}
+
+TEST_F(ShippedForms, TimeStampsAndRevisionControlsLieOnTheirHartPages) {
+    for (int i : form.array("lblTimeStamp").indices()) {
+        const Control& stamp = form.control("lblTimeStamp", i);
+        const Control& page = form.control("fraKT520", i);
+        EXPECT_EQ(stamp.tag(), page.tag());
+        EXPECT_TRUE(Form::isInside(stamp, page)) << i;
+    }
+    // "name:i@page": element i of name on fraKT520 element page.
+    for (const std::string& word :
+         words("comHAValveRelatedConfiguration:0@8 comHAValveRelatedConfiguration:1@8 "
+               "comHAValveRelatedConfiguration:2@8 comHAValveRelatedConfiguration:4@8 "
+               "lblHAAssemblyRealedConfiguration:0@8 lblHAAssemblyRealedConfiguration:4@8 "
+               "imgHAAssemblyRelatedConfiguration:0@8 txtHAPositionControl:3@8 "
+               "txtHAPositionControl:6@8 lblHAActuatorAndValveMeters:4@4 "
+               "lblHAActuatorAndValveMeters:9@4 lblHAActuatorAndValveMeters:10@4 "
+               "lblHAActuatorAndValveMeters:12@4 cmdHALoadFactorUpdate:-1@14 "
+               "fraResetOnlineAlerts:-1@15 lblHAPositionerInformation:14@9 "
+               "txtHATestSettings:2@17 chkHAMonitoring:2@6 lblHAMonitoringSettings:15@6 "
+               "txtHAFlowModification:11@11")) {
+        const auto colon = word.find(':');
+        const auto at = word.find('@');
+        const Control* c =
+            form.find(word.substr(0, colon), std::stoi(word.substr(colon + 1, at - colon - 1)));
+        ASSERT_NE(c, nullptr) << word;
+        EXPECT_TRUE(Form::isInside(*c, form.control("fraKT520", std::stoi(word.substr(at + 1)))))
+            << word;
     }
 }
 

@@ -1,0 +1,43 @@
+#include "data/ConfirmationRows.h"
+
+#include <string>
+
+namespace kt500::data {
+
+namespace {
+
+constexpr int kPageColumn = 4;
+
+form::ListViewModel* Rows(const form::Form& form) {
+    form::Control* list = form.find("lsvConfirmation");
+    return list == nullptr ? nullptr : &list->listView();
+}
+
+}  // namespace
+
+void RemoveGroupRows(const form::Form& form, std::string_view strGroup) {
+    form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return;
+    }
+    for (int row = rows->count(); row >= 1; --row) {
+        const std::string page = rows->subItem(row, kPageColumn);
+        if (page.size() > 2 && std::string_view(page).substr(2) == strGroup) {
+            rows->remove(row);
+        }
+    }
+}
+
+void RemoveCheckedRows(const form::Form& form) {
+    form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return;
+    }
+    for (int row = rows->count(); row >= 1; --row) {
+        if (rows->row(row).checked) {
+            rows->remove(row);
+        }
+    }
+}
+
+}  // namespace kt500::data

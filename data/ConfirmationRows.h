@@ -1,0 +1,19 @@
+// ConfirmationRows: the removals from lsvConfirmation that the request and
+// the reply side share. A row's sub-item 4 is the frame tag of its page;
+// the request group is that tag less the family prefix.
+#pragma once
+
+#include "form/Form.h"
+
+#include <string_view>
+
+namespace kt500::data {
+
+// Drops the rows whose page belongs to the request group strGroup: pending
+// edits of a page give way when the page is read again.
+void RemoveGroupRows(const form::Form& form, std::string_view strGroup);
+
+// Drops every checked row: what a completed write has taken.
+void RemoveCheckedRows(const form::Form& form);
+
+}  // namespace kt500::data

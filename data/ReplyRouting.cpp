@@ -1,0 +1,184 @@
+#include "data/ReplyRouting.h"
+
+#include "data/ConfirmationRows.h"
+#include "data/PageFields.h"
+#include "devices/DeviceClass.h"
+#include "host/DebugTrace.h"
+#include "xml/XPath.h"
+
+#include <string_view>
+#include <vector>
+
+namespace kt500::data {
+
+namespace {
+
+constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSchema.xml";
+constexpr int kNormalPointer = 0;
+// Steps of the bar that one reply may advance.
+constexpr int kProgressSteps = 10;
+
+// The request group of a page: its Tag less the family prefix.
+bool PageOfGroup(const form::Control* page, std::string_view strGroup) {
+    if (page == nullptr) {
+        return false;
+    }
+    const std::string_view tag = page->tag();
+    return tag.size() > 2 && tag.substr(2) == strGroup;
+}
+
+// ImportFromFile for the length of a replay, also when Reply fails.
+class ImportScope {
+public:
+    explicit ImportScope(host::clsTools& tools) : m_tools(tools) { m_tools.ImportFromFile = true; }
+    ~ImportScope() { m_tools.ImportFromFile = false; }
+    ImportScope(const ImportScope&) = delete;
+    ImportScope& operator=(const ImportScope&) = delete;
+
+private:
+    host::clsTools& m_tools;
+};
+
+}  // namespace
+
+void ReplyRouting::ItemListFromReply(const std::string& strReply) {
+    if (const auto trace =
+            host::TraceFor(m_control.tools().DebugLevel, host::TraceKind::RawData, strReply)) {
+        m_control.ShowMsg(trace->header, trace->text);
+    }
+
+    xml::ParseOptions options;
+    const xml::SchemaCollection* schemas = m_control.communicationSchemas();
+    if (schemas != nullptr && !schemas->empty()) {
+        options.schemas = schemas;
+    }
+    xml::LoadResult parsed = xml::Document::parse(strReply, options);
+    if (!parsed.ok()) {
+        // Reply still runs and finds no communicationResponse.
+        m_control.ShowMsg("ItemListFromReply", m_control.Translate("parseFailed"));
+        xml::Document empty = xml::Document::create("dtm", CommunicationNamespace);
+        m_control.deviceClass().Reply(empty);
+        return;
+    }
+    m_control.deviceClass().Reply(*parsed.document);
+}
+
+void ReplyRouting::ReplayDataFile(const xml::Document& xmlDocument) {
+    const ImportScope import(m_control.tools());
+    const xml::XPath query(xmlDocument, xml::Namespaces());
+    for (const xml::Node& response : query.select("/dtm/communicationResponse")) {
+        // Each response on its own, in a document shaped as a reply of the BL.
+        xml::Document scratch = xml::Document::create("dtm", response.parent().namespaceUri());
+        response.cloneInto(scratch.root());
+        m_control.deviceClass().Reply(scratch);
+    }
+}
+
+void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFinal,
+                                    const std::string& strAccessType, bool blError) {
+    if (!IsFinal) {
+        return;
+    }
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    tools.ValuesOk(strRequestName, "1");
+
+    const bool blChainRunning = form.control("ProgressBar1").visible();
+    if (tools.CurrentAutoAction == 0) {
+        m_control.UpdateGroupTimeStamp(strRequestName);
+        // A chain still counting keeps the toolbar busy until its last reply.
+        if (!blChainRunning) {
+            m_control.deviceClass().PrintErrorMessages();
+            form::ToolbarModel& toolbar = form.control("smuiDTM", 1).toolbar();
+            toolbar.setEnabled("stop", false);
+            toolbar.setEnabled("uploadCurrent", true);
+            if (tools.ActorRole != "observer") {
+                toolbar.setEnabled("send", true);
+                toolbar.setEnabled("settings", true);
+            }
+            m_control.EnableDeviceActions(true);
+            form.userControl().setMousePointer(kNormalPointer);
+            tools.ReadGroup = false;
+            tools.value_saved = false;
+            tools.CommunicationSign(strAccessType, "0");
+        }
+    }
+
+    if (strAccessType == "read") {
+        RemoveGroupRows(form, strRequestName);
+    }
+    if (!blError) {
+        m_control.ClearChangedSigns(strRequestName);
+    }
+    if (!blChainRunning && strAccessType == "write" && !blError) {
+        RemoveCheckedRows(form);
+    }
+    if (strRequestName == "alertSettings") {
+        m_control.UpdateLimits();
+    }
+}
+
+void ReplyRouting::IncreaseProgress() {
+    const std::int16_t action = m_control.tools().CurrentAutoAction;
+    if (action != 0 && action != 4) {
+        return;
+    }
+    form::Form& form = m_control.form();
+    form::Control& bar = form.control("ProgressBar1");
+    if (!bar.visible()) {
+        return;
+    }
+    for (int step = 0; step < kProgressSteps; ++step) {
+        if (bar.value() < bar.max() - 1) {
+            bar.setValue(bar.value() + 1);
+        } else {
+            bar.setVisible(false);
+            form.control("fraProgress").setVisible(false);
+            break;
+        }
+    }
+}
+
+void ReplyRouting::ClearChangedSigns(const std::string& strRequestGroup) {
+    devices::DeviceClass& device = m_control.deviceClass();
+    const std::string frameArray = device.FrameArrayName();
+    const std::string imagePrefix = device.ImagePrefix();
+    // The test values page shows the test settings as well.
+    std::vector<std::string> groups{strRequestGroup};
+    if (strRequestGroup == "testValues") {
+        groups.emplace_back("testSettings");
+    }
+    for (const std::string& group : groups) {
+        for (form::Control* control : m_control.form().controls()) {
+            if (!PageOfGroup(PageOf(*control, frameArray), group)) {
+                continue;
+            }
+            const form::ControlKind kind = control->kind();
+            const bool blField =
+                kind == form::ControlKind::TextBox || kind == form::ControlKind::ComboBox;
+            const bool blMark = control->name().starts_with(imagePrefix);
+            // A value still waiting in an unchecked row keeps its signs.
+            if ((blField || blMark) && !m_control.CheckIfValueChanged(control->tag(), false)) {
+                if (blField) {
+                    control->setForeColor(devices::ColorSynchronised);
+                } else {
+                    control->setVisible(false);
+                }
+            }
+        }
+    }
+}
+
+void ReplyRouting::ChangeImage(const std::string& strTag, const std::string& strContainer,
+                               const std::string& strImage) {
+    const std::string imagePrefix = m_control.deviceClass().ImagePrefix();
+    const std::string picture = strImage == "error" ? "error" : "changed";
+    for (form::Control* control : m_control.form().controls()) {
+        if (control->name().starts_with(imagePrefix) && control->tag() == strTag &&
+            LiesOn(*control, strContainer)) {
+            control->setPicture(picture);
+        }
+    }
+}
+
+}  // namespace kt500::data

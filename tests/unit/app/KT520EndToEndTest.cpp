@@ -1,0 +1,197 @@
+// A HART positioner end to end against the built-in BL: reads fill the
+// pages with the device's values and close their groups; failures are
+// gathered and shown once at the close.
+#include "app/ScriptSession.h"
+#include "data/PageFields.h"
+#include "data/ParameterDocument.h"
+#include "devices/Encodings.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <set>
+
+namespace kt500::app {
+namespace {
+
+simulator::SessionOptions Options(const std::string& key) {
+    simulator::SessionOptions options;
+    options.deviceKey = key;
+    return options;
+}
+
+class KT520EndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(session.start(Options("KT520_7")));
+        session.settle();
+        session.dialogs().takeBoxes();
+    }
+
+    host::RavikKT500& control() { return session.control(); }
+    host::clsTools& tools() { return *control().m_objTools; }
+
+    // The request groups of every upload group of the GUIInit document.
+    std::vector<std::string> uploadedGroups() {
+        std::vector<std::string> groups;
+        const xml::Document* guiInit = tools().RavikDTMParameters();
+        for (const xml::Node& uploads : guiInit->root().childElements("uploadGroups")) {
+            for (const xml::Node& upload : uploads.childElements("uploadGroup")) {
+                for (const xml::Node& group : upload.childElements()) {
+                    groups.push_back(group.attribute("name"));
+                }
+            }
+        }
+        return groups;
+    }
+
+    // Reads one group on a fresh progress bar and lets the BL answer every piece.
+    void read(const std::string& group) {
+        form::Control& bar = control().form().control("ProgressBar1");
+        bar.setValue(0);
+        bar.setMax(0);
+        tools().CurrentFrame = "HA" + group;
+        control().SendRequest(group, "read");
+        session.settle();
+    }
+
+    std::string treeImage(const std::string& key) {
+        const form::TreeNode* node = control().form().control("treeNavigation").tree().find(key);
+        return node == nullptr ? "<no node>" : node->image;
+    }
+
+    std::vector<std::string> boxes() {
+        std::vector<std::string> texts;
+        for (const auto& box : session.dialogs().takeBoxes()) {
+            texts.push_back(box.header + " | " + box.text);
+        }
+        return texts;
+    }
+
+    ScriptSession session{KT500_SHARE_DIR};
+};
+
+// The page shows a value in its own form: numbers rounded to the
+// parameter's decimals with the locale's sign, list entries by item data.
+bool SameValue(const std::string& page, const std::string& device, const std::string& type,
+               int decimals) {
+    if (type == "stringVal") {
+        return page == device;
+    }
+    const double shown = devices::Str2Dbl(devices::fDecimalSep(page, "."));
+    const double sent = devices::Str2Dbl(device);
+    return std::abs(shown - sent) <= 0.5 * std::pow(10.0, -decimals) + 1e-9;
+}
+
+TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
+    // Values the pages show in another form than the device holds them.
+    const std::set<std::string> converted = {"deviceId", "kt500SerialNumber", "deviceDate",
+                                             "deviceDay", "deviceMonth"};
+    // Groups whose values go to the charts and lists of later parts: their
+    // replies fail there, clearly, under the communication event.
+    const std::map<std::string, std::string> chartGroups = {
+        {"travelDeviation", "AddTravelDeviationValuePair"},
+        {"loadFactor", "AddLoadFactorValuePair"},
+        {"travelVsTime", "AddTravelVsTimeValuePair"},
+        {"eventLog", "FillEventLog"},
+    };
+    const data::ParameterDocument document(control().parameterNode(), *control().xmlDataFile());
+    form::Form& form = control().form();
+    int compared = 0;
+    for (const std::string& group : uploadedGroups()) {
+        SCOPED_TRACE(group);
+        // The test settings are read as the request of the test chosen on
+        // their page (a step test here); without one the request keeps the
+        // template's name, which the BL does not know.
+        tools().CurrentTest = group == "testSettings" ? 1 : 0;
+        read(group);
+        const std::vector<std::string> shown = boxes();
+        if (const auto chart = chartGroups.find(group); chart != chartGroups.end()) {
+            ASSERT_FALSE(shown.empty());
+            EXPECT_NE(shown[0].find(chart->second), std::string::npos) << shown[0];
+            continue;
+        }
+        // The flow curve's graph and the alert limits on the trend charts
+        // come with their parts; the page values are in place before.
+        const std::string later = group == "flowModification" ? "UpdateFlowModificationGraph"
+                                  : group == "alertSettings"  ? "UpdateLimits"
+                                                              : "";
+        if (later.empty()) {
+            EXPECT_EQ(shown, std::vector<std::string>{});
+            const auto& pages = host::clsTools::SnapshotPages();
+            if (std::find(pages.begin(), pages.begin() + host::clsTools::ValidityPageCount,
+                          group) != pages.begin() + host::clsTools::ValidityPageCount) {
+                EXPECT_TRUE(tools().ValuesOk(group, ""));
+            }
+            if (form.control("treeNavigation").tree().find(group) != nullptr) {
+                EXPECT_EQ(treeImage(group), "read");
+            }
+        } else {
+            ASSERT_EQ(shown.size(), 1U);
+            EXPECT_NE(shown[0].find(later), std::string::npos) << shown[0];
+        }
+        for (const std::string& name :
+             document.IncludedParams(document.RequestGroupByName(group))) {
+            const xml::Node parameter = document.ParameterNodeByName(name);
+            const std::optional<std::string> device =
+                session.bl().simulatedControl().deviceValue(name);
+            if (converted.contains(name) || !device || parameter.attribute("access") == "write") {
+                continue;
+            }
+            const form::Control* field = nullptr;
+            for (const form::Control* candidate : form.controls()) {
+                if (candidate->tag() == name && data::HoldsValue(*candidate) &&
+                    data::LiesOn(*candidate, "fraKT520")) {
+                    field = candidate;
+                    break;
+                }
+            }
+            ASSERT_NE(field, nullptr) << "no field for " << name;
+            const std::string decimals = parameter.attribute("decimals");
+            EXPECT_TRUE(SameValue(data::FieldValue(*field, false), *device,
+                                  parameter.attribute("type"),
+                                  decimals.empty() ? 0 : std::stoi(decimals)))
+                << name << ": page " << data::FieldValue(*field, false) << ", device " << *device;
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 40);
+}
+
+TEST_F(KT520EndToEnd, FailedGroupIsReportedOnceAtItsClose) {
+    // Every piece of the read fails; the group is reported once, at its close.
+    session.bl().simulatedControl().inject({"fail", "hartConfiguration"});
+    read("hartConfiguration");
+    EXPECT_EQ(treeImage("hartConfiguration"), "error");
+    const std::vector<std::string> shown = boxes();
+    ASSERT_EQ(shown.size(), 1U);
+    EXPECT_EQ(shown[0], control().Translate("error") + " | " +
+                            control().Translate("hartConfiguration") + " (" +
+                            control().Translate("hartConfiguration") + ")\r\n");
+    EXPECT_EQ(control().deviceClass().CancelledGroups(), "");
+    EXPECT_EQ(control().form().userControl().mousePointer(), 0);
+}
+
+TEST_F(KT520EndToEnd, MissingItemsAreMarkedAndListed) {
+    session.bl().simulatedControl().inject({"fail", "operationUnit", "missingItems"});
+    read("operationUnit");
+    const std::vector<std::string> shown = boxes();
+    ASSERT_EQ(shown.size(), 1U);
+    EXPECT_NE(shown[0].find(control().Translate("hartTag")), std::string::npos) << shown[0];
+}
+
+TEST_F(KT520EndToEnd, StopDuringASequenceReportsNothing) {
+    session.bl().simulatedControl().inject({"fail", "hartConfiguration"});
+    tools().CurrentFrame = "HAhartConfiguration";
+    control().SendRequest("hartConfiguration", "read");
+    control().deviceClass().setSmuiStopPressed(true);
+    session.settle();
+    EXPECT_EQ(boxes(), std::vector<std::string>{});
+    EXPECT_EQ(control().deviceClass().CancelledGroups(), "");
+}
+
+}  // namespace
+}  // namespace kt500::app

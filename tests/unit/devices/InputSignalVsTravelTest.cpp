@@ -1,0 +1,156 @@
+#include "devices/InputSignalVsTravel.h"
+#include "devices/clsKT520.h"
+#include "support/TestUserControl.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace kt500::devices {
+namespace {
+
+// The linear curve: row r holds r * 5 %.
+std::array<float, 21> linear() {
+    std::array<float, 21> curve{};
+    for (int r = 0; r <= 20; ++r) {
+        curve[r] = static_cast<float>(5 * r);
+    }
+    return curve;
+}
+
+struct Expected {
+    int point;
+    float x;
+    float y;
+};
+
+TEST(InputSignalVsTravelPoints, EndsStayInsideThePlot) {
+    constexpr float NV = NoSingle;
+    struct Case {
+        const char* what;
+        PositionControl fields;
+        ValveDirection direction;
+        std::vector<Expected> expected;
+    };
+    const Case cases[] = {
+        {"full range, rising to open",
+         {NV, NV, 0, 0},
+         ValveDirection::RisingToOpen,
+         {{0, 0.3F, 0.3F},
+          {1, 0.3F, 0.3F},
+          {2, 0.3F, 0.3F},
+          {7, 50, 50},
+          {12, 99, 99},
+          {13, 99, 99},
+          {14, 100, 99}}},
+        {"split range ending just below 100",
+         {0, 99.9999F, 0, 0},
+         ValveDirection::RisingToOpen,
+         {{2, 0.3F, 0.3F}, {12, 99.9999F, 99}}},
+        {"split range 20 to 60",
+         {20, 60, 0, 0},
+         ValveDirection::RisingToOpen,
+         {{2, 20, 0.3F}, {7, 40, 50}, {12, 60, 99}, {14, 100, 99}}},
+        {"unset cut-offs count as cut, rising to close",
+         {NV, NV, NV, NV},
+         ValveDirection::RisingToClose,
+         {{0, 0.3F, 99},
+          {1, 0.3F, 99},
+          {2, 0.3F, 99},
+          {3, 10, 90},
+          {12, 99, 0.3F},
+          {13, 99, 0.3F},
+          {14, 100, 0.3F}}},
+        {"cut-offs scale both axes",
+         {NV, NV, 10, 20},
+         ValveDirection::RisingToOpen,
+         {{0, 0.3F, 0.3F}, {2, 20, 10}, {7, 60, 55}, {12, 99, 99}}},
+        {"cut-off of the input axis rising to close",
+         {NV, NV, 0, 20},
+         ValveDirection::RisingToClose,
+         {{2, 0.3F, 99}, {12, 80, 0.3F}, {13, 80, 0.3F}}},
+        {"negative cut-offs: no lead-in",
+         {NV, NV, -1, -1},
+         ValveDirection::RisingToOpen,
+         {{0, 0, 0}, {1, 0, 0}, {13, 99, 99}}},
+        {"negative cut-offs: no lead-out",
+         {NV, NV, -1, -1},
+         ValveDirection::RisingToClose,
+         {{0, 0.3F, 99}, {13, 0, 0}, {14, 0, 0}}},
+    };
+    const std::array<float, 21> curve = linear();
+    for (const Case& c : cases) {
+        const auto points = InputSignalVsTravelPoints(curve, c.fields, c.direction);
+        for (const Expected& e : c.expected) {
+            EXPECT_FLOAT_EQ(points[e.point].x, e.x) << c.what << " P" << e.point;
+            EXPECT_FLOAT_EQ(points[e.point].y, e.y) << c.what << " P" << e.point;
+        }
+    }
+}
+
+TEST(InputSignalVsTravelPoints, OnlyEverySecondCurvePointIsDrawn) {
+    std::array<float, 21> curve = linear();
+    curve[1] = 77.0F;
+    curve[4] = 33.0F;
+    const auto points =
+        InputSignalVsTravelPoints(curve, {NoSingle, NoSingle, 0, 0}, ValveDirection::RisingToOpen);
+    EXPECT_FLOAT_EQ(points[3].y, 10.0F);
+    EXPECT_FLOAT_EQ(points[4].y, 33.0F);
+}
+
+class InputSignalVsTravelGraph : public ::testing::Test {
+protected:
+    InputSignalVsTravelGraph() {
+        direction = &field(form::ControlKind::ComboBox, "comHAValveRelatedConfiguration", 2, 8);
+        direction->clear();
+        direction->addItem(kt.Translate("risingToOpen"));
+        direction->addItem(kt.Translate("risingToClose"));
+        direction->addItem("sideways");
+        for (const int index : {3, 4, 5, 6}) {
+            field(form::ControlKind::TextBox, "txtHAPositionControl", index, 0)
+                .setText(index == 4 ? "80" : "");
+        }
+    }
+    form::Control& field(form::ControlKind kind, const char* name, int index, int page) {
+        if (form::Control* found = kt.form().find(name, index)) {
+            return *found;
+        }
+        return kt.addField(kind, name, index, "fraKT520", page, "");
+    }
+    form::ChartModel& addChart() {
+        if (form::Control* chart = kt.form().find(clsKT520::InputSignalVsTravelChart)) {
+            return chart->chart();
+        }
+        return kt.form()
+            .add(form::ControlKind::Chart, std::string(clsKT520::InputSignalVsTravelChart), -1,
+                 &kt.form().control("fraKT520", 11))
+            .chart();
+    }
+    testing::TestUserControl kt;
+    form::Control* direction;
+    std::array<float, 21> curve = linear();
+};
+
+TEST_F(InputSignalVsTravelGraph, AnUnknownDirectionLeavesTheChart) {
+    direction->setListIndex(2);
+    EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
+}
+
+TEST_F(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
+    direction->setListIndex(0);
+    if (kt.form().find(clsKT520::InputSignalVsTravelChart) == nullptr) {
+        // The chart comes with the session's charts; without it the call fails.
+        EXPECT_THROW((void)kt.deviceClass().UpdateInputSignalVsTravelGraph(curve),
+                     std::out_of_range);
+    }
+    form::ChartModel& chart = addChart();
+    EXPECT_TRUE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
+    // A blank split range low is not set: no scaling of the input axis.
+    ASSERT_EQ(chart.points(), 15);
+    EXPECT_DOUBLE_EQ(chart.x(0, 12), 99.0);
+    EXPECT_DOUBLE_EQ(chart.y(0, 7), 50.0);
+    EXPECT_DOUBLE_EQ(chart.option("PEactions", -1), 0.0);
+}
+
+}  // namespace
+}  // namespace kt500::devices
