@@ -154,6 +154,10 @@ public:
         m_replies.SetReadVariables(strRequestName, IsFinal, strAccessType, blError);
     }
     void IncreaseProgress() override { m_replies.IncreaseProgress(); }
+    // The responses of a data file, each through the device class's Reply.
+    void ReplayDataFile(const xml::Document& xmlDocument) {
+        m_replies.ReplayDataFile(xmlDocument);
+    }
     void UpdateGroupTimeStamp(const std::string& strGroup) override {
         m_values.UpdateGroupTimeStamp(strGroup);
     }
