@@ -2,6 +2,7 @@
 
 #include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
+#include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "host/DebugTrace.h"
 #include "xml/XPath.h"
@@ -89,14 +90,7 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
         // A chain still counting keeps the toolbar busy until its last reply.
         if (!blChainRunning) {
             m_control.deviceClass().PrintErrorMessages();
-            form::ToolbarModel& toolbar = form.control("smuiDTM", 1).toolbar();
-            toolbar.setEnabled("stop", false);
-            toolbar.setEnabled("uploadCurrent", true);
-            if (tools.ActorRole != "observer") {
-                toolbar.setEnabled("send", true);
-                toolbar.setEnabled("settings", true);
-            }
-            m_control.EnableDeviceActions(true);
+            GiveToolsBack(m_control);
             form.userControl().setMousePointer(kNormalPointer);
             tools.ReadGroup = false;
             tools.value_saved = false;

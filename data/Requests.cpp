@@ -2,6 +2,7 @@
 
 #include "data/ConfirmationRows.h"
 #include "data/ParameterDocument.h"
+#include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "devices/MemberMissing.h"
@@ -343,14 +344,7 @@ void Requests::refused() {
     form.control("fraProgress").setVisible(false);
     form.control("ProgressBar1").setVisible(false);
     m_control.deviceClass().PrintErrorMessages();
-    form::ToolbarModel& toolbar = Toolbar(form);
-    toolbar.setEnabled("stop", false);
-    toolbar.setEnabled("uploadCurrent", true);
-    if (tools.ActorRole != "observer") {
-        toolbar.setEnabled("send", true);
-        toolbar.setEnabled("settings", true);
-    }
-    m_control.EnableDeviceActions(true);
+    GiveToolsBack(m_control);
     m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
 }
 
