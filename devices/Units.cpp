@@ -282,4 +282,19 @@ void Units::cmdApplyUnitChange_Click() {
     setEnabled(m_control, "cmdApplyUnitChange", false);
 }
 
+void Units::addHandlers(form::EventHandlers& handlers) {
+    using form::EventKind;
+    handlers.add("comSelectParameter", EventKind::Click,
+                 [this](form::FormEvent&) { comSelectParameter_Click(); });
+    handlers.add("comSelectUnit", EventKind::Click,
+                 [this](form::FormEvent&) { comSelectUnit_Click(); });
+    for (const char* option : {"optSIUnits", "optUSUnits"}) {
+        handlers.add(option, EventKind::Click, [this](form::FormEvent&) { optUnitSystem_Click(); });
+    }
+    handlers.add("cmdApplyUnitChange", EventKind::Click,
+                 [this](form::FormEvent&) { cmdApplyUnitChange_Click(); });
+    handlers.add("cmdResetUnits", EventKind::Click,
+                 [this](form::FormEvent&) { RefreshAllUnits(false); });
+}
+
 }  // namespace kt500::devices

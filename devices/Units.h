@@ -4,6 +4,7 @@
 #pragma once
 
 #include "devices/IUserControl.h"
+#include "form/EventHandlers.h"
 
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ public:
     // The same for one parameter.
     void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
                              int intFrame, const std::string& strNewUnit);
+
+    // The handlers of the settings page's unit selectors.
+    void addHandlers(form::EventHandlers& handlers);
 
     // The unit selectors of the settings page.
     void comSelectParameter_Click();

@@ -37,6 +37,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     if (!m_form) {
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
+    m_units.addHandlers(m_handlers);
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }
@@ -120,28 +121,14 @@ void RavikKT500::UserControl_Resize() {
 }
 
 void RavikKT500::OnFormEvent(form::FormEvent& event) {
-    // The pages' handlers join here as their subsystems arrive; an event
-    // with no handler does nothing, as on any form.
+    // Each subsystem adds the handlers of its pages; an event with no
+    // handler does nothing, as on any form.
     if (event.kind == form::EventKind::Resize) {
         Guard("UserControl_Resize", [this] { UserControl_Resize(); });
         return;
     }
-    if (event.kind != form::EventKind::Click || event.control == nullptr) {
-        return;
-    }
-    // The unit selectors of the settings page.
-    const std::string& name = event.control->name();
-    const std::string handler = name + "_Click";
-    if (name == "comSelectParameter") {
-        Guard(handler.c_str(), [this] { m_units.comSelectParameter_Click(); });
-    } else if (name == "comSelectUnit") {
-        Guard(handler.c_str(), [this] { m_units.comSelectUnit_Click(); });
-    } else if (name == "optSIUnits" || name == "optUSUnits") {
-        Guard(handler.c_str(), [this] { m_units.optUnitSystem_Click(); });
-    } else if (name == "cmdApplyUnitChange") {
-        Guard(handler.c_str(), [this] { m_units.cmdApplyUnitChange_Click(); });
-    } else if (name == "cmdResetUnits") {
-        Guard(handler.c_str(), [this] { m_units.RefreshAllUnits(false); });
+    if (const form::Handler* handler = m_handlers.find(event)) {
+        Guard(form::EventHandlers::handlerName(event).c_str(), [&] { (*handler)(event); });
     }
 }
 

@@ -14,6 +14,7 @@
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
 #include "devices/Units.h"
+#include "form/EventHandlers.h"
 #include "form/Form.h"
 #include "host/DebugTrace.h"
 #include "host/ISettingsStore.h"
@@ -155,9 +156,7 @@ public:
     }
     void IncreaseProgress() override { m_replies.IncreaseProgress(); }
     // The responses of a data file, each through the device class's Reply.
-    void ReplayDataFile(const xml::Document& xmlDocument) {
-        m_replies.ReplayDataFile(xmlDocument);
-    }
+    void ReplayDataFile(const xml::Document& xmlDocument) { m_replies.ReplayDataFile(xmlDocument); }
     void UpdateGroupTimeStamp(const std::string& strGroup) override {
         m_values.UpdateGroupTimeStamp(strGroup);
     }
@@ -255,6 +254,8 @@ private:
 
     std::unique_ptr<form::Form> m_form;
     ControlPlatform m_platform;
+    // The handlers of the pages' events, added by each subsystem.
+    form::EventHandlers m_handlers;
     std::shared_ptr<services::IDtmAddressing> m_pAddressing;
     xml::Node m_parameterNode;
     std::unique_ptr<xml::SchemaCollection> m_communicationSchemas;
