@@ -2,7 +2,9 @@
 
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
+#include "devices/Encodings.h"
 
+#include <cstdio>
 #include <vector>
 
 namespace kt500::data {
@@ -32,7 +34,170 @@ int EntryOf(const form::Control& list, const std::string& strText) {
     return -1;
 }
 
+// What a page shows of a field: the text, for a list box its entry's text.
+std::string ShownValue(const form::Control& field) {
+    if (field.kind() == ControlKind::TextBox) {
+        return field.text();
+    }
+    const int entry = field.listIndex();
+    return entry < 0 ? std::string() : field.list(entry);
+}
+
+bool IsBlank(const std::string& strValue) {
+    return strValue.find_first_not_of(' ') == std::string::npos;
+}
+
+// The length of a text in characters (the pages keep UTF-8).
+std::size_t CharacterCount(const std::string& strText) {
+    std::size_t count = 0;
+    for (const char byte : strText) {
+        if ((static_cast<unsigned char>(byte) & 0xC0U) != 0x80U) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+// A limit of the document in the unit the page shows, with the page's
+// decimal sign and one decimal; a limit the service cannot convert stays.
+std::string LimitInUnit(services::IDtmUnits& units, const std::string& strLimit,
+                        const std::string& strFromUnit, const std::string& strToUnit) {
+    float converted = 0.0F;
+    bool success = false;
+    units.ConvertValue(static_cast<float>(devices::Str2Dbl(strLimit)), strFromUnit, strToUnit,
+                       converted, success);
+    if (!success) {
+        return strLimit;
+    }
+    char text[64];
+    std::snprintf(text, sizeof text, "%.1f", static_cast<double>(converted));
+    return devices::fDecimalSep(text);
+}
+
+// Keeps CurrentFrame, which keys the snapshots, and puts it back on leaving.
+class CurrentFrameGuard {
+public:
+    explicit CurrentFrameGuard(host::clsTools& tools)
+        : m_tools(tools), m_frame(tools.CurrentFrame) {}
+    ~CurrentFrameGuard() { m_tools.CurrentFrame = m_frame; }
+    CurrentFrameGuard(const CurrentFrameGuard&) = delete;
+    CurrentFrameGuard& operator=(const CurrentFrameGuard&) = delete;
+
+private:
+    host::clsTools& m_tools;
+    std::string m_frame;
+};
+
 }  // namespace
+
+bool ChangeTracking::CheckValue(form::Control& control) {
+    const std::string tag = control.tag();
+    if (tag.empty()) {
+        return false;
+    }
+    const xml::Node parameter = m_control.ParameterNodeByName(tag);
+    std::string minVal = parameter.attribute("minVal");
+    std::string maxVal = parameter.attribute("maxVal");
+    std::string decimals = parameter.attribute("decimals");
+    if (decimals.empty()) {
+        decimals = "0";
+    }
+    const std::string type = parameter.attribute("type");
+    const std::string unit = parameter.attribute("unit");
+
+    if (control.foreColor() == devices::ColorRefused) {
+        control.setForeColor(devices::ColorChanged);
+    }
+    // The limits are in the document's unit; the page shows the unit system's.
+    if (unit != "noUnit" && unit != "%") {
+        std::string shownUnit;
+        bool success = false;
+        m_control.units().GetUnitOfParameter(tag, shownUnit, success);
+        if (success && shownUnit != unit) {
+            if (!minVal.empty()) {
+                minVal = LimitInUnit(m_control.units(), minVal, unit, shownUnit);
+            }
+            if (!maxVal.empty()) {
+                maxVal = LimitInUnit(m_control.units(), maxVal, unit, shownUnit);
+            }
+        }
+    }
+
+    const std::string text = control.text();
+    if (text.empty()) {
+        return true;
+    }
+    const std::string frameArray = m_control.deviceClass().FrameArrayName();
+    auto refuse = [&](const std::string& strMessage) {
+        m_control.ShowMsg(m_control.Translate("valueCheck"), strMessage);
+        control.setForeColor(devices::ColorRefused);
+        m_control.ChangeImage(tag, frameArray, "error");
+        return false;
+    };
+    const std::string invalid = m_control.Translate("invalidValue");
+    if (type != "stringVal") {
+        if (!devices::IsNum(text)) {
+            return refuse(invalid);
+        }
+        if (decimals == "0" && devices::fDecimalSep(text, ".").find('.') != std::string::npos) {
+            return refuse(m_control.Translate("decimalsNotAllowed"));
+        }
+        const double number = devices::Str2Dbl(text);
+        // Both limits are strict: a value equal to a limit is good.
+        const bool belowMin = !IsBlank(minVal) && devices::Str2Dbl(minVal) > number;
+        const bool aboveMax = !IsBlank(maxVal) && devices::Str2Dbl(maxVal) < number;
+        if (belowMin || aboveMax) {
+            return refuse(invalid + " Min: " + (IsBlank(minVal) ? "<<<" : minVal) +
+                          ", Max: " + (IsBlank(maxVal) ? ">>>" : maxVal));
+        }
+    } else if (!IsBlank(maxVal) &&
+               devices::Str2Dbl(maxVal) < static_cast<double>(CharacterCount(text))) {
+        return refuse(invalid + " " + m_control.Translate("maxLength") + ": " + maxVal);
+    }
+    m_control.ChangeImage(tag, frameArray, "changed");
+    return true;
+}
+
+std::string ChangeTracking::GetOldValue(const std::string& strTag, const std::string& strFrame) {
+    const std::vector<std::string> fields = devices::SplitSeparated(m_control.tools().old_values());
+    if (fields.size() < 2) {
+        return {};
+    }
+    form::Form& form = m_control.form();
+    const form::Control* page = FindPage(form, m_control.deviceClass().FrameArrayName(), strFrame);
+    if (page == nullptr) {
+        return {};
+    }
+    const std::vector<form::Control*> snapshot = SnapshotFields(form, *page);
+    for (std::size_t position = 0; position < snapshot.size(); ++position) {
+        if (snapshot[position]->tag() == strTag) {
+            return position < fields.size() ? fields[position] : std::string();
+        }
+    }
+    return {};
+}
+
+void ChangeTracking::SaveOldValues() {
+    host::clsTools& tools = m_control.tools();
+    devices::DeviceClass& deviceClass = m_control.deviceClass();
+    form::Form& form = m_control.form();
+    const std::string frameArray = deviceClass.FrameArrayName();
+    const std::string prefix = deviceClass.DevicePrefix();
+    const CurrentFrameGuard restore(tools);
+    for (const std::string& name : devices::SplitSeparated(deviceClass.SavedFrames())) {
+        if (name.empty()) {
+            continue;
+        }
+        tools.CurrentFrame = prefix + name;
+        std::string values;
+        if (const form::Control* page = FindPage(form, frameArray, tools.CurrentFrame)) {
+            for (const form::Control* field : SnapshotFields(form, *page)) {
+                devices::AppendSeparated(values, ShownValue(*field));
+            }
+        }
+        tools.set_old_values(values);
+    }
+}
 
 bool ChangeTracking::CheckIfValueChanged(const std::string& strName, bool blChecked) {
     if (!m_control.deviceClass().IsNormalParam(strName)) {

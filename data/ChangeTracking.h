@@ -1,6 +1,7 @@
 // ChangeTracking: what the pages remember of a user's edits: the
-// confirmation rows that count as changed, the page snapshot to restore
-// from, and the tree icons of the pages.
+// validation of an edited value, the confirmation rows that count as
+// changed, the page snapshots to compare with and restore from, and the
+// tree icons of the pages.
 #pragma once
 
 #include "devices/IUserControl.h"
@@ -13,6 +14,17 @@ class ChangeTracking {
 public:
     explicit ChangeTracking(devices::IUserControl& control) : m_control(control) {}
 
+    // Validates an edited text field against its parameter's limits, type
+    // and decimals. A refused value turns red with the "error" mark and is
+    // shown in a message; a good one gets the changed mark. A field without
+    // a Tag is not validated (False); an empty text is good.
+    bool CheckValue(form::Control& control);
+    // The value field strTag of page strFrame had in the current page's
+    // snapshot; "" when there is no snapshot or no such field.
+    std::string GetOldValue(const std::string& strTag, const std::string& strFrame);
+    // Takes the snapshot of every page the class saves, in the order of the
+    // fields that RestoreOldValues puts back.
+    void SaveOldValues();
     // True for an item the class never writes as a normal parameter, or
     // when a confirmation row of this check state names it.
     bool CheckIfValueChanged(const std::string& strName, bool blChecked);

@@ -133,6 +133,8 @@ public:
     [[nodiscard]] virtual std::string txtFlowModification(int /*intIndex*/) {
         missing("txtFlowModification");
     }
+    // Empties the curve table of the flow modification page before its reload.
+    virtual void ClearFlowModificationTable() { missing("ClearFlowModificationTable"); }
 
     // --- Replies ---
     // Classifies one reply of the BL and distributes it.

@@ -73,6 +73,10 @@ public:
     virtual void SendRequest(const std::string& str_frame, const std::string& str_accessType) = 0;
     virtual void EnableDeviceActions(bool blEnabled) = 0;
     virtual void EnableTesting(bool blValue) = 0;
+    // Reads the pages of an upload group ("uploadAll", "uploadIdentification"...).
+    virtual void RunUploadGroup(const std::string& strGroup) = 0;
+    // The click of cmdReload element 0: re-reads the current page.
+    virtual void cmdReload() = 0;
 
     // --- Replies ---
     // Closes a request group after its final reply.
@@ -114,6 +118,9 @@ public:
     virtual void SelectNode(int intIndex) = 0;
     // Writes the captions of the current language onto the whole form.
     virtual void TranslateForm() = 0;
+    // The session's privateDialogEnabled: whether the control may open
+    // windows of its own (the help viewer).
+    [[nodiscard]] virtual bool privateDialogEnabled() const = 0;
 
     // --- Change tracking ---
     virtual bool CheckIfValueChanged(const std::string& strName, bool blChecked) = 0;
@@ -125,6 +132,25 @@ public:
                              const std::string& strImage) = 0;
     // Drops the changed signs of the fields a group has written.
     virtual void ClearChangedSigns(const std::string& strRequestGroup) = 0;
+    // Validates an edited text field; True when its value is good.
+    virtual bool CheckValue(form::Control& control) = 0;
+    // The value of a field in the current page's snapshot.
+    virtual std::string GetOldValue(const std::string& strTag, const std::string& strFrame) = 0;
+    // Takes the snapshots of the pages the class saves.
+    virtual void SaveOldValues() = 0;
+
+    // --- Confirmation list and undo ---
+    // A pending change of parameter strName (its internal name; the row
+    // shows its translation) on the page strFrame. strId is the row's key
+    // in lsvConfirmation (the name when empty): a second edit of the same
+    // key updates that row.
+    virtual void AddConfirmationRow(const std::string& strName, const std::string& strFrame,
+                                    const std::string& strId, const std::string& strOldValue,
+                                    const std::string& strNewValue) = 0;
+    // Takes a page's rows out of lsvConfirmation, the values back to the document's.
+    virtual void ClearPageChanges(const std::string& strFrame) = 0;
+    // Takes back the edits of every page that counts for undo.
+    virtual void UndoAllPages() = 0;
 };
 
 }  // namespace kt500::devices

@@ -38,6 +38,11 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
     m_units.addHandlers(m_handlers);
+    m_uploads.addHandlers(m_handlers);
+    m_pageHandlers.addHandlers(m_handlers);
+    m_navigation.addHandlers(m_handlers);
+    m_toolbar.addHandlers(m_handlers);
+    m_confirmation.addHandlers(m_handlers);
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }

@@ -6,10 +6,14 @@
 #pragma once
 
 #include "data/ChangeTracking.h"
+#include "data/PageHandlers.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
 #include "data/ReplyRouting.h"
 #include "data/Requests.h"
+#include "data/Uploads.h"
+#include "datasets/Confirmation.h"
+#include "datasets/Undo.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
@@ -22,6 +26,7 @@
 #include "host/clsTools.h"
 #include "host/modRegistry.h"
 #include "presentation/NavigationTree.h"
+#include "presentation/Toolbar.h"
 #include "services/IDtmLanguage.h"
 #include "services/IDtmServiceProvider.h"
 #include "services/IQDLGuiEvent.h"
@@ -108,7 +113,7 @@ public:
     [[nodiscard]] xml::Node parameterNode() noexcept override { return m_parameterNode; }
     [[nodiscard]] int& buttonPressed() noexcept override { return m_buttonPressed; }
     [[nodiscard]] bool released() const noexcept { return m_released; }
-    [[nodiscard]] bool privateDialogEnabled() const noexcept {
+    [[nodiscard]] bool privateDialogEnabled() const noexcept override {
         return m_session.privateDialogEnabled();
     }
 
@@ -148,6 +153,11 @@ public:
     }
     void EnableDeviceActions(bool blEnabled) override { m_requests.EnableDeviceActions(blEnabled); }
     void EnableTesting(bool blValue) override;
+    // The toolbar's upload groups and the Reload of the page shown.
+    void RunUploadGroup(const std::string& strGroup) override {
+        m_uploads.RunUploadGroup(strGroup);
+    }
+    void cmdReload() override { m_uploads.cmdReload(); }
 
     // --- Replies, status tree, trends and charts ---
     void SetReadVariables(const std::string& strRequestName, bool IsFinal,
@@ -223,6 +233,22 @@ public:
     void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) override {
         m_changes.ChangeTreeIcon(str_name, str_access);
     }
+    bool CheckValue(form::Control& control) override { return m_changes.CheckValue(control); }
+    std::string GetOldValue(const std::string& strTag, const std::string& strFrame) override {
+        return m_changes.GetOldValue(strTag, strFrame);
+    }
+    void SaveOldValues() override { m_changes.SaveOldValues(); }
+
+    // --- Confirmation list and undo ---
+    void AddConfirmationRow(const std::string& strName, const std::string& strFrame,
+                            const std::string& strId, const std::string& strOldValue,
+                            const std::string& strNewValue) override {
+        m_confirmation.AddConfirmationRow(strName, strFrame, strId, strOldValue, strNewValue);
+    }
+    void ClearPageChanges(const std::string& strFrame) override {
+        m_undo.ClearPageChanges(strFrame);
+    }
+    void UndoAllPages() override { m_undo.UndoAllPages(); }
 
     // --- Members of the control ---
     std::unique_ptr<clsTools> m_objTools;
@@ -268,9 +294,14 @@ private:
     data::Requests m_requests{*this};
     data::ReplyRouting m_replies{*this};
     data::ChangeTracking m_changes{*this};
+    data::Uploads m_uploads{*this};
+    data::PageHandlers m_pageHandlers{*this};
+    datasets::Confirmation m_confirmation{*this};
+    datasets::Undo m_undo{*this};
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};
+    presentation::Toolbar m_toolbar{*this, m_navigation};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

@@ -150,7 +150,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         m_values.FillDateFields();
         m_values.ApplyInitialValues();
         m_units.RefreshAllUnits(true);
-        // The upload tools come with the upload orchestration.
+        m_uploads.EnableUploadTools();
         m_changes.ChangeTreeIcon("monitoringVariables", "notRead");
         // The PL500 parameter boxes that take effect at start-up come with
         // the PL500 pages.

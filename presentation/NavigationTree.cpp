@@ -1,6 +1,7 @@
 #include "presentation/NavigationTree.h"
 
 #include "devices/DeviceClass.h"
+#include "form/Control.h"
 
 namespace kt500::presentation {
 
@@ -52,6 +53,147 @@ void NavigationTree::SelectNode(int intIndex) {
     const std::string key = tree.at(intIndex).key;
     tree.select(key);
     m_control.tools().LatestSelectedNode = key;
+}
+
+form::TreeModel& NavigationTree::tree() {
+    return m_control.form().control("treeNavigation").tree();
+}
+
+void NavigationTree::NodeClick(const std::string& strKey) {
+    const std::int16_t action = m_control.tools().CurrentAutoAction;
+    if (action != 0 && action != 2 && action != 4) {
+        return;
+    }
+    form::TreeModel& nodes = tree();
+    if (nodes.hasChildren(strKey)) {
+        // A branch has no page of its own: it stands for its first child.
+        nodes.setExpanded(strKey, true);
+        NodeClick(nodes.at(nodes.indexOf(strKey) + 1).key);
+        return;
+    }
+    LayOutPage(strKey);
+    m_control.tools().LatestSelectedNode = strKey;
+    devices::DeviceClass& device = m_control.deviceClass();
+    device.HideFrames();
+    device.ShowFrame(strKey);
+}
+
+void NavigationTree::LayOutPage(const std::string& strKey) {
+    // ToggleTree applies the row of the state it finds and flips the flag;
+    // handing it the opposite state reapplies the present layout to the
+    // frame, and the flag is put back afterwards.
+    const bool hidden = m_treeHidden;
+    m_treeHidden = !hidden;
+    ToggleTree(strKey);
+    m_treeHidden = hidden;
+}
+
+void NavigationTree::ClickAt(int intIndex) {
+    NodeClick(tree().at(intIndex).key);
+}
+
+void NavigationTree::GoToPreviousNode() {
+    form::TreeModel& nodes = tree();
+    const int current = nodes.indexOf(m_control.tools().LatestSelectedNode);
+    if (current == 2) {
+        // Node 2 is the first leaf: wrap to the last node.
+        const int last = nodes.count();
+        ClickAt(last);
+        nodes.select(nodes.at(last).key);
+        return;
+    }
+    const int target = nodes.hasChildren(nodes.at(current - 1).key) ? current - 2 : current - 1;
+    ClickAt(target);
+    nodes.select(m_control.tools().LatestSelectedNode);
+}
+
+void NavigationTree::GoToNextNode() {
+    form::TreeModel& nodes = tree();
+    const int current = nodes.indexOf(m_control.tools().LatestSelectedNode);
+    if (current == nodes.count()) {
+        // Wrap: node 2 is clicked and node 3 is marked, in step with the
+        // backward wrap, which takes node 2 for the first leaf.
+        ClickAt(2);
+        nodes.select(nodes.at(3).key);
+        return;
+    }
+    // A branch is stepped over to its first child, except "status", whose
+    // node is a page of its own.
+    const form::TreeNode& next = nodes.at(current + 1);
+    const int target =
+        nodes.hasChildren(next.key) && next.key != "status" ? current + 2 : current + 1;
+    ClickAt(target);
+    nodes.select(nodes.at(target).key);
+}
+
+namespace {
+
+void SetGeometry(form::Control* frame, int intLeft, int intWidth) {
+    if (frame != nullptr) {
+        frame->setLeft(intLeft);
+        frame->setWidth(intWidth);
+    }
+}
+
+}  // namespace
+
+void NavigationTree::ToggleTree(std::string strFrame) {
+    form::Form& form = m_control.form();
+    if (strFrame.empty()) {
+        strFrame = m_control.tools().CurrentFrame;
+    }
+    form::Control* settings = form.find("fraCommon", 0);
+    form::Control* confirmation = form.find("fraConfirmation", 0);
+    if (settings != nullptr && settings->visible()) {
+        strFrame = "settings";
+    }
+    if (confirmation != nullptr && confirmation->visible()) {
+        strFrame = "confirmation1";
+    }
+    const std::string prefixed = m_control.deviceClass().DevicePrefix() + strFrame;
+    form::Control* found = nullptr;
+    for (form::Control* control : form.controls()) {
+        if (control->kind() == form::ControlKind::Frame &&
+            (control->tag() == strFrame || control->tag() == prefixed)) {
+            found = control;
+            break;
+        }
+    }
+    if (found == nullptr) {
+        return;
+    }
+
+    const bool showTree = m_treeHidden;
+    const int left = showTree ? kPageLeftBesideTree : 0;
+    const int width = showTree ? kPageWidthBesideTree : kPageWidthWithoutTree;
+    form.control("smuiDTM", 1).toolbar().setPressed("hideTree", !showTree);
+    form.control("treeNavigation").setVisible(showTree);
+    SetGeometry(found, left, width);
+    form::Control* statusPage = form.find("fraCommon", 4);
+    if (form::Control* statusTree = form.find("TreeView3"); statusTree && statusPage) {
+        statusTree->setWidth(statusPage->width() - 240);
+    }
+    for (const int element : {0, 1}) {
+        if (form::Control* step = form.find("cmdNavigation", element)) {
+            step->setVisible(!showTree);
+        }
+    }
+    SetGeometry(confirmation, left, width);
+    SetGeometry(settings, left, width);
+    m_treeHidden = !m_treeHidden;
+}
+
+void NavigationTree::addHandlers(form::EventHandlers& handlers) {
+    using form::EventKind;
+    handlers.add("treeNavigation", EventKind::NodeClick,
+                 [this](form::FormEvent& event) { NodeClick(event.key); });
+    handlers.add("cmdNavigation", EventKind::Click, [this](form::FormEvent& event) {
+        if (event.control->index() == 0) {
+            GoToPreviousNode();
+        } else if (event.control->index() == 1) {
+            GoToNextNode();
+        }
+    });
 }
 
 }  // namespace kt500::presentation

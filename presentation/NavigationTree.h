@@ -1,9 +1,14 @@
 // NavigationTree: the tree of pages on the left, built from the GUIInit
 // document for the mode the session is in. A node's key is its page name.
+// It turns a node click into a page change, steps through the tree with the
+// two cmdNavigation buttons, and lays the pages out for the tree shown or
+// hidden.
 #pragma once
 
 #include "devices/IUserControl.h"
+#include "form/EventHandlers.h"
 
+#include <string>
 #include <string_view>
 
 namespace kt500::presentation {
@@ -14,6 +19,11 @@ namespace kt500::presentation {
 
 class NavigationTree {
 public:
+    // Page geometry in twips beside the tree and across the whole width.
+    static constexpr int kPageLeftBesideTree = 2880;
+    static constexpr int kPageWidthBesideTree = 8415;
+    static constexpr int kPageWidthWithoutTree = 11175;
+
     explicit NavigationTree(devices::IUserControl& control) : m_control(control) {}
 
     // Rebuilds treeNavigation, selects the default node and shows the
@@ -23,8 +33,32 @@ public:
     // it as LatestSelectedNode; a position outside the tree selects nothing.
     void SelectNode(int intIndex);
 
+    // A click on a node: a branch expands and stands for its first child; a
+    // leaf's page is laid out and shown. Dropped while a calibration or a
+    // data file read runs (CurrentAutoAction other than 0, 2, 4).
+    void NodeClick(const std::string& strKey);
+    // The two cmdNavigation buttons; both wrap around the tree's ends.
+    void GoToPreviousNode();
+    void GoToNextNode();
+    // Shows or hides the tree and lays out the frame of strFrame (empty: the
+    // current page; the settings or confirmation page when that is visible).
+    // A name that matches no frame changes nothing.
+    void ToggleTree(std::string strFrame);
+    // Reapplies the present tree state to the frame of strKey.
+    void LayOutPage(const std::string& strKey);
+
+    [[nodiscard]] bool treeHidden() const noexcept { return m_treeHidden; }
+
+    // treeNavigation NodeClick and cmdNavigation Click.
+    void addHandlers(form::EventHandlers& handlers);
+
 private:
+    form::TreeModel& tree();
+    // The click on the node at a 1-based position (out of range: a failure).
+    void ClickAt(int intIndex);
+
     devices::IUserControl& m_control;
+    bool m_treeHidden = false;
 };
 
 }  // namespace kt500::presentation

@@ -10,6 +10,9 @@
 #include "data/ParameterValues.h"
 #include "data/ReplyRouting.h"
 #include "data/Requests.h"
+#include "data/Uploads.h"
+#include "datasets/Confirmation.h"
+#include "datasets/Undo.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
@@ -90,6 +93,11 @@ public:
         calls.push_back("SelectNode " + std::to_string(intIndex));
     }
     void TranslateForm() override { calls.push_back("TranslateForm"); }
+    void RunUploadGroup(const std::string& strGroup) override {
+        calls.push_back("RunUploadGroup " + strGroup);
+    }
+    void cmdReload() override { calls.push_back("cmdReload"); }
+    bool privateDialogEnabled() const override { return privateDialog; }
     bool CheckIfValueChanged(const std::string& strName, bool blChecked) override {
         if (confirmationRows) {
             return confirmationRows->count({strName, blChecked}) > 0;
@@ -112,6 +120,26 @@ public:
     }
     void ChangeTreeIcon(const std::string& str_name, const std::string& str_access) override {
         changes.ChangeTreeIcon(str_name, str_access);
+    }
+    bool CheckValue(form::Control& control) override { return changes.CheckValue(control); }
+    std::string GetOldValue(const std::string& strTag, const std::string& strFrame) override {
+        return changes.GetOldValue(strTag, strFrame);
+    }
+    void SaveOldValues() override { changes.SaveOldValues(); }
+    void AddConfirmationRow(const std::string& strName, const std::string& strFrame,
+                            const std::string& strId, const std::string& strOldValue,
+                            const std::string& strNewValue) override {
+        record("AddConfirmationRow " + strName + " " + strFrame + " " + strId + " " + strOldValue +
+               " " + strNewValue);
+        confirmation.AddConfirmationRow(strName, strFrame, strId, strOldValue, strNewValue);
+    }
+    void ClearPageChanges(const std::string& strFrame) override {
+        record("ClearPageChanges " + strFrame);
+        undo.ClearPageChanges(strFrame);
+    }
+    void UndoAllPages() override {
+        record("UndoAllPages");
+        undo.UndoAllPages();
     }
 
     // --- Members of other parts: recorded in calls ---
@@ -220,6 +248,8 @@ public:
     std::vector<std::string> calls;
     void record(std::string call) { calls.push_back(std::move(call)); }
     std::vector<std::string> replies;
+    // The session's privateDialogEnabled as this double answers it.
+    bool privateDialog = false;
     // The session data message that the BL delivered at the connection.
     std::string sessionData;
     // Scripted change tracking, for tests of a device class's own rules:
@@ -235,10 +265,14 @@ public:
 
     data::ParameterValues values{*this};
     data::Requests requests{*this};
+    // The upload chains; RunUploadGroup and cmdReload above only record.
+    data::Uploads uploads{*this};
     data::ReplyRouting replyRouting{*this};
     data::ChangeTracking changes{*this};
     devices::Units unitPages{*this};
     devices::StatusTree statusTree{*this};
+    datasets::Confirmation confirmation{*this};
+    datasets::Undo undo{*this};
 
 private:
     std::unique_ptr<form::Form> m_form;

@@ -1,0 +1,267 @@
+#include "data/Uploads.h"
+
+#include "data/ParameterDocument.h"
+#include "devices/DeviceClass.h"
+#include "devices/Encodings.h"
+#include "xml/XPath.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+namespace kt500::data {
+
+namespace {
+
+constexpr int kHourglass = 11;
+constexpr int kNormalPointer = 0;
+constexpr std::string_view kProgressReading = "progressReading";
+
+// The signs of lblCommunication, element by element.
+constexpr std::array<std::string_view, 5> kSignWords = {"read", "write", "monitoring",
+                                                        "calibration", "test"};
+
+// Pages whose group is not their key. The monitoring and trend pages of
+// all three families read groups of their own name (docs/uploads.md); the
+// live value groups stand here so that a page of that key reads its group.
+struct PageGroup {
+    std::string_view page;
+    std::string_view group;
+};
+constexpr PageGroup kPageGroups[] = {
+    {"monitoringVariables", "monitoringVariables"},
+    {"setpoint", "setpoint"},
+    {"outputValue", "outputValue"},
+    {"leakageSignal", "leakageSignal"},
+    {"actuatorPressure", "actuatorPressure"},
+    {"pcbTemperature", "pcbTemperature"},
+    {"actualTravel", "actualTravel"},
+    {"positioningValueAndValveTravel", "positioningValueAndValveTravel"},
+    {"travelSetpointAndActualTravel", "travelSetpointAndActualTravel"},
+};
+
+// Pages with nothing to read, with the key of the name the message shows.
+constexpr PageGroup kNothingToUpload[] = {
+    {"resetDiagnostics", "resetDiagnostics"},
+    {"testSettings", "testSettings"},
+    {"automaticTravelCalibration", "automaticTravelCalibration"},
+    {"temperatureSensorCalibration", "temperatureSensorCalibration"},
+    {"pressureSensorCalibration", "pressureSensorCalibration"},
+    {"positionSensorCalibration", "positionSensorCalibration"},
+    {"inputSignalMeasurementCalibration", "inputSignalMeasurementCalibration"},
+    {"factoryReset", "factoryReset"},
+    {"stepTestValues", "stepTest"},
+    {"hysteresisTestValues", "hysteresisTest"},
+};
+
+// The KT520's test settings page reads its settings; the other families'
+// test settings pages have nothing to read.
+constexpr std::string_view kReadTestSettingsFrame = "HAtestSettings";
+
+const PageGroup* FindPage(std::span<const PageGroup> table, std::string_view strPage) {
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&](const PageGroup& entry) { return entry.page == strPage; });
+    return found == table.end() ? nullptr : &*found;
+}
+
+// The upload groups of the GUIInit document, in document order.
+std::vector<xml::Node> UploadGroups(const host::clsTools& tools) {
+    const xml::Document* guiInit = tools.RavikDTMParameters();
+    if (guiInit == nullptr) {
+        return {};
+    }
+    return xml::XPath(*guiInit, xml::Namespaces{}).select("//uploadGroups/uploadGroup");
+}
+
+form::ToolbarModel& Toolbar(form::Form& form) {
+    return form.control("smuiDTM", 1).toolbar();
+}
+
+// ConfirmFlag False while the program writes into a control, so that the
+// control's own handler leaves the write alone.
+class ProgramWrite {
+public:
+    explicit ProgramWrite(host::clsTools& tools) : m_tools(tools), m_saved(tools.ConfirmFlag) {
+        m_tools.ConfirmFlag = false;
+    }
+    ~ProgramWrite() { m_tools.ConfirmFlag = m_saved; }
+    ProgramWrite(const ProgramWrite&) = delete;
+    ProgramWrite& operator=(const ProgramWrite&) = delete;
+
+private:
+    host::clsTools& m_tools;
+    bool m_saved;
+};
+
+}  // namespace
+
+void Uploads::EnableUploadTools() {
+    form::ToolbarModel& toolbar = Toolbar(m_control.form());
+    for (const xml::Node& group : UploadGroups(m_control.tools())) {
+        toolbar.setEnabled(group.attribute("name"), true);
+    }
+}
+
+void Uploads::RunUploadGroup(const std::string& strGroup) {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    form::Control& user = form.userControl();
+    if (user.mousePointer() == kHourglass) {
+        return;
+    }
+    m_control.deviceClass().setCancelledGroups("");
+    user.setMousePointer(kHourglass);
+
+    const std::vector<xml::Node> groups = UploadGroups(tools);
+    const auto found = std::find_if(groups.begin(), groups.end(), [&](const xml::Node& group) {
+        return group.attribute("name") == strGroup;
+    });
+    if (found == groups.end()) {
+        // No request goes out, so no reply would give the pointer back.
+        user.setMousePointer(kNormalPointer);
+        return;
+    }
+    const std::int16_t count = devices::ToInt16(found->attribute("count"));
+    const std::vector<xml::Node> members = found->childElements("requestGroup");
+    const auto member = [&](int index) {
+        if (index >= static_cast<int>(members.size())) {
+            throw std::out_of_range("upload group " + strGroup + " counts " +
+                                    std::to_string(count) + " request groups but lists " +
+                                    std::to_string(members.size()));
+        }
+        return members[static_cast<std::size_t>(index)].attribute("name");
+    };
+
+    const std::string first = member(0);
+    SetProgressBar(first, std::string(kProgressReading));
+    m_control.SendRequest(first, "read");
+    // The further requests of the chain are counted by the bar set up above.
+    tools.ReadGroup = true;
+    for (int index = 1; index < count; ++index) {
+        m_control.SendRequest(member(index), "read");
+    }
+    tools.ShowProgressbar = true;
+    form.control("fraProgress").setVisible(true);
+    form.control("ProgressBar1").setVisible(true);
+}
+
+void Uploads::SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption) {
+    form::Form& form = m_control.form();
+    form::Control& bar = form.control("ProgressBar1");
+    bar.setMin(0);
+    bar.setValue(0);
+
+    xml::Node group;
+    if (strRequestGroup != "download") {
+        if (const xml::Document* dataFile = m_control.xmlDataFile()) {
+            const xml::XPath query(
+                *dataFile, xml::Namespaces::fromSelection(ParameterDocument::SelectionNamespaces));
+            group = query.selectSingle(ParameterDocument::RequestGroupQuery(strRequestGroup));
+        }
+    }
+    if (group) {
+        const std::int16_t count = devices::ToInt16(group.attribute("requestCount"));
+        bar.setMax(11.0 * count);
+        // The bar holds its Value between Min and Max: a group of no replies
+        // stands at its end, and the first reply hides the bar.
+        bar.setValue(std::min(count + 1.0, bar.max()));
+    } else {
+        bar.setMax(1);
+        bar.setValue(1);
+    }
+    form.control("lblProgressText").setCaption(m_control.Translate(strCaption));
+}
+
+void Uploads::cmdReload() {
+    host::clsTools& tools = m_control.tools();
+    if (m_control.form().userControl().mousePointer() == kHourglass) {
+        return;
+    }
+    const ReloadTarget target = ResolveReloadGroup(tools.CurrentFrame);
+    if (target.group.empty()) {
+        return;
+    }
+    if (tools.value_saved) {
+        int& button = m_control.buttonPressed();
+        int result = 0;
+        m_control.dialogs().ShowMessage(0, 4, 6, "Data changed",
+                                        m_control.Translate("reloadConfirmation"), button, result);
+        if (button == services::ButtonNo) {
+            return;
+        }
+    }
+    tools.ReadGroup = false;
+    SetProgressBar(target.group, target.caption);
+    if (target.group == "flowModification") {
+        resetFlowModification();
+    }
+    m_control.SendRequest(target.group, "read");
+}
+
+void Uploads::resetFlowModification() {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    devices::DeviceClass& device = m_control.deviceClass();
+    if (form::Control* curves = form.find("comFlowModification", device.FlowModificationIndex())) {
+        const ProgramWrite write(tools);
+        curves->setListIndex(-1);
+        curves->setEnabled(false);
+    }
+    const char* points =
+        tools.DeviceType == "KT540_1.0" ? "txtPAFlowModification" : "txtHAFlowModification";
+    for (int index = 0; index < device.ModificationPoints(); ++index) {
+        if (form::Control* point = form.find(points, index)) {
+            point->setEnabled(false);
+        }
+    }
+    device.ClearFlowModificationTable();
+}
+
+ReloadTarget Uploads::ResolveReloadGroup(const std::string& strFrame) {
+    const std::string key = strFrame.size() > 2 ? strFrame.substr(2) : std::string();
+    std::string group = key;
+    if (strFrame == kReadTestSettingsFrame) {
+        group = "testSettings";
+    } else if (const PageGroup* nothing = FindPage(kNothingToUpload, key)) {
+        m_control.ShowMsg(m_control.Translate(std::string(nothing->group)),
+                          m_control.Translate("nothingToUpload"));
+        return {};
+    } else if (const PageGroup* fixed = FindPage(kPageGroups, key)) {
+        group = fixed->group;
+    }
+    if (group == "testValues") {
+        host::clsTools& tools = m_control.tools();
+        tools.StepTestFlag = false;
+        tools.HysteresisTestFlag = false;
+    }
+    return {group, std::string(kProgressReading)};
+}
+
+void Uploads::tmrIconBlink() {
+    host::clsTools& tools = m_control.tools();
+    form::Form& form = m_control.form();
+    const bool blLight = tools.OnCommunication;
+    for (std::size_t index = 0; index < kSignWords.size(); ++index) {
+        form::Control* sign = form.find("lblCommunication", static_cast<int>(index));
+        if (sign == nullptr) {
+            continue;
+        }
+        if (!blLight) {
+            sign->setVisible(false);
+        } else if (tools.CommunicationSign(kSignWords[index], "")) {
+            sign->setVisible(true);
+        }
+    }
+    tools.OnCommunication = !blLight;
+}
+
+void Uploads::addHandlers(form::EventHandlers& handlers) {
+    using form::EventKind;
+    handlers.add("cmdReload", EventKind::Click, [this](form::FormEvent&) { cmdReload(); });
+    handlers.add("tmrIconBlink", EventKind::Timer, [this](form::FormEvent&) { tmrIconBlink(); });
+}
+
+}  // namespace kt500::data

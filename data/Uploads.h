@@ -1,0 +1,53 @@
+// Uploads: the read chains of the toolbar's upload groups and the Reload of
+// the page shown, the progress bar that counts their replies, and the
+// blinking communication sign. A chain posts all its requests at once; the
+// hourglass pointer keeps a second start out until the replies are in.
+#pragma once
+
+#include "devices/IUserControl.h"
+#include "form/EventHandlers.h"
+
+#include <string>
+
+namespace kt500::data {
+
+// What the Reload of a page reads: the request group (empty: nothing) and
+// the translation key of the progress bar's caption.
+struct ReloadTarget {
+    std::string group;
+    std::string caption;
+};
+
+class Uploads {
+public:
+    explicit Uploads(devices::IUserControl& control) : m_control(control) {}
+
+    // Enables the toolbar item of every upload group of the GUIInit document.
+    void EnableUploadTools();
+    // Reads the request groups of one upload group ("uploadAll", ...) in a
+    // chain. Returns at once while a chain runs.
+    void RunUploadGroup(const std::string& strGroup);
+    // Sets the bar up for a read of the request group and captions it with
+    // the translation of strCaption.
+    void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption);
+    // The Reload of the page shown: asks before unsaved edits give way, then
+    // reads the page's group.
+    void cmdReload();
+    // The group that the Reload of a page (its frame tag) reads. A page with
+    // nothing to upload says so and gives the empty group.
+    ReloadTarget ResolveReloadGroup(const std::string& strFrame);
+    // One tick of the communication sign: all signs off, or the signs of the
+    // running communications on, in turn.
+    void tmrIconBlink();
+
+    void addHandlers(form::EventHandlers& handlers);
+
+private:
+    // The flow modification page before its reload: no curve chosen, the
+    // points locked, the curve table empty.
+    void resetFlowModification();
+
+    devices::IUserControl& m_control;
+};
+
+}  // namespace kt500::data
