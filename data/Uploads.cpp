@@ -135,14 +135,17 @@ void Uploads::RunUploadGroup(const std::string& strGroup) {
         return members[static_cast<std::size_t>(index)].attribute("name");
     };
 
+    // The bar counts every reply of the chain once: the first group's replies
+    // by SetProgressBar, each further group's by its own request.
     const std::string first = member(0);
     SetProgressBar(first, std::string(kProgressReading));
-    m_control.SendRequest(first, "read");
-    // The further requests of the chain are counted by the bar set up above.
     tools.ReadGroup = true;
+    m_control.SendRequest(first, "read");
+    tools.ReadGroup = false;
     for (int index = 1; index < count; ++index) {
         m_control.SendRequest(member(index), "read");
     }
+    tools.ReadGroup = true;
     tools.ShowProgressbar = true;
     form.control("fraProgress").setVisible(true);
     form.control("ProgressBar1").setVisible(true);
@@ -193,8 +196,9 @@ void Uploads::cmdReload() {
             return;
         }
     }
-    tools.ReadGroup = false;
+    // SetProgressBar counts the group's replies; the read adds nothing again.
     SetProgressBar(target.group, target.caption);
+    tools.ReadGroup = true;
     if (target.group == "flowModification") {
         resetFlowModification();
     }
