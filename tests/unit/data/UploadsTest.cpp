@@ -247,10 +247,8 @@ TEST(ResolveReloadGroupTest, PagesReadTheirGroup) {
 TEST(TmrIconBlinkTest, AlternatesAndLightsOnlyTheSignsSet) {
     for (const bool online : {true, false}) {
         Session s("2", online);
-        std::vector<form::Control*> signs;
-        for (int index = 0; index < 5; ++index) {
-            signs.push_back(&s.uc.form().add(form::ControlKind::Label, "lblCommunication", index));
-        }
+        const std::vector<form::Control*> signs = s.uc.form().elements("lblCommunication");
+        ASSERT_EQ(signs.size(), 5U);
         s.uc.tools().CommunicationSign("read", "1");
         s.uc.tools().CommunicationSign("test", "1");
         const auto lit = [&] {
