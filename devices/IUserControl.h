@@ -112,6 +112,8 @@ public:
                                        const std::string& strGraphValues) = 0;
 
     // --- Presentation ---
+    // The limits of a role on the toolbar and the page commands.
+    virtual void ApplyRole(const std::string& strRole) = 0;
     // Rebuilds treeNavigation from the GUIInit document for the mode.
     virtual void BuildNavigationTree() = 0;
     // Selects the navigation node at a 1-based position and shows its page.

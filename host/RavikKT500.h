@@ -216,6 +216,7 @@ public:
     }
 
     // --- Presentation (the tree and the captions come with their subsystems) ---
+    void ApplyRole(const std::string& strRole) override { m_toolbar.ApplyRole(strRole); }
     void BuildNavigationTree() override { m_navigation.BuildNavigationTree(); }
     void SelectNode(int intIndex) override { m_navigation.SelectNode(intIndex); }
     void TranslateForm() override { throw devices::MemberMissing("TranslateForm"); }

@@ -30,22 +30,6 @@ constexpr std::array kMonitoringCommands = {"cmdHAMonitoring", "cmdPAMonitoring"
 constexpr std::array kFlowApplyCommands = {"cmdHAFlowModification", "cmdPAFlowModification"};
 constexpr int kFlowApplyElement = 5;
 
-// The start buttons of the calibrations, and the commands that reset the
-// device's diagnostics or the device itself.
-constexpr std::array kCalibrationCommands = {
-    "cmdHAAutoTravelCalibration",
-    "cmdPAAutoTravelCalStart",
-    "cmdHAInputSignalMeasurementCalibration",
-    "cmdPAPositionSensorCalibration",
-    "cmdHAPositionTransmitterCalibration",
-    "cmdHAPressureSensorCalibration",
-    "cmdPAPressureSensorCalibration",
-    "cmdHATemperatureSensorCalibration",
-    "cmdPATemperatureSensorCalibration",
-    "cmdPLAutocalibration",
-};
-constexpr std::array kResetCommands = {"cmdResetDiagnostics", "cmdPAFactoryReset"};
-
 // The state label of each family's monitoring page. On the PA and PL pages
 // the elements beside the buttons (4 and 5, 9 and 10) show the actuator
 // pressure and the PCB temperature, whose unit changes convert them, so the
@@ -135,7 +119,7 @@ void SessionData::LoadSessionData(const std::string& strSessionData, bool blInit
     ShowDeviceModelPicture();
     ApplyTestRights();
     ApplyMode(toolbar);
-    ApplyRoleLimits(toolbar);
+    ApplyRoleLimits();
     ApplySavePath();
     tools.setDeviceParameterXml(tools.DeviceType);
     if (!blInit) {
@@ -231,26 +215,9 @@ void SessionData::EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled) 
     }
 }
 
-void SessionData::ApplyRoleLimits(form::ToolbarModel& toolbar) {
-    const std::string& role = m_control.tools().ActorRole;
-    const bool observer = role == "observer";
-    if (!observer && role != "operator") {
-        return;
-    }
-    form::Form& form = m_control.form();
-    if (observer) {
-        toolbar.setEnabled("send", false);
-        toolbar.setEnabled("offlineConf", false);
-    }
-    m_control.EnableTesting(false);
-    for (const char* name : kCalibrationCommands) {
-        SetEnabled(form, name, false);
-    }
-    if (observer) {
-        for (const char* name : kResetCommands) {
-            SetEnabled(form, name, false);
-        }
-    }
+void SessionData::ApplyRoleLimits() {
+    // The same role table as the toolbar's: one rule for both.
+    m_control.ApplyRole(m_control.tools().ActorRole);
 }
 
 void SessionData::ApplySavePath() {

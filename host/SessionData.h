@@ -41,7 +41,7 @@ private:
     void ApplyTestRights();
     void ApplyMode(form::ToolbarModel& toolbar);
     void EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled);
-    void ApplyRoleLimits(form::ToolbarModel& toolbar);
+    void ApplyRoleLimits();
     void ApplySavePath();
     void RefreshPages(bool blLanguageChanged);
     void StopMonitoringState();

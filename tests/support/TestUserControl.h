@@ -17,6 +17,8 @@
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
 #include "devices/Units.h"
+#include "presentation/NavigationTree.h"
+#include "presentation/Toolbar.h"
 #include "services/IQDLGuiEvent.h"
 #include "simulator/BuiltInBL.h"
 #include "simulator/HeadlessDialogs.h"
@@ -88,6 +90,7 @@ public:
     void EnableTesting(bool blValue) override {
         calls.push_back("EnableTesting " + std::to_string(blValue));
     }
+    void ApplyRole(const std::string& strRole) override { toolbarCommands.ApplyRole(strRole); }
     void BuildNavigationTree() override { calls.push_back("BuildNavigationTree"); }
     void SelectNode(int intIndex) override {
         calls.push_back("SelectNode " + std::to_string(intIndex));
@@ -267,6 +270,8 @@ public:
     data::Requests requests{*this};
     // The upload chains; RunUploadGroup and cmdReload above only record.
     data::Uploads uploads{*this};
+    presentation::NavigationTree navigation{*this};
+    presentation::Toolbar toolbarCommands{*this, navigation};
     data::ReplyRouting replyRouting{*this};
     data::ChangeTracking changes{*this};
     devices::Units unitPages{*this};

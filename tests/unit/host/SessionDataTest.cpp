@@ -201,7 +201,7 @@ TEST(SessionData, RoleLimitsFollowTheRoleWord) {
         EXPECT_EQ(testingOff, c.testingOff);
         EXPECT_EQ(calibration.enabled(), c.calibration);
         EXPECT_EQ(reset.enabled(), c.reset);
-        EXPECT_EQ(factoryReset.enabled(), c.reset);
+        EXPECT_EQ(factoryReset.enabled(), c.calibration);  // off for operators too
         for (const auto& [name, index] :
              {std::pair{"cmdStartTest", 0}, std::pair{"cmdPLStartTest", 1},
               std::pair{"cmdPLSetTestSettings", 1}}) {
