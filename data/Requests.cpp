@@ -345,6 +345,9 @@ void Requests::refused() {
     form.control("ProgressBar1").setVisible(false);
     m_control.deviceClass().PrintErrorMessages();
     GiveToolsBack(m_control);
+    // Nothing is pending: a refused chain leaves the control idle, so that
+    // the next upload can start.
+    form.userControl().setMousePointer(0);
     m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
 }
 

@@ -268,10 +268,12 @@ TEST_P(RequestsRefusalTest, ARefusedRequestGivesTheToolsBackAndReports) {
     uc.deviceClass().setCancelledGroups(std::string("Alert settings") +
                                         std::string(devices::Separator));
     uc.tools().ShowProgressbar = true;
+    uc.form().userControl().setMousePointer(11);  // a chain was running
 
     uc.requests.SendRequest("alertSettings", "read");
 
     EXPECT_FALSE(uc.tools().ShowProgressbar);
+    EXPECT_EQ(uc.form().userControl().mousePointer(), 0);
     EXPECT_FALSE(uc.form().control("fraProgress").visible());
     EXPECT_FALSE(uc.form().control("ProgressBar1").visible());
     const form::ToolbarModel& toolbar = uc.form().control("smuiDTM", 1).toolbar();
