@@ -33,6 +33,17 @@
 
 namespace kt500::testing {
 
+// The session of a device key, online or offline, for a role.
+[[nodiscard]] inline simulator::SessionOptions SessionOf(
+    const std::string& strDeviceKey, bool blOnline = true,
+    const std::string& strRole = "maintenance") {
+    simulator::SessionOptions options;
+    options.deviceKey = strDeviceKey;
+    options.online = blOnline;
+    options.role = strRole;
+    return options;
+}
+
 class TestUserControl final : public devices::IUserControl, public services::IQDLGuiEvent {
 public:
     // Opens a connection to a built-in BL with these options; the session
