@@ -12,13 +12,6 @@ namespace {
 
 using testing::TestUserControl;
 
-simulator::SessionOptions Options(std::string deviceKey, bool online) {
-    simulator::SessionOptions options;
-    options.deviceKey = std::move(deviceKey);
-    options.online = online;
-    return options;
-}
-
 form::ListViewModel& Confirmation(TestUserControl& uc) {
     return uc.form().control("lsvConfirmation").listView();
 }
@@ -34,7 +27,7 @@ void AddRow(TestUserControl& uc, const std::string& text, const std::string& nam
 }
 
 TEST(CheckIfValueChangedTest, RowOfTheCheckStateNamesTheParameter) {
-    TestUserControl uc(Options("KT520_7", true));
+    TestUserControl uc;
     AddRow(uc, "Tag", "hartTag", true);
     AddRow(uc, "Message", "message", false);
     struct Case {
@@ -49,13 +42,13 @@ TEST(CheckIfValueChangedTest, RowOfTheCheckStateNamesTheParameter) {
             << c.name << " " << c.checked;
     }
     // The KT540's meters are never normal parameters: always changed.
-    TestUserControl kt540(Options("KT540_1.0", true));
+    TestUserControl kt540(testing::SessionOf("KT540_1.0"));
     EXPECT_TRUE(kt540.changes.CheckIfValueChanged("valveReversals", true));
     EXPECT_FALSE(kt540.changes.CheckIfValueChanged("hartTag", true));
 }
 
 TEST(RemoveSpecialCaseItemTest, RemovesTheRowOfThatText) {
-    TestUserControl uc(Options("KT520_7", true));
+    TestUserControl uc;
     AddRow(uc, "Tag", "hartTag", true);
     AddRow(uc, "Message", "message", true);
     uc.changes.RemoveSpecialCaseItem("Tag");
@@ -66,7 +59,7 @@ TEST(RemoveSpecialCaseItemTest, RemovesTheRowOfThatText) {
 }
 
 TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
-    TestUserControl uc(Options("KT520_7", true));
+    TestUserControl uc;
     form::TreeModel& tree = uc.form().control("treeNavigation").tree();
     tree.add("", "operationUnit", "Operation unit", "notRead");
     form::Control& progress = uc.form().control("fraProgress");
@@ -87,7 +80,7 @@ TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
 // and their marks.
 class RestoreOldValuesTest : public ::testing::TestWithParam<bool> {
 protected:
-    TestUserControl uc{Options("KT520_7", GetParam())};
+    TestUserControl uc{testing::SessionOf("KT520_7", GetParam())};
     form::Control& text = uc.form().control("txtHAOperationUnit", 0);
     form::Control& list = uc.form().control("comHAOperationUnit", 1);
     form::Control& textMark = uc.form().control("imgHAOperationUnit", 0);
@@ -121,8 +114,11 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     const bool online = GetParam();
     edit();
     uc.tools().CurrentFrame = "HAoperationUnit";
-    uc.tools().set_old_values(snapshot("PV-101", "second"));
+    // No snapshot leaves the field.
+    uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
+    EXPECT_EQ(text.text(), "edited");
 
+    uc.tools().set_old_values(snapshot("PV-101", "second"));
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "PV-101");
     EXPECT_EQ(list.listIndex(), 0);
@@ -134,18 +130,11 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     EXPECT_EQ(list.listIndex(), 1);
     EXPECT_EQ(list.foreColor(), online ? devices::ColorRestored : devices::ColorChanged);
     EXPECT_EQ(listMark.visible(), !online);
-}
 
-TEST_P(RestoreOldValuesTest, NoSnapshotLeavesTheFieldAndAnEmptyFieldClearsTheList) {
-    edit();
-    uc.tools().CurrentFrame = "HAoperationUnit";
-    uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
-    EXPECT_EQ(text.text(), "edited");
-
+    // An empty value clears the list's selection.
     uc.tools().set_old_values(snapshot("PV-101", ""));
     uc.changes.RestoreOldValues("HAoperationUnit", "deviceMonth");
     EXPECT_EQ(list.listIndex(), -1);
-    EXPECT_EQ(text.text(), "edited");
 }
 
 INSTANTIATE_TEST_SUITE_P(OnlineAndOffline, RestoreOldValuesTest, ::testing::Bool(),

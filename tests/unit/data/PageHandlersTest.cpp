@@ -11,13 +11,6 @@ namespace {
 
 using testing::TestUserControl;
 
-simulator::SessionOptions Online() {
-    simulator::SessionOptions options;
-    options.deviceKey = "KT520_7";
-    options.online = true;
-    return options;
-}
-
 // The control with the page handlers on its events, the alert settings
 // page showing with values as a read left them.
 struct AlertPage {
@@ -58,35 +51,17 @@ struct AlertPage {
         uc.form().raiseLostFocus(field);
     }
 
-    TestUserControl uc{Online()};
+    TestUserControl uc;
     form::EventHandlers handlers;
     PageHandlers pages{uc};
 };
 
-TEST(PageHandlersTest, TheEditOfATextBoxMarksThePageAndAddsOneRow) {
+TEST(PageHandlersTest, ARefusedEditStaysRedAnEditWithinTheLimitsMarksThePageAndAddsOneRow) {
     AlertPage page;
-    page.edit(page.limit(), "50");
-    EXPECT_EQ(page.limit().foreColor(), devices::ColorChanged);
-    EXPECT_TRUE(page.mark("travelDeviationTrendLimit").visible());
-    EXPECT_EQ(page.mark("travelDeviationTrendLimit").picture(), "changed");
-    EXPECT_EQ(page.node(), "changed");
-    ASSERT_EQ(page.rowsAdded(), 1);
-    EXPECT_EQ(page.uc.calls.back(),
-              "AddConfirmationRow travelDeviationTrendLimit HAalertSettings "
-              "travelDeviationTrendLimit 3.0 50");
-    EXPECT_TRUE(page.uc.tools().value_saved);
-    EXPECT_TRUE(page.uc.tools().ConfirmFlag);
-
-    // Leaving again without typing adds nothing more.
-    page.uc.form().raiseLostFocus(page.limit());
-    EXPECT_EQ(page.rowsAdded(), 1);
-}
-
-TEST(PageHandlersTest, ARefusedValueStaysRedAndAddsNoRowALimitValueIsTaken) {
-    AlertPage page;
+    form::Control& mark = page.mark("travelDeviationTrendLimit");
     page.edit(page.limit(), "150");
     EXPECT_EQ(page.limit().foreColor(), devices::ColorRefused);
-    EXPECT_EQ(page.mark("travelDeviationTrendLimit").picture(), "error");
+    EXPECT_EQ(mark.picture(), "error");
     EXPECT_EQ(page.uc.messages,
               std::vector<std::string>{"Value check: Invalid value Min: 0, Max: 100"});
     EXPECT_EQ(page.rowsAdded(), 0);
@@ -94,8 +69,19 @@ TEST(PageHandlersTest, ARefusedValueStaysRedAndAddsNoRowALimitValueIsTaken) {
 
     page.edit(page.limit(), "100");
     EXPECT_EQ(page.limit().foreColor(), devices::ColorChanged);
-    EXPECT_EQ(page.mark("travelDeviationTrendLimit").picture(), "changed");
+    EXPECT_TRUE(mark.visible());
+    EXPECT_EQ(mark.picture(), "changed");
+    EXPECT_EQ(page.node(), "changed");
+    ASSERT_EQ(page.rowsAdded(), 1);
+    EXPECT_EQ(page.uc.calls.back(),
+              "AddConfirmationRow travelDeviationTrendLimit HAalertSettings "
+              "travelDeviationTrendLimit 3.0 100");
     EXPECT_EQ(page.pendingRows(), 1);
+    EXPECT_TRUE(page.uc.tools().value_saved);
+    EXPECT_TRUE(page.uc.tools().ConfirmFlag);
+    // Leaving again without typing adds nothing more.
+    page.uc.form().raiseLostFocus(page.limit());
+    EXPECT_EQ(page.rowsAdded(), 1);
 }
 
 TEST(PageHandlersTest, AListBoxShowsAChangeOnlyWhenItsEntryDiffers) {
@@ -117,21 +103,18 @@ TEST(PageHandlersTest, AListBoxShowsAChangeOnlyWhenItsEntryDiffers) {
 }
 
 TEST(PageHandlersTest, TheYearOfTheDeviceDateIsChecked) {
-    for (const char* year : {"2155", "2156"}) {
+    for (const std::string year : {"2155", "2156"}) {
         AlertPage page;
         page.uc.tools().CurrentFrame = "HAoperationUnit";
         page.edit(page.uc.form().control("txtHAOperationUnit", 2), year);
-        if (std::string(year) == "2156") {
-            EXPECT_EQ(page.uc.messages,
-                      std::vector<std::string>{"Value check: Invalid value Device date"});
-        } else {
-            EXPECT_TRUE(page.uc.messages.empty());
-        }
+        EXPECT_EQ(page.uc.messages, year == "2155" ? std::vector<std::string>{}
+                                                   : std::vector<std::string>{
+                                                         "Value check: Invalid value Device date"});
     }
 }
 
 TEST(SnapshotTest, OldValuesOfEveryPageByTag) {
-    TestUserControl uc(Online());
+    TestUserControl uc;
     uc.form().control("txtHAAlertLimit", 0).setText("3.0");
     uc.form().control("comHAAlertSettings", 0).setListIndex(1);
     uc.form().control("txtHAOperationUnit", 0).setText("PV-101");
@@ -144,7 +127,6 @@ TEST(SnapshotTest, OldValuesOfEveryPageByTag) {
     EXPECT_EQ(uc.changes.GetOldValue("travelDeviationTrendLimit", "HAalertSettings"), "3.0");
     EXPECT_EQ(uc.changes.GetOldValue("useFixedAlertLimits", "HAalertSettings"), "1");
     EXPECT_EQ(uc.changes.GetOldValue("hartTag", "HAalertSettings"), "");
-
     // The snapshot puts an edited field back where it was taken.
     uc.form().control("txtHAAlertLimit", 0).setText("7");
     uc.changes.RestoreOldValues("HAalertSettings", "travelDeviationTrendLimit");

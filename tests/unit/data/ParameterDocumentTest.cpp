@@ -75,18 +75,6 @@ TEST(ParameterDocumentTest, LookupsReturnWhatTheQueriesReturn) {
         std::runtime_error);
 }
 
-TEST(ParameterDocumentTest, TheLiveNodeIsTheOneWhoseAttributesChange) {
-    xml::Document live = Parse(kSmall);
-    const xml::Document copy = live.clone();
-    const ParameterDocument document(live.root(), copy);
-    document.ParameterNodeByName("later").setAttribute("value", "written");
-    EXPECT_EQ(ByQuery(live, copy, "later").attribute("value"), "written");
-    EXPECT_EQ(xml::XPath(copy, Prefixes())
-                  .selectSingle(ParameterDocument::ParameterQuery("later"))
-                  .attribute("value"),
-              "y");
-}
-
 TEST(ParameterDocumentTest, EveryParameterOfEveryFamilyIsFoundAsByQuery) {
     const simulator::ParameterDocumentBuilder builder(std::filesystem::path(KT500_SHARE_DIR) /
                                                       "devices");

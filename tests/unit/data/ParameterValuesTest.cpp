@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <array>
 
 namespace kt500::data {
 namespace {
@@ -17,11 +17,10 @@ using testing::TestUserControl;
 constexpr int kOperationUnit = 7;
 constexpr int kValveConfiguration = 8;
 
-simulator::SessionOptions Options(std::string deviceKey, bool online = true) {
-    simulator::SessionOptions options;
-    options.deviceKey = std::move(deviceKey);
-    options.online = online;
-    options.language = "9999";  // translations are the keys themselves
+// A session whose translations are the text keys themselves.
+simulator::SessionOptions Keys(const std::string& deviceKey) {
+    simulator::SessionOptions options = testing::SessionOf(deviceKey);
+    options.language = "9999";
     return options;
 }
 
@@ -53,31 +52,26 @@ void SetLive(TestUserControl& uc, const std::string& name, const std::string& at
 }
 
 TEST(FetchValueByTagTest, FieldOnTheFamilysPagesElseTheDocument) {
-    TestUserControl uc(Options("KT520_7"));
+    TestUserControl uc(Keys("KT520_7"));
     form::Form& form = uc.form();
     form::Control& field = form.control("txtHAOperationUnit", 0);  // hartTag
     field.setText("TAG-7");
     // Outside the family's pages a field does not count.
     form.setContainer(field, &form.control("fraCommon", 1));
     EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "PV-101");
-
     // A field in a frame inside the page counts.
     form::Control& group =
         form.add(ControlKind::Frame, "fraHAGroup", -1, &form.control("fraKT520", kOperationUnit));
     form.setContainer(field, &group);
     EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "TAG-7");
-
     // The manufacturer is always the data set's.
     form.control("lblHAPositionerInformation", 0).setCaption("Shown");
     EXPECT_EQ(uc.values.FetchValueByTag("manufacturer", false), "Ravik Automation");
-
     form::Control& box = form.control("chkResetDiagnostics", 0);
     box.setValue(1);
     EXPECT_EQ(uc.values.FetchValueByTag(box.tag(), false), "1");
-}
 
-TEST(FetchValueByTagTest, ListBoxGivesItemDataOrTextAndNothingWithoutEntry) {
-    TestUserControl uc(Options("KT520_7"));
+    // A list box gives its item data or text, nothing without an entry.
     form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
                                   kValveConfiguration, "valveStyle");
     list.setListIndex(-1);
@@ -86,22 +80,19 @@ TEST(FetchValueByTagTest, ListBoxGivesItemDataOrTextAndNothingWithoutEntry) {
     list.setListIndex(1);
     EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", false), "1");
     EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", true), "second");
-}
 
-TEST(FetchValueByTagTest, EmptyDocumentValueIsZeroExceptForStrings) {
-    TestUserControl uc(Options("KT520_7"));
-    // Without their page fields the values come from the document.
-    uc.form().remove(uc.form().control("txtHAHartConfiguration", 0));  // pollingAddress
-    uc.form().remove(uc.form().control("txtHAOperationUnit", 0));      // hartTag
+    // Without a page field an empty document value is 0, except for strings.
+    form.remove(form.control("txtHAHartConfiguration", 0));  // pollingAddress
     SetLive(uc, "pollingAddress", "value", "");
-    SetLive(uc, "hartTag", "value", "");
     EXPECT_EQ(uc.values.FetchValueByTag("pollingAddress", false), "0");
+    form.remove(field);
+    SetLive(uc, "hartTag", "value", "");
     EXPECT_EQ(uc.values.FetchValueByTag("hartTag", false), "");
     EXPECT_EQ(uc.values.FetchValueByTag("noSuchParameter", false), "");
 }
 
-TEST(FillListsTest, MappedParamsOnFamilyPagesAndCommonPagesOnly) {
-    TestUserControl uc(Options("KT520_7"));
+TEST(FillListsTest, MappedParamsOnFamilyAndCommonPagesAndTheClasssDateSelectors) {
+    TestUserControl uc(Keys("KT520_7"));
     form::Control& page = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
                                   kValveConfiguration, "valveStyle");
     form::Control& common = AddList(uc, "comCommon", 0, "fraCommon", 1, "valveStyle");
@@ -114,28 +105,24 @@ TEST(FillListsTest, MappedParamsOnFamilyPagesAndCommonPagesOnly) {
         EXPECT_EQ(list->itemData(1), 1);
     }
     EXPECT_EQ(other.list(0), "first");
-}
 
-TEST(FillListsTest, DateSelectorsOfTheClass) {
-    TestUserControl kt520(Options("KT520_7"));
-    form::Control& day = kt520.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
-                                        kOperationUnit, "deviceDay");
-    form::Control& month = kt520.addField(ControlKind::ComboBox, "comHAOperationUnit", 1,
-                                          "fraKT520", kOperationUnit, "deviceMonth");
-    kt520.values.FillDateFields();
+    form::Control& day = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
+                                     kOperationUnit, "deviceDay");
+    form::Control& month = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 1, "fraKT520",
+                                       kOperationUnit, "deviceMonth");
+    uc.values.FillDateFields();
     ASSERT_EQ(day.listCount(), 31);
     EXPECT_EQ(day.list(30), "31");
     EXPECT_EQ(day.itemData(30), 30);
     ASSERT_EQ(month.listCount(), 12);
     EXPECT_EQ(month.itemData(0), 0);
 
-    TestUserControl pl500(Options("PL500_2"));
+    TestUserControl pl500(Keys("PL500_2"));
     form::Control& plDay =
         pl500.addField(ControlKind::ComboBox, "comPLParams", 0, "fraPL500", 0, "deviceDay");
     pl500.values.FillDateFields();  // no month selector on the page: the day alone
     EXPECT_EQ(plDay.listCount(), 31);
-
-    TestUserControl kt540(Options("KT540_1.0"));
+    TestUserControl kt540(Keys("KT540_1.0"));
     EXPECT_NO_THROW(kt540.values.FillDateFields());
 }
 
@@ -143,8 +130,7 @@ TEST(FillListsTest, DateSelectorsOfTheClass) {
 
 class SetItemValueTest : public ::testing::Test {
 protected:
-    TestUserControl uc{Options("KT520_7")};
-    // The page fields of hartTag and tightShutOff.
+    TestUserControl uc{Keys("KT520_7")};
     form::Control& hartTag = uc.form().control("txtHAOperationUnit", 0);
     form::Control& tightShutOff = uc.form().control("txtHAPositionControl", 6);
     void offline(const std::string& name, const std::string& value, std::int16_t sync = 1) {
@@ -167,24 +153,20 @@ TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
         {QLocale::English, "-2.5", "0", "-3"},
         {QLocale::English, "1.04", "1", "1"},
         {QLocale::English, "1000000.5", "1", "1000000.5"},
+        {QLocale::English, "  ", "1", ""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.value + " decimals '" + c.decimals + "'");
         const LocaleGuard locale{QLocale(c.language)};
         SetLive(uc, "tightShutOff", "decimals", c.decimals);
+        tightShutOff.setText("5");
         offline("tightShutOff", c.value);
         EXPECT_EQ(tightShutOff.text(), c.shown);
     }
-}
-
-TEST_F(SetItemValueTest, EmptyFloatShowsEmptyAndBadNumberFails) {
-    tightShutOff.setText("5");
-    offline("tightShutOff", "  ");
-    EXPECT_EQ(tightShutOff.text(), "");
     EXPECT_THROW(offline("tightShutOff", "abc"), std::invalid_argument);
 }
 
-TEST_F(SetItemValueTest, ListValueWithoutEntryKeepsTheSelection) {
+TEST_F(SetItemValueTest, ListWithoutEntryKeepsTheSelectionAndDeviceTypeErrorsShowUnknown) {
     form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
                                   kValveConfiguration, "valveStyle");
     list.setListIndex(1);
@@ -192,9 +174,7 @@ TEST_F(SetItemValueTest, ListValueWithoutEntryKeepsTheSelection) {
     EXPECT_EQ(list.listIndex(), 1);
     offline("valveStyle", "0");
     EXPECT_EQ(list.listIndex(), 0);
-}
 
-TEST_F(SetItemValueTest, DeviceTypeIsTranslatedAndErrorsShowUnknown) {
     form::Control& label = uc.addField(ControlKind::Label, "lblHAPositionerInformation", 1,
                                        "fraKT520", 9, "deviceType");
     offline("deviceType", "ErrNoType");
@@ -209,13 +189,11 @@ TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
         uc.addField(ControlKind::Image, "imgHAAlertSettings", 0, "fraKT520", 3, "hartTag");
     mark.setVisible(false);
     otherPage.setVisible(false);
-
     offline("hartTag", "PV-1", 0);
     EXPECT_EQ(hartTag.text(), "PV-1");
     EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
     EXPECT_TRUE(mark.visible());
     EXPECT_FALSE(otherPage.visible());
-
     offline("hartTag", "PV-2", 1);
     EXPECT_EQ(hartTag.foreColor(), devices::ColorSynchronised);
     EXPECT_FALSE(mark.visible());
@@ -241,23 +219,22 @@ TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
     EXPECT_EQ(day.listIndex(), 14);
     EXPECT_EQ(month.listIndex(), 2);
     EXPECT_EQ(year.text(), "2024");
-    EXPECT_EQ(day.foreColor(), devices::ColorChanged);
     EXPECT_EQ(month.foreColor(), devices::ColorChanged);
 }
 
 TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
-    TestUserControl uc(Options("PL500_2"));
-    const auto selector = [&](int index, int entries) -> form::Control& {
-        form::Control& list =
-            uc.addField(ControlKind::ComboBox, "comPLParams", index, "fraPL500", 13, "");
-        for (int entry = 0; entry < entries; ++entry) {
-            list.addItem(std::to_string(entry));
+    TestUserControl uc(Keys("PL500_2"));
+    const auto field = [&](ControlKind kind, const char* name, int index) -> form::Control& {
+        form::Control& control = uc.addField(kind, name, index, "fraPL500", 13, "");
+        if (kind == ControlKind::ComboBox) {
+            control.addItem("0");
+            control.addItem("1");
         }
-        return list;
+        return control;
     };
-    form::Control& count = uc.addField(ControlKind::TextBox, "txtPLParams", 19, "fraPL500", 13, "");
-    form::Control& unit = selector(14, 2);
-    form::Control& onOff = selector(13, 2);
+    form::Control& count = field(ControlKind::TextBox, "txtPLParams", 19);
+    form::Control& unit = field(ControlKind::ComboBox, "comPLParams", 14);
+    form::Control& onOff = field(ControlKind::ComboBox, "comPLParams", 13);
     uc.values.SetItemValueToGUI({}, "valveTestInterval", "720", "h", 1);
     EXPECT_EQ(count.text(), "30");  // whole days count in days
     EXPECT_EQ(unit.listIndex(), 1);
@@ -268,21 +245,23 @@ TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
     uc.values.SetItemValueToGUI({}, "valveTestInterval", "0", "h", 1);
     EXPECT_EQ(onOff.listIndex(), 0);
 
+    std::string shown;
     std::vector<form::Control*> labels;
     for (const int index : {27, 28, 29}) {
-        labels.push_back(
-            &uc.addField(ControlKind::Label, "lblPLParams", index, "fraPL500", 13, ""));
+        labels.push_back(&field(ControlKind::Label, "lblPLParams", index));
     }
     uc.values.SetItemValueToGUI({}, "valveTestNextTestTime", "49.5", "h", 1);
-    EXPECT_EQ(labels[0]->caption() + " " + labels[1]->caption() + " " + labels[2]->caption(),
-              "2 1 30");
+    for (const form::Control* label : labels) {
+        shown += label->caption() + " ";
+    }
+    EXPECT_EQ(shown, "2 1 30 ");
 }
 
 // --- ApplyInitialValues ---
 
 class ApplyInitialValuesTest : public ::testing::Test {
 protected:
-    TestUserControl uc{Options("KT520_7")};
+    TestUserControl uc{Keys("KT520_7")};
 
     // A GUIInit document with one branch of these nodes (name, offline).
     void guiInit(const std::vector<std::pair<std::string, std::string>>& nodes) {
@@ -292,17 +271,9 @@ protected:
             text += "<node name='" + name + "' offline='" + offline + "'/>";
             tree.add("", name, name, "start");
         }
-        text += "</branch></treeView></dtm>";
-        xml::LoadResult loaded = xml::Document::parse(text);
+        xml::LoadResult loaded = xml::Document::parse(text + "</branch></treeView></dtm>");
         uc.tools().setRavikDTMParameters(
             std::make_unique<xml::Document>(std::move(*loaded.document)));
-    }
-    // Sets value and synchronised of a group's parameters, in order.
-    void group(const std::map<std::string, std::pair<std::string, std::string>>& values) {
-        for (const auto& [name, state] : values) {
-            SetLive(uc, name, "value", state.first);
-            SetLive(uc, name, "synchronised", state.second);
-        }
     }
     std::string icon(const std::string& page) {
         return uc.form().control("treeNavigation").tree().node(page).image;
@@ -310,49 +281,29 @@ protected:
 };
 
 TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
-    // hartConfiguration in order: pollingAddress, loopCurrentMode,
-    // numberOfPreambles, burstMode.
+    // The parameters of hartConfiguration, in order.
+    const std::array<const char*, 4> names = {"pollingAddress", "loopCurrentMode",
+                                              "numberOfPreambles", "burstMode"};
     struct Case {
         const char* name;
-        std::map<std::string, std::pair<std::string, std::string>> values;
+        std::array<const char*, 4> values;
+        std::array<const char*, 4> synchronised;
         const char* state;
     };
     const Case cases[] = {
-        {"all synchronised",
-         {{"pollingAddress", {"0", "1"}},
-          {"loopCurrentMode", {"1", "1"}},
-          {"numberOfPreambles", {"5", "1"}},
-          {"burstMode", {"0", "1"}}},
-         "read"},
-        {"one changed",
-         {{"pollingAddress", {"0", "1"}},
-          {"loopCurrentMode", {"1", "0"}},
-          {"numberOfPreambles", {"5", "1"}},
-          {"burstMode", {"0", "1"}}},
-         "changed"},
-        {"error then changed",
-         {{"pollingAddress", {"0", "2"}},
-          {"loopCurrentMode", {"1", "0"}},
-          {"numberOfPreambles", {"5", "1"}},
-          {"burstMode", {"0", "1"}}},
-         "error"},
-        {"error then synchronised",
-         {{"pollingAddress", {"0", "2"}},
-          {"loopCurrentMode", {"1", "1"}},
-          {"numberOfPreambles", {"5", "1"}},
-          {"burstMode", {"0", "1"}}},
-         "error"},
-        {"all empty and changed",
-         {{"pollingAddress", {"", "0"}},
-          {"loopCurrentMode", {"", "0"}},
-          {"numberOfPreambles", {"", "0"}},
-          {"burstMode", {"", "0"}}},
-         "notRead"},
+        {"all synchronised", {"0", "1", "5", "0"}, {"1", "1", "1", "1"}, "read"},
+        {"one changed", {"0", "1", "5", "0"}, {"1", "0", "1", "1"}, "changed"},
+        {"error then changed", {"0", "1", "5", "0"}, {"2", "0", "1", "1"}, "error"},
+        {"error then synchronised", {"0", "1", "5", "0"}, {"2", "1", "1", "1"}, "error"},
+        {"all empty and changed", {"", "", "", ""}, {"0", "0", "0", "0"}, "notRead"},
     };
     guiInit({{"hartConfiguration", "1"}, {"resetDiagnostics", "1"}});
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        group(c.values);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            SetLive(uc, names[i], "value", c.values[i]);
+            SetLive(uc, names[i], "synchronised", c.synchronised[i]);
+        }
         uc.values.ApplyInitialValues();
         EXPECT_EQ(icon("hartConfiguration"), c.state);
         // A group without parameters stays read.
@@ -372,7 +323,6 @@ TEST_F(ApplyInitialValuesTest, NodesOfTheModeAndValuesOnThePage) {
     EXPECT_EQ(field.foreColor(), devices::ColorChanged);
     EXPECT_EQ(icon("operationUnit"), "changed");
     EXPECT_EQ(icon("hartConfiguration"), "start");  // online only
-
     uc.tools().OnlineConf = true;
     uc.values.ApplyInitialValues();
     EXPECT_EQ(icon("hartConfiguration"), "read");
@@ -382,15 +332,13 @@ TEST_F(ApplyInitialValuesTest, TimeStampInTheLocalesDateAndTime) {
     const LocaleGuard locale{QLocale(QLocale::German, QLocale::Germany)};
     form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 0, "fraKT520",
                                        kOperationUnit, "HAoperationUnit");
-    xml::Node live = uc.parameterNode();
-    for (xml::Node group : live.firstChildElement("requestGroups").childElements()) {
+    for (xml::Node group : uc.parameterNode().firstChildElement("requestGroups").childElements()) {
         if (group.attribute("name") == "operationUnit") {
             group.setAttribute("lastUpdate", "2024-03-01 10:15:00");
         }
     }
     uc.values.UpdateGroupTimeStamp("operationUnit");
     EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
-
     stamp.setCaption("kept");
     uc.values.UpdateGroupTimeStamp("hartAddress");  // no such group: nothing
     EXPECT_EQ(stamp.caption(), "kept");

@@ -63,41 +63,28 @@ std::string OperationUnitReply() {
 }
 
 TEST(ItemListFromReplyTest, ReplyRunsOnTheReplyOrOnAnEmptyDocument) {
-    struct Case {
-        std::string reply;
-        bool parses;
-    };
-    for (const Case& c :
-         {Case{OperationUnitReply(), true}, Case{"<dtm", false},
+    const std::string good = OperationUnitReply();
+    for (const std::string& reply :
+         {good, std::string("<dtm"),
           // Well formed, but not a communication message.
-          Case{"<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><unknown/></dtm>", false}}) {
+          std::string("<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><unknown/></dtm>")}) {
+        SCOPED_TRACE(reply);
         Session s;
-        s.control.replyRouting.ItemListFromReply(c.reply);
-        ASSERT_EQ(s.seen.size(), 1U) << c.reply;
+        // Raw data is traced at debug level five only.
+        s.control.tools().DebugLevel = reply == good ? 5 : 4;
+        s.control.replyRouting.ItemListFromReply(reply);
+        ASSERT_EQ(s.seen.size(), 1U);
         EXPECT_EQ(s.seen[0].root, "dtm");
-        if (c.parses) {
-            EXPECT_TRUE(s.control.messages.empty());
+        if (reply == good) {
+            EXPECT_EQ(s.control.messages,
+                      std::vector<std::string>{"Debug level 5: Raw data from BL: " + reply});
             EXPECT_EQ(s.seen[0].responses, std::vector<std::string>{"operationUnit"});
         } else {
             EXPECT_EQ(s.control.messages,
                       std::vector<std::string>{"ItemListFromReply: " +
-                                               s.control.Translate("parseFailed")})
-                << c.reply;
+                                               s.control.Translate("parseFailed")});
             EXPECT_TRUE(s.seen[0].responses.empty());
         }
-    }
-}
-
-TEST(ItemListFromReplyTest, RawDataIsTracedAtLevelFiveOnly) {
-    const std::string reply = OperationUnitReply();
-    for (const std::int16_t level : {0, 2, 4, 5}) {
-        Session s;
-        s.control.tools().DebugLevel = level;
-        s.control.replyRouting.ItemListFromReply(reply);
-        const std::vector<std::string> expected =
-            level == 5 ? std::vector<std::string>{"Debug level 5: Raw data from BL: " + reply}
-                       : std::vector<std::string>{};
-        EXPECT_EQ(s.control.messages, expected) << level;
     }
 }
 
@@ -139,11 +126,25 @@ void StartRead(TestUserControl& uc, bool blBarVisible) {
     }
     uc.form().userControl().setMousePointer(11);
     uc.form().control("ProgressBar1").setVisible(blBarVisible);
-    host::clsTools& tools = uc.tools();
-    tools.ReadGroup = true;
-    tools.value_saved = true;
-    tools.CommunicationSign("read", "1");
-    tools.ValuesOk("operationUnit", "0");
+    uc.tools().ReadGroup = true;
+    uc.tools().value_saved = true;
+    uc.tools().CommunicationSign("read", "1");
+    uc.tools().ValuesOk("operationUnit", "0");
+}
+
+// Enabled stop, uploadCurrent, send, settings; the pointer; ReadGroup,
+// value_saved and the read sign.
+std::string ReadState(TestUserControl& uc) {
+    std::string state;
+    for (const char* key : {"stop", "uploadCurrent", "send", "settings"}) {
+        state += Toolbar(uc).item(key).enabled ? '1' : '0';
+    }
+    state += " " + std::to_string(uc.form().userControl().mousePointer()) + " ";
+    for (const bool flag :
+         {uc.tools().ReadGroup, uc.tools().value_saved, uc.tools().CommunicationSign("read", "")}) {
+        state += flag ? '1' : '0';
+    }
+    return state;
 }
 
 TEST(SetReadVariablesTest, AFinalReplyGivesTheToolbarBackOnlyAfterTheChain) {
@@ -153,48 +154,35 @@ TEST(SetReadVariablesTest, AFinalReplyGivesTheToolbarBackOnlyAfterTheChain) {
         bool barVisible;
         std::int16_t autoAction;
         const char* role;
-        bool closed;  // toolbar, pointer and flags given back
+        const char* state;
         std::vector<std::string> calls;
     };
     const std::string stamp = "UpdateGroupTimeStamp operationUnit";
     const std::string clear = "ClearChangedSigns operationUnit";
+    const char* busy = "1000 11 111";
     const Case cases[] = {
-        {"not final", false, false, 0, "maintenance", false, {}},
-        {"chain still counting", true, true, 0, "maintenance", false, {stamp, clear}},
-        {"during a device action", true, false, 1, "maintenance", false, {clear}},
-        {"last reply", true, false, 0, "maintenance", true, {stamp, clear}},
-        {"last reply, observer", true, false, 0, "observer", true, {stamp, clear}},
+        {"not final", false, false, 0, "maintenance", busy, {}},
+        {"chain still counting", true, true, 0, "maintenance", busy, {stamp, clear}},
+        {"during a device action", true, false, 1, "maintenance", busy, {clear}},
+        {"last reply", true, false, 0, "maintenance", "0111 0 000", {stamp, clear}},
+        {"last reply, observer", true, false, 0, "observer", "0100 0 000", {stamp, clear}},
     };
     for (const Case& c : cases) {
-        simulator::SessionOptions options;
-        options.role = c.role;
-        TestUserControl uc(options);
+        SCOPED_TRACE(c.what);
+        TestUserControl uc(testing::SessionOf("KT520_7", true, c.role));
         StartRead(uc, c.barVisible);
         uc.tools().CurrentAutoAction = c.autoAction;
-
         uc.replyRouting.SetReadVariables("operationUnit", c.isFinal, "read", false);
-
-        EXPECT_EQ(uc.calls, c.calls) << c.what;
-        EXPECT_EQ(uc.tools().ValuesOk("operationUnit", ""), c.isFinal) << c.what;
-        const form::ToolbarModel& toolbar = Toolbar(uc);
-        EXPECT_EQ(toolbar.item("stop").enabled, !c.closed) << c.what;
-        EXPECT_EQ(toolbar.item("uploadCurrent").enabled, c.closed) << c.what;
-        const bool sendBack = c.closed && std::string(c.role) != "observer";
-        EXPECT_EQ(toolbar.item("send").enabled, sendBack) << c.what;
-        EXPECT_EQ(toolbar.item("settings").enabled, sendBack) << c.what;
-        EXPECT_EQ(uc.form().userControl().mousePointer(), c.closed ? 0 : 11) << c.what;
-        EXPECT_EQ(uc.tools().ReadGroup, !c.closed) << c.what;
-        EXPECT_EQ(uc.tools().value_saved, !c.closed) << c.what;
-        EXPECT_EQ(uc.tools().CommunicationSign("read", ""), !c.closed) << c.what;
+        EXPECT_EQ(uc.calls, c.calls);
+        EXPECT_EQ(uc.tools().ValuesOk("operationUnit", ""), c.isFinal);
+        EXPECT_EQ(ReadState(uc), c.state);
     }
-}
 
-TEST(SetReadVariablesTest, AlertSettingsUpdateTheLimitsLast) {
     TestUserControl uc;
     StartRead(uc, false);
     uc.replyRouting.SetReadVariables("alertSettings", true, "read", false);
     ASSERT_FALSE(uc.calls.empty());
-    EXPECT_EQ(uc.calls.back(), "UpdateLimits");
+    EXPECT_EQ(uc.calls.back(), "UpdateLimits");  // the alert limits update last
 }
 
 void AddRow(TestUserControl& uc, const std::string& name, const std::string& page, bool checked) {
@@ -205,12 +193,21 @@ void AddRow(TestUserControl& uc, const std::string& name, const std::string& pag
     rows.setChecked(row, checked);
 }
 
-std::vector<std::string> RowNames(TestUserControl& uc) {
-    std::vector<std::string> names;
-    for (const form::ListRow& row : uc.form().control("lsvConfirmation").listView().rows()) {
-        names.push_back(row.text);
+// A page field with its changed sign on: a blue text or a visible mark.
+form::Control& ChangedField(TestUserControl& uc, ControlKind kind, const std::string& name,
+                            int index, int page, const std::string& tag) {
+    form::Control& field = uc.addField(kind, name, index, "fraKT520", page, tag);
+    if (kind == ControlKind::Image) {
+        field.setVisible(true);
+    } else {
+        field.setForeColor(devices::ColorChanged);
     }
-    return names;
+    return field;
+}
+
+bool SignOn(const form::Control& field) {
+    return field.kind() == ControlKind::Image ? field.visible()
+                                              : field.foreColor() == devices::ColorChanged;
 }
 
 TEST(SetReadVariablesTest, SignsAndRowsByAccessAndError) {
@@ -231,26 +228,28 @@ TEST(SetReadVariablesTest, SignsAndRowsByAccessAndError) {
         {"write", false, true, true, {"unitA", "alertA", "alertB"}},
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.access) + " error " + std::to_string(c.error));
         TestUserControl uc;
         StartRead(uc, c.barVisible);
-        form::Control& field = uc.addField(ControlKind::TextBox, "txtHAOperationUnit", kFree,
-                                           "fraKT520", kOperationUnit, "tagA");
-        field.setForeColor(devices::ColorChanged);
-        form::Control& mark = uc.addField(ControlKind::Image, "imgHAOperationUnit", kFree,
-                                          "fraKT520", kOperationUnit, "tagA");
-        mark.setVisible(true);
+        const form::Control* signs[] = {
+            &ChangedField(uc, ControlKind::TextBox, "txtHAOperationUnit", kFree, kOperationUnit,
+                          "tagA"),
+            &ChangedField(uc, ControlKind::Image, "imgHAOperationUnit", kFree, kOperationUnit,
+                          "tagA")};
         AddRow(uc, "unitA", "HAoperationUnit", true);
         AddRow(uc, "alertA", "HAalertSettings", true);
         AddRow(uc, "alertB", "HAalertSettings", false);
 
         uc.replyRouting.SetReadVariables("operationUnit", true, c.access, c.error);
 
-        const std::string what = std::string(c.access) + " error " + std::to_string(c.error);
-        EXPECT_EQ(field.foreColor(),
-                  c.signsCleared ? devices::ColorSynchronised : devices::ColorChanged)
-            << what;
-        EXPECT_EQ(mark.visible(), !c.signsCleared) << what;
-        EXPECT_EQ(RowNames(uc), c.rowsLeft) << what;
+        for (const form::Control* sign : signs) {
+            EXPECT_EQ(SignOn(*sign), !c.signsCleared) << sign->displayName();
+        }
+        std::vector<std::string> rows;
+        for (const form::ListRow& row : uc.form().control("lsvConfirmation").listView().rows()) {
+            rows.push_back(row.text);
+        }
+        EXPECT_EQ(rows, c.rowsLeft);
     }
 }
 
@@ -295,9 +294,7 @@ TEST(IncreaseProgressTest, TenStepsAReplyThenTheBarCloses) {
 
 TEST(ClearChangedSignsTest, OnlyTheGroupsFieldsThatNoUncheckedRowNames) {
     TestUserControl uc;
-    form::Form& form = uc.form();
-    form::Control& testValues = form.add(ControlKind::Frame, "fraKT520", kFree);
-    testValues.setTag("HAtestValues");
+    uc.form().add(ControlKind::Frame, "fraKT520", kFree).setTag("HAtestValues");
     struct Field {
         ControlKind kind;
         const char* name;
@@ -318,27 +315,15 @@ TEST(ClearChangedSignsTest, OnlyTheGroupsFieldsThatNoUncheckedRowNames) {
     std::vector<form::Control*> controls;
     for (const Field& f : fields) {
         const int index = kFree + static_cast<int>(controls.size());
-        form::Control& control = uc.addField(f.kind, f.name, index, "fraKT520", f.page, f.tag);
-        if (f.kind == ControlKind::Image) {
-            control.setVisible(true);
-        } else {
-            control.setForeColor(devices::ColorChanged);
-        }
-        controls.push_back(&control);
+        controls.push_back(&ChangedField(uc, f.kind, f.name, index, f.page, f.tag));
     }
     AddRow(uc, "pending", "HAtestSettings", false);
 
     uc.replyRouting.ClearChangedSigns("testValues");
 
     for (std::size_t i = 0; i < controls.size(); ++i) {
-        const Field& f = fields[i];
-        if (f.kind == ControlKind::Image) {
-            EXPECT_EQ(controls[i]->visible(), !f.cleared) << f.name << " " << f.tag;
-        } else {
-            EXPECT_EQ(controls[i]->foreColor(),
-                      f.cleared ? devices::ColorSynchronised : devices::ColorChanged)
-                << f.name << " " << f.tag;
-        }
+        EXPECT_EQ(SignOn(*controls[i]), !fields[i].cleared)
+            << fields[i].name << " " << fields[i].tag;
     }
 }
 

@@ -20,7 +20,8 @@ constexpr int kHourglass = 11;
 // document holds one upload group of two request groups counted as
 // strCount.
 struct Session {
-    explicit Session(const std::string& strCount = "2", bool online = true) : uc(Options(online)) {
+    explicit Session(const std::string& strCount = "2", bool online = true)
+        : uc(testing::SessionOf("KT520_7", online)) {
         const std::string guiInit =
             "<dtm><uploadGroups><uploadGroup name='uploadIdentification' count='" + strCount +
             "'><requestGroup name='operationUnit'/><requestGroup name='positionerInformation'/>"
@@ -34,11 +35,6 @@ struct Session {
         uc.sendRequestHook = [this](const std::string& group, const std::string& access) {
             sent.push_back(group + " " + access);
         };
-    }
-    static simulator::SessionOptions Options(bool online) {
-        simulator::SessionOptions options;
-        options.online = online;
-        return options;
     }
     form::Control& bar() { return uc.form().control("ProgressBar1"); }
     int pointer() { return uc.form().userControl().mousePointer(); }
@@ -82,30 +78,13 @@ TEST(SetProgressBarTest, MaxAndValueFollowTheGroupsReplies) {
     }
 }
 
-TEST(SetProgressBarTest, AGroupOfNoRepliesIsHiddenByTheFirstReply) {
-    Session s;
-    s.setRequestCount("operationUnit", "0");
-    s.uc.uploads.SetProgressBar("operationUnit", "progressReading");
-    s.uc.form().control("fraProgress").setVisible(true);
-    s.bar().setVisible(true);
-    s.uc.replyRouting.IncreaseProgress();
-    EXPECT_FALSE(s.bar().visible());
-    EXPECT_FALSE(s.uc.form().control("fraProgress").visible());
-}
-
 TEST(RunUploadGroupTest, SendsTheCountedRequestGroupsAsOneChain) {
-    const struct {
-        std::string count;
-        std::vector<std::string> sent;
-    } cases[] = {
-        {"1", {"operationUnit read"}},
-        {"2", {"operationUnit read", "positionerInformation read"}},
-    };
-    for (const auto& c : cases) {
-        Session s(c.count);
+    const std::vector<std::string> both = {"operationUnit read", "positionerInformation read"};
+    for (const std::string count : {"1", "2"}) {
+        Session s(count);
         s.uc.deviceClass().setCancelledGroups("operationUnit");
         s.uc.uploads.RunUploadGroup("uploadIdentification");
-        EXPECT_EQ(s.sent, c.sent) << c.count;
+        EXPECT_EQ(s.sent, std::vector<std::string>(both.begin(), both.begin() + std::stoi(count)));
         EXPECT_EQ(s.uc.deviceClass().CancelledGroups(), "");
         EXPECT_EQ(s.pointer(), kHourglass);
         EXPECT_TRUE(s.uc.tools().ReadGroup);
@@ -113,6 +92,10 @@ TEST(RunUploadGroupTest, SendsTheCountedRequestGroupsAsOneChain) {
         EXPECT_TRUE(s.bar().visible());
         EXPECT_TRUE(s.uc.form().control("fraProgress").visible());
     }
+    // A count beyond the listed groups fails after sending those.
+    Session beyond("3");
+    EXPECT_THROW(beyond.uc.uploads.RunUploadGroup("uploadIdentification"), std::out_of_range);
+    EXPECT_EQ(beyond.sent, both);
 }
 
 TEST(RunUploadGroupTest, ARunningChainOrAnUnknownGroupSendsNothing) {
@@ -120,6 +103,8 @@ TEST(RunUploadGroupTest, ARunningChainOrAnUnknownGroupSendsNothing) {
     running.uc.form().userControl().setMousePointer(kHourglass);
     running.uc.deviceClass().setCancelledGroups("operationUnit");
     running.uc.uploads.RunUploadGroup("uploadIdentification");
+    running.uc.tools().CurrentFrame = "HAoperationUnit";
+    running.uc.uploads.cmdReload();  // nor does a reload
     EXPECT_TRUE(running.sent.empty());
     EXPECT_EQ(running.uc.deviceClass().CancelledGroups(), "operationUnit");
 
@@ -127,13 +112,6 @@ TEST(RunUploadGroupTest, ARunningChainOrAnUnknownGroupSendsNothing) {
     unknown.uc.uploads.RunUploadGroup("uploadEverything");
     EXPECT_TRUE(unknown.sent.empty());
     EXPECT_NE(unknown.pointer(), kHourglass);
-}
-
-TEST(RunUploadGroupTest, ACountBeyondTheListedGroupsFails) {
-    Session s("3");
-    EXPECT_THROW(s.uc.uploads.RunUploadGroup("uploadIdentification"), std::out_of_range);
-    EXPECT_EQ(s.sent,
-              (std::vector<std::string>{"operationUnit read", "positionerInformation read"}));
 }
 
 TEST(CmdReloadTest, UnsavedChangesAreAskedForAndNoKeepsThem) {
@@ -180,14 +158,6 @@ TEST(CmdReloadTest, UnsavedChangesAreAskedForAndNoKeepsThem) {
     }
 }
 
-TEST(CmdReloadTest, NothingWhileAChainRuns) {
-    Session s;
-    s.uc.tools().CurrentFrame = "HAoperationUnit";
-    s.uc.form().userControl().setMousePointer(kHourglass);
-    s.uc.uploads.cmdReload();
-    EXPECT_TRUE(s.sent.empty());
-}
-
 TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
     Session s;
     s.uc.tools().CurrentFrame = "HAflowModification";
@@ -200,47 +170,41 @@ TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
     EXPECT_TRUE(s.sent.empty());
 }
 
-TEST(ResolveReloadGroupTest, PagesWithNothingToUploadSayItUnderTheirName) {
-    const struct {
-        std::string frame;
-        std::string nameKey;
-    } cases[] = {
-        {"HAresetDiagnostics", "resetDiagnostics"},   {"PAtestSettings", "testSettings"},
-        {"PAfactoryReset", "factoryReset"},           {"HAstepTestValues", "stepTest"},
-        {"PAhysteresisTestValues", "hysteresisTest"},
-    };
-    for (const auto& c : cases) {
-        Session s;
-        s.uc.tools().CurrentFrame = c.frame;
-        s.uc.uploads.cmdReload();
-        EXPECT_TRUE(s.sent.empty()) << c.frame;
-        EXPECT_EQ(s.uc.messages, std::vector<std::string>{s.uc.Translate(c.nameKey) + ": " +
-                                                          s.uc.Translate("nothingToUpload")})
-            << c.frame;
-    }
-}
-
-TEST(ResolveReloadGroupTest, PagesReadTheirGroup) {
+TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
     const struct {
         std::string frame;
         std::string group;
+        std::string nameKey;  // of a page with nothing to upload
     } cases[] = {
-        {"HAtestSettings", "testSettings"},
-        {"PLmonitoringVariables", "monitoringVariables"},
-        {"PLleakageSignalTrend", "leakageSignalTrend"},
-        {"PAtestValues", "testValues"},
-        {"", ""},
+        {"HAtestSettings", "testSettings", ""},
+        {"PLmonitoringVariables", "monitoringVariables", ""},
+        {"PLleakageSignalTrend", "leakageSignalTrend", ""},
+        {"PAtestValues", "testValues", ""},
+        {"", "", ""},
+        {"HAresetDiagnostics", "", "resetDiagnostics"},
+        {"PAtestSettings", "", "testSettings"},
+        {"PAfactoryReset", "", "factoryReset"},
+        {"HAstepTestValues", "", "stepTest"},
+        {"PAhysteresisTestValues", "", "hysteresisTest"},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.frame);
         Session s;
         s.uc.tools().StepTestFlag = true;
         s.uc.tools().HysteresisTestFlag = true;
-        const ReloadTarget target = s.uc.uploads.ResolveReloadGroup(c.frame);
-        EXPECT_EQ(target.group, c.group) << c.frame;
-        EXPECT_TRUE(s.uc.messages.empty()) << c.frame;
+        s.uc.tools().CurrentFrame = c.frame;
+        EXPECT_EQ(s.uc.uploads.ResolveReloadGroup(c.frame).group, c.group);
         // Reading the test values drops the marks of the tests run before.
-        EXPECT_EQ(s.uc.tools().StepTestFlag, c.group != "testValues") << c.frame;
-        EXPECT_EQ(s.uc.tools().HysteresisTestFlag, c.group != "testValues") << c.frame;
+        EXPECT_EQ(s.uc.tools().StepTestFlag, c.group != "testValues");
+        EXPECT_EQ(s.uc.tools().HysteresisTestFlag, c.group != "testValues");
+        if (c.nameKey.empty()) {
+            EXPECT_TRUE(s.uc.messages.empty());
+        } else {
+            EXPECT_EQ(s.uc.messages, std::vector<std::string>{s.uc.Translate(c.nameKey) + ": " +
+                                                              s.uc.Translate("nothingToUpload")});
+            s.uc.uploads.cmdReload();
+            EXPECT_TRUE(s.sent.empty());
+        }
     }
 }
 

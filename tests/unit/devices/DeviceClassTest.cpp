@@ -12,14 +12,8 @@ namespace kt500::devices {
 namespace {
 
 using form::ControlKind;
+using testing::SessionOf;
 using testing::TestUserControl;
-
-simulator::SessionOptions session(const std::string& deviceKey, bool online = true) {
-    simulator::SessionOptions options;
-    options.deviceKey = deviceKey;
-    options.online = online;
-    return options;
-}
 
 // A page field: the form's own when it has the element, else one added to
 // the page given. Either way it carries the Tag given.
@@ -119,7 +113,7 @@ TEST(SpecialUpploadCaseFamilies, EachClassTriggersItsOwnSets) {
         {"KT540_1.0", "valveRelatedConfigurations", "splitRangeLow", ""},
     };
     for (const Case& c : cases) {
-        TestUserControl kt(session(c.model));
+        TestUserControl kt(SessionOf(c.model));
         kt.confirmationRows.emplace(std::set<std::pair<std::string, bool>>{{c.item, true}});
         EXPECT_EQ(kt.deviceClass().SpecialUpploadCase(c.group, c.item), c.triples) << c.model;
     }
@@ -157,7 +151,7 @@ TEST(FormatValues, ConvertsBetweenWireAndPage) {
     for (const Case& c : cases) {
         auto& kt = controls[c.model];
         if (!kt) {
-            kt = std::make_unique<TestUserControl>(session(c.model));
+            kt = std::make_unique<TestUserControl>(SessionOf(c.model));
         }
         EXPECT_EQ(kt->deviceClass().FormatValues(c.id, c.value, c.access), c.expected)
             << c.model << " " << c.id << " " << c.access << " " << c.value;
@@ -173,7 +167,7 @@ TEST(FormatValues, DeviceIdOfTheHartPositionerShowsOnItsLabel) {
 }
 
 TEST(FormatValues, LeakageMeasurementTimeSwitchesItsFields) {
-    TestUserControl kt(session("PL500_2"));
+    TestUserControl kt(SessionOf("PL500_2"));
     form::Control& measuring =
         kt.addField(ControlKind::ComboBox, "comPLParams", 17, "fraPL500", 0, "");
     measuring.addItem("off");
@@ -183,23 +177,19 @@ TEST(FormatValues, LeakageMeasurementTimeSwitchesItsFields) {
         fields.push_back(
             &kt.addField(ControlKind::TextBox, "txtPLParams", index, "fraPL500", 0, ""));
     }
-    DeviceClass& device = kt.deviceClass();
-
-    EXPECT_EQ(device.FormatValues("leakageMeasurementTime", "0", "read"), "0");
-    EXPECT_EQ(measuring.listIndex(), 0);
-    for (const form::Control* field : fields) {
-        EXPECT_FALSE(field->enabled());
-    }
-    EXPECT_EQ(device.FormatValues("leakageMeasurementTime", "1500", "read"), "1.5");
-    EXPECT_EQ(measuring.listIndex(), 1);
-    for (const form::Control* field : fields) {
-        EXPECT_TRUE(field->enabled());
+    for (const auto& [time, shown, measures] :
+         {std::tuple{"0", "0", false}, std::tuple{"1500", "1.5", true}}) {
+        EXPECT_EQ(kt.deviceClass().FormatValues("leakageMeasurementTime", time, "read"), shown);
+        EXPECT_EQ(measuring.listIndex(), measures ? 1 : 0);
+        for (const form::Control* field : fields) {
+            EXPECT_EQ(field->enabled(), measures) << time;
+        }
     }
 }
 
 class DeviceDate : public ::testing::TestWithParam<const char*> {
 protected:
-    DeviceDate() : kt(session(GetParam())) {
+    DeviceDate() : kt(SessionOf(GetParam())) {
         const bool hart = std::string(GetParam()) == "KT520_7";
         const std::string page = hart ? "fraKT520" : "fraPL500";
         const int pageIndex = hart ? 7 : 0;
@@ -246,7 +236,7 @@ TEST_P(DeviceDate, YearMustFitTheDevice) {
 INSTANTIATE_TEST_SUITE_P(HartClasses, DeviceDate, ::testing::Values("KT520_7", "PL500_1"));
 
 TEST(DeviceClassMembers, ProfibusClassHasNoDeviceDate) {
-    TestUserControl kt(session("KT540_1.0"));
+    TestUserControl kt(SessionOf("KT540_1.0"));
     kt.deviceClass().SetDeviceDate(1, 1, 2000);
     EXPECT_EQ(kt.deviceClass().GetDeviceDate(), "");
 }
@@ -267,35 +257,6 @@ TEST(DeviceClassMembers, DefaultNodeIndexByModeAndRevision) {
     }
 }
 
-TEST(DeviceClassMembers, AMemberAClassLacksFailsWithItsName) {
-    const auto expectMissing = [](const char* model, const char* member, auto call) {
-        const auto device = CreateDeviceClass(model);
-        try {
-            call(*device);
-            ADD_FAILURE() << model << " " << member << " did not fail";
-        } catch (const MemberMissing& missing) {
-            EXPECT_EQ(missing.member(), member) << model;
-        }
-    };
-    expectMissing("KT520_7", "MonitoringFrame", [](DeviceClass& d) { (void)d.MonitoringFrame(); });
-    expectMissing("KT540_1.0", "DeviceDate", [](DeviceClass& d) { (void)d.DeviceDate(); });
-    expectMissing("PL500_1", "CurrentStepEndPoint",
-                  [](DeviceClass& d) { (void)d.CurrentStepEndPoint(); });
-    expectMissing("PL500_2", "NoSuchUnit",
-                  [](DeviceClass& d) { (void)d.pageProperty("NoSuchUnit"); });
-}
-
-}  // namespace
-}  // namespace kt500::devices
-
-namespace kt500::devices {
-namespace {
-
-using form::ControlKind;
-using testing::TestUserControl;
-
-// An item's value as FetchValueByTag finds it: on its page field, else in
-// the parameter document.
 void setItem(TestUserControl& kt, const std::string& name, const std::string& value) {
     for (form::Control* control : kt.form().controls()) {
         if (control->tag() != name) {
@@ -337,7 +298,7 @@ TEST(DeviceClassLimits, FromItemsOrFields) {
     EXPECT_EQ(kt520.DeviationLimit3(), 0.0F);
     EXPECT_EQ(kt520.LoadFactorLimit3(), 12.5F);
 
-    TestUserControl safety(session("PL500_2"));
+    TestUserControl safety(SessionOf("PL500_2"));
     for (const auto& [index, text] : {std::pair{11, " "}, {12, "80,5"}, {15, "3"}}) {
         fieldOf(safety, ControlKind::TextBox, "txtPLParams", index, "fraPL500").setText(text);
     }
@@ -356,32 +317,17 @@ TEST(DeviceClassMembers, MembersAbsentFromAClassFailWithTheirName) {
     };
     const float curve[21] = {};
     const Case cases[] = {
-        {"KT520_7", "BreakawayPressureLimit1",
-         [](DeviceClass& d) { (void)d.BreakawayPressureLimit1(); }},
+        {"KT520_7", "MonitoringFrame", [](DeviceClass& d) { (void)d.MonitoringFrame(); }},
         {"KT520_7", "LeakageSignalLimit1", [](DeviceClass& d) { (void)d.LeakageSignalLimit1(); }},
         {"KT520_7", "BreakawayPressureTime",
          [](DeviceClass& d) { d.setBreakawayPressureTime("1"); }},
-        {"KT520_7", "LeakageSignalTime", [](DeviceClass& d) { d.setLeakageSignalTime("1"); }},
-        {"KT520_7", "FlowModCurveLinear", [](DeviceClass& d) { d.setFlowModCurveLinear(true); }},
-        {"KT520_7", "FlowModProgress", [](DeviceClass& d) { d.setFlowModProgress(1); }},
-        {"KT520_7", "ResetingFrame", [](DeviceClass& d) { (void)d.ResetingFrame(); }},
-        {"KT520_7", "PressurePeakTolerance",
-         [](DeviceClass& d) { (void)d.PressurePeakTolerance(); }},
-        {"KT520_7", "PressureRecoveryTime", [](DeviceClass& d) { d.setPressureRecoveryTime("1"); }},
-        {"KT540_1.0", "BreakawayPressureLimit2",
-         [](DeviceClass& d) { (void)d.BreakawayPressureLimit2(); }},
+        {"KT540_1.0", "DeviceDate", [](DeviceClass& d) { (void)d.DeviceDate(); }},
         {"KT540_1.0", "TravelVsTimeTime", [](DeviceClass& d) { d.setTravelVsTimeTime("1"); }},
-        {"KT540_1.0", "ResetingFrame", [](DeviceClass& d) { d.setResetingFrame("alarms"); }},
-        {"KT540_1.0", "PressurePeakTolerance",
-         [](DeviceClass& d) { d.setPressurePeakTolerance("1"); }},
-        {"PL500_1", "DeviationLimit1", [](DeviceClass& d) { (void)d.DeviationLimit1(); }},
-        {"PL500_1", "DeviationLimit3", [](DeviceClass& d) { (void)d.DeviationLimit3(); }},
-        {"PL500_1", "TravelDeviationTime", [](DeviceClass& d) { d.setTravelDeviationTime("1"); }},
-        {"PL500_1", "TravelVsTimeTime", [](DeviceClass& d) { d.setTravelVsTimeTime("1"); }},
-        {"PL500_1", "FlowModCurveLinear", [](DeviceClass& d) { (void)d.FlowModCurveLinear(); }},
+        {"PL500_1", "CurrentStepEndPoint", [](DeviceClass& d) { (void)d.CurrentStepEndPoint(); }},
         {"PL500_1", "txtFlowModification", [](DeviceClass& d) { (void)d.txtFlowModification(0); }},
         {"PL500_1", "UpdateInputSignalVsTravelGraph",
          [&curve](DeviceClass& d) { (void)d.UpdateInputSignalVsTravelGraph(curve); }},
+        {"PL500_2", "NoSuchUnit", [](DeviceClass& d) { (void)d.pageProperty("NoSuchUnit"); }},
     };
     for (const Case& c : cases) {
         const auto device = CreateDeviceClass(c.model);
@@ -394,68 +340,51 @@ TEST(DeviceClassMembers, MembersAbsentFromAClassFailWithTheirName) {
     }
 }
 
-TEST(DeviceClassMembers, WrittenPropertiesKeepTheirValues) {
-    TestUserControl kt(session("PL500_2"));
+TEST(DeviceClassMembers, WrittenPropertiesReachTheirPlaces) {
+    TestUserControl kt(SessionOf("PL500_2"));
     DeviceClass& device = kt.deviceClass();
     device.setLeakageSignalTime("12,5");
     EXPECT_EQ(device.trendTime("LeakageSignalTime"), "12,5");
-    device.setResetingFrame("alarms");
-    EXPECT_EQ(device.ResetingFrame(), "alarms");
     form::Control& peak = kt.addField(ControlKind::TextBox, "txtPLParams", 90, "fraPL500", 0,
                                       "pressurePeakTolerance");
     device.setPressurePeakTolerance("7");
     EXPECT_EQ(peak.text(), "7");
-    EXPECT_EQ(device.PressureRecoveryTime(), "");
-}
-
-TEST(DeviceClassPages, TheOtherFamiliesHaveTheirOwnPageTables) {
-    const std::tuple<const char*, const char*, const char*, int, const char*> table[] = {
-        {"KT540_1.0", "monitoring", "fraKT540", 5, "PAmonitoringVariables"},
-        {"KT540_1.0", "failSafeAction", "fraKT540", 30, "PAfailSafeAction"},
-        {"KT540_1.0", "paAddress", "fraCommon", 3, "paAddress"},
-        {"KT540_1.0", "compareConfiguration", "fraConfirmation", 2, "before"},
-        {"PL500_2", "hartConfiguration", "fraPL500", 19, "PLhartConfiguration"},
-        {"PL500_2", "resetAlarms", "fraPL500", 18, "PLresetAlarms"},
-    };
-    for (const auto& [key, node, array, index, frame] : table) {
-        TestUserControl kt(session(key));
-        kt.tools().CurrentFrame = "before";
-        kt.deviceClass().HideFrames();
-        kt.deviceClass().ShowFrame(node);
-        EXPECT_TRUE(kt.form().control(array, index).visible()) << node;
-        EXPECT_EQ(kt.tools().CurrentFrame, frame) << node;
-    }
-    // The singular and the plural are not interchangeable on the PROFIBUS class.
-    TestUserControl pa(session("KT540_1.0"));
-    pa.deviceClass().HideFrames();
-    pa.deviceClass().ShowFrame("compareConfigurations");
-    EXPECT_FALSE(pa.form().control("fraConfirmation", 2).visible());
 }
 
 TEST(DeviceClassPages, ShowFrameSettlesCurrentFrame) {
-    TestUserControl kt;
-    DeviceClass& device = kt.deviceClass();
-    const std::tuple<const char*, const char*, int, const char*> table[] = {
-        {"operationUnit", "fraKT520", 7, "HAoperationUnit"},
-        {"monitoring", "fraKT520", 6, "HAmonitoringVariables"},
-        {"manualPrestageTrim", "fraKT520", 25, "HAmanualPrestageTrim"},
-        {"settings", "fraCommon", 0, "before"},
-        {"hartAddress", "fraCommon", 1, "hartAddress"},
-        {"status", "fraCommon", 4, "status"},
-        {"confirmation2", "fraConfirmation", 1, "before"},
-        {"compareConfigurations", "fraConfirmation", 2, "before"},
+    const std::tuple<const char*, const char*, const char*, int, const char*> table[] = {
+        {"KT520_7", "operationUnit", "fraKT520", 7, "HAoperationUnit"},
+        {"KT520_7", "settings", "fraCommon", 0, "before"},
+        {"KT520_7", "hartAddress", "fraCommon", 1, "hartAddress"},
+        {"KT520_7", "compareConfigurations", "fraConfirmation", 2, "before"},
+        {"KT540_1.0", "monitoring", "fraKT540", 5, "PAmonitoringVariables"},
+        {"KT540_1.0", "paAddress", "fraCommon", 3, "paAddress"},
+        {"KT540_1.0", "compareConfiguration", "fraConfirmation", 2, "before"},
+        {"PL500_2", "resetAlarms", "fraPL500", 18, "PLresetAlarms"},
     };
-    for (const auto& [node, array, index, frame] : table) {
-        kt.tools().CurrentFrame = "before";
-        device.HideFrames();
-        device.ShowFrame(node);
-        EXPECT_TRUE(kt.form().control(array, index).visible()) << node;
-        EXPECT_EQ(kt.tools().CurrentFrame, frame) << node;
+    std::map<std::string, std::unique_ptr<TestUserControl>> controls;
+    for (const auto& [key, node, array, index, frame] : table) {
+        auto& kt = controls[key];
+        if (!kt) {
+            kt = std::make_unique<TestUserControl>(SessionOf(key));
+        }
+        kt->tools().CurrentFrame = "before";
+        kt->deviceClass().HideFrames();
+        kt->deviceClass().ShowFrame(node);
+        EXPECT_TRUE(kt->form().control(array, index).visible()) << key << " " << node;
+        EXPECT_EQ(kt->tools().CurrentFrame, frame) << key << " " << node;
     }
+    // The singular and the plural are not interchangeable on the PROFIBUS class.
+    TestUserControl& pa = *controls["KT540_1.0"];
+    pa.deviceClass().HideFrames();
+    pa.deviceClass().ShowFrame("compareConfigurations");
+    EXPECT_FALSE(pa.form().control("fraConfirmation", 2).visible());
+
     // A node outside the table shows nothing and keeps CurrentFrame.
-    device.HideFrames();
+    TestUserControl& kt = *controls["KT520_7"];
+    kt.deviceClass().HideFrames();
     kt.tools().CurrentFrame = "before";
-    device.ShowFrame("noSuchNode");
+    kt.deviceClass().ShowFrame("noSuchNode");
     EXPECT_EQ(kt.tools().CurrentFrame, "before");
     for (const char* array : {"fraKT520", "fraCommon", "fraConfirmation"}) {
         for (const form::Control* page : kt.form().elements(array)) {
@@ -471,11 +400,6 @@ TEST(DeviceClassMembers, SendOfflineConfWritesEachGroupWithItsPage) {
          "valveRelatedConfigurations|HAassemblyRelatedConfiguration "
          "assemblyRelatedConfiguration|HAflowModification flowModification|"
          "HAalertSettings alertSettings|"},
-        {"KT540_1.0",
-         "PAoperationUnit operationUnit|PAvalveRelatedConfigurations "
-         "valveRelatedConfigurations|PAassemblyRelatedConfiguration "
-         "assemblyRelatedConfiguration|PAflowModification flowModification|"
-         "PAalertSettings alertSettings|"},
         {"PL500_1",
          "PLoperationUnit operationUnit|PLgeneral general|PLassemblyRelated "
          "assemblyRelated|PLleakageMeasurement leakageMeasurement|"
@@ -483,7 +407,7 @@ TEST(DeviceClassMembers, SendOfflineConfWritesEachGroupWithItsPage) {
          "statisticAlertSettings|"},
     };
     for (const auto& [model, expected] : models) {
-        TestUserControl kt(session(model, false));
+        TestUserControl kt(SessionOf(model, false));
         std::string sent;
         kt.sendRequestHook = [&](const std::string& group, const std::string& access) {
             EXPECT_EQ(access, "writeOffline");
@@ -507,59 +431,48 @@ TEST(DeviceClassMembers, MonitorLogHeadersOfTheHartPositioner) {
                   t("pcbTemperature") + " [degC]\"");
 }
 
-class RevisionChanges : public ::testing::Test {
-protected:
-    RevisionChanges() {
-        cmd = &fieldOf(kt, ControlKind::CommandButton, "cmdHALoadFactorUpdate", -1, "fraKT520", 14);
-        reset = &fieldOf(kt, ControlKind::Frame, "fraResetOnlineAlerts", -1, "fraKT520", 20);
-        for (const int i : {4, 9, 10, 12}) {
-            meters.push_back(
-                &fieldOf(kt, ControlKind::Label, "lblHAActuatorAndValveMeters", i, "fraKT520", 4));
-        }
-        image = &fieldOf(kt, ControlKind::Image, "imgHAAssemblyRelatedConfiguration", 0);
-        for (const int i : {0, 4}) {
-            labels[i] = &fieldOf(kt, ControlKind::Label, "lblHAAssemblyRealedConfiguration", i);
-        }
-        for (const int i : {0, 1, 4}) {
-            lists[i] = &fieldOf(kt, ControlKind::ComboBox, "comHAValveRelatedConfiguration", i,
-                                "fraKT520", 8);
-        }
-        for (form::Control* shown :
-             {reset, image, labels[0], lists[0], meters[0], meters[1], meters[2], meters[3]}) {
-            shown->setVisible(true);
-        }
-        lists[1]->setEnabled(true);
-        cmd->setVisible(false);
-        labels[4]->setVisible(false);
-        lists[4]->setVisible(false);
+TEST(DeviceClassPages, RevisionAndTypeChangesOfTheHartPositioner) {
+    TestUserControl kt;
+    const auto field = [&kt](ControlKind kind, const char* name, int index, int page = 0) {
+        return &fieldOf(kt, kind, name, index, "fraKT520", page);
+    };
+    form::Control* cmd = field(ControlKind::CommandButton, "cmdHALoadFactorUpdate", -1, 14);
+    form::Control* reset = field(ControlKind::Frame, "fraResetOnlineAlerts", -1, 20);
+    std::vector<form::Control*> meters;
+    for (const int i : {4, 9, 10, 12}) {
+        meters.push_back(field(ControlKind::Label, "lblHAActuatorAndValveMeters", i, 4));
     }
-    void apply(const char* revision, const char* typeId) {
+    form::Control* image = field(ControlKind::Image, "imgHAAssemblyRelatedConfiguration", 0);
+    form::Control* label0 = field(ControlKind::Label, "lblHAAssemblyRealedConfiguration", 0);
+    form::Control* label4 = field(ControlKind::Label, "lblHAAssemblyRealedConfiguration", 4);
+    std::vector<form::Control*> lists;
+    for (const int i : {0, 1, 4}) {
+        lists.push_back(field(ControlKind::ComboBox, "comHAValveRelatedConfiguration", i, 8));
+    }
+    for (form::Control* shown : {reset, image, label0, lists[0]}) {
+        shown->setVisible(true);
+    }
+    for (form::Control* meter : meters) {
+        meter->setVisible(true);
+    }
+    lists[1]->setEnabled(true);
+    for (form::Control* hidden : {cmd, label4, lists[2]}) {
+        hidden->setVisible(false);
+    }
+    const auto apply = [&kt](const char* revision, const char* typeId) {
         kt.tools().DeviceRevision = revision;
         kt.tools().DeviceTypeId = typeId;
         kt.deviceClass().SetDeviceRevisionChanges();
         kt.deviceClass().SetDeviceTypeIdChanges();
-    }
-    TestUserControl kt;
-    form::Control* cmd;
-    form::Control* reset;
-    std::vector<form::Control*> meters;
-    form::Control* image;
-    std::map<int, form::Control*> labels;
-    std::map<int, form::Control*> lists;
-};
+    };
 
-TEST_F(RevisionChanges, RevisionSevenKeepsThePages) {
     apply("7", "200");
     EXPECT_FALSE(cmd->visible());
     EXPECT_TRUE(reset->visible());
     EXPECT_TRUE(meters[0]->visible());
-    EXPECT_FALSE(labels[4]->visible());
-    apply("7", "238");
-    EXPECT_TRUE(labels[4]->visible());
-    EXPECT_TRUE(lists[4]->visible());
-}
+    EXPECT_FALSE(label4->visible());
 
-TEST_F(RevisionChanges, OlderRevisionsUpdateTheLoadFactorOnDemand) {
+    // Older revisions update the load factor on demand; the type change is for 7 only.
     apply("6", "238");
     EXPECT_TRUE(cmd->visible());
     EXPECT_FALSE(reset->visible());
@@ -568,15 +481,16 @@ TEST_F(RevisionChanges, OlderRevisionsUpdateTheLoadFactorOnDemand) {
     }
     EXPECT_TRUE(image->visible());
     EXPECT_TRUE(lists[1]->enabled());
-    EXPECT_FALSE(labels[4]->visible());  // the type change is for revision 7 only
-}
+    EXPECT_FALSE(label4->visible());
 
-TEST_F(RevisionChanges, RevisionFourHasNoValveRelatedSelection) {
+    apply("7", "238");
+    EXPECT_TRUE(label4->visible());
+    EXPECT_TRUE(lists[2]->visible());
+
+    // Revision 4 has no valve related selection.
     apply("4", "200");
-    EXPECT_TRUE(cmd->visible());
-    EXPECT_FALSE(meters[3]->visible());
     EXPECT_FALSE(image->visible());
-    EXPECT_FALSE(labels[0]->visible());
+    EXPECT_FALSE(label0->visible());
     EXPECT_FALSE(lists[0]->visible());
     EXPECT_FALSE(lists[1]->enabled());
 }

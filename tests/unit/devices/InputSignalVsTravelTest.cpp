@@ -26,66 +26,37 @@ struct Expected {
 
 TEST(InputSignalVsTravelPoints, EndsStayInsideThePlot) {
     constexpr float NV = NoSingle;
-    struct Case {
-        const char* what;
-        PositionControl fields;
-        ValveDirection direction;
-        std::vector<Expected> expected;
-    };
-    const Case cases[] = {
-        {"full range, rising to open",
-         {NV, NV, 0, 0},
-         ValveDirection::RisingToOpen,
-         {{0, 0.3F, 0.3F},
-          {1, 0.3F, 0.3F},
-          {2, 0.3F, 0.3F},
-          {7, 50, 50},
-          {12, 99, 99},
-          {13, 99, 99},
-          {14, 100, 99}}},
-        {"split range ending just below 100",
-         {0, 99.9999F, 0, 0},
-         ValveDirection::RisingToOpen,
-         {{2, 0.3F, 0.3F}, {12, 99.9999F, 99}}},
-        {"split range 20 to 60",
-         {20, 60, 0, 0},
-         ValveDirection::RisingToOpen,
-         {{2, 20, 0.3F}, {7, 40, 50}, {12, 60, 99}, {14, 100, 99}}},
-        {"unset cut-offs count as cut, rising to close",
-         {NV, NV, NV, NV},
-         ValveDirection::RisingToClose,
-         {{0, 0.3F, 99},
-          {1, 0.3F, 99},
-          {2, 0.3F, 99},
-          {3, 10, 90},
-          {12, 99, 0.3F},
-          {13, 99, 0.3F},
-          {14, 100, 0.3F}}},
-        {"cut-offs scale both axes",
-         {NV, NV, 10, 20},
-         ValveDirection::RisingToOpen,
-         {{0, 0.3F, 0.3F}, {2, 20, 10}, {7, 60, 55}, {12, 99, 99}}},
-        {"cut-off of the input axis rising to close",
-         {NV, NV, 0, 20},
-         ValveDirection::RisingToClose,
-         {{2, 0.3F, 99}, {12, 80, 0.3F}, {13, 80, 0.3F}}},
-        {"negative cut-offs: no lead-in",
-         {NV, NV, -1, -1},
-         ValveDirection::RisingToOpen,
-         {{0, 0, 0}, {1, 0, 0}, {13, 99, 99}}},
-        {"negative cut-offs: no lead-out",
-         {NV, NV, -1, -1},
-         ValveDirection::RisingToClose,
-         {{0, 0.3F, 99}, {13, 0, 0}, {14, 0, 0}}},
-    };
+    constexpr ValveDirection Open = ValveDirection::RisingToOpen;
+    constexpr ValveDirection Close = ValveDirection::RisingToClose;
     const std::array<float, 21> curve = linear();
-    for (const Case& c : cases) {
-        const auto points = InputSignalVsTravelPoints(curve, c.fields, c.direction);
-        for (const Expected& e : c.expected) {
-            EXPECT_FLOAT_EQ(points[e.point].x, e.x) << c.what << " P" << e.point;
-            EXPECT_FLOAT_EQ(points[e.point].y, e.y) << c.what << " P" << e.point;
+    const auto check = [&curve](const char* what, PositionControl fields, ValveDirection direction,
+                                std::vector<Expected> expected) {
+        const auto points = InputSignalVsTravelPoints(curve, fields, direction);
+        for (const Expected& e : expected) {
+            EXPECT_FLOAT_EQ(points[e.point].x, e.x) << what << " P" << e.point;
+            EXPECT_FLOAT_EQ(points[e.point].y, e.y) << what << " P" << e.point;
         }
-    }
+    };
+    check("full range, rising to open: lead-in", {NV, NV, 0, 0}, Open,
+          {{0, 0.3F, 0.3F}, {1, 0.3F, 0.3F}, {2, 0.3F, 0.3F}, {7, 50, 50}});
+    check("full range, rising to open: lead-out", {NV, NV, 0, 0}, Open,
+          {{12, 99, 99}, {13, 99, 99}, {14, 100, 99}});
+    check("split range ending just below 100", {0, 99.9999F, 0, 0}, Open,
+          {{2, 0.3F, 0.3F}, {12, 99.9999F, 99}});
+    check("split range 20 to 60", {20, 60, 0, 0}, Open,
+          {{2, 20, 0.3F}, {7, 40, 50}, {12, 60, 99}, {14, 100, 99}});
+    check("unset cut-offs count as cut, rising to close", {NV, NV, NV, NV}, Close,
+          {{0, 0.3F, 99}, {1, 0.3F, 99}, {2, 0.3F, 99}, {3, 10, 90}});
+    check("unset cut-offs count as cut, rising to close", {NV, NV, NV, NV}, Close,
+          {{12, 99, 0.3F}, {13, 99, 0.3F}, {14, 100, 0.3F}});
+    check("cut-offs scale both axes", {NV, NV, 10, 20}, Open,
+          {{0, 0.3F, 0.3F}, {2, 20, 10}, {7, 60, 55}, {12, 99, 99}});
+    check("cut-off of the input axis rising to close", {NV, NV, 0, 20}, Close,
+          {{2, 0.3F, 99}, {12, 80, 0.3F}, {13, 80, 0.3F}});
+    check("negative cut-offs: no lead-in", {NV, NV, -1, -1}, Open,
+          {{0, 0, 0}, {1, 0, 0}, {13, 99, 99}});
+    check("negative cut-offs: no lead-out", {NV, NV, -1, -1}, Close,
+          {{0, 0.3F, 99}, {13, 0, 0}, {14, 0, 0}});
 }
 
 TEST(InputSignalVsTravelPoints, OnlyEverySecondCurvePointIsDrawn) {
@@ -131,12 +102,10 @@ protected:
     std::array<float, 21> curve = linear();
 };
 
-TEST_F(InputSignalVsTravelGraph, AnUnknownDirectionLeavesTheChart) {
+TEST_F(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
+    // An unknown direction leaves the chart alone.
     direction->setListIndex(2);
     EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
-}
-
-TEST_F(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
     direction->setListIndex(0);
     if (kt.form().find(clsKT520::InputSignalVsTravelChart) == nullptr) {
         // The chart comes with the session's charts; without it the call fails.

@@ -17,18 +17,6 @@ struct Item {
     std::string unit = "noUnit";
 };
 
-std::string replyXml(const std::string& name, const std::string& access, const std::string& status,
-                     bool isFinal, const std::string& errorCode, const std::vector<Item>& items) {
-    std::string xml = "<dtm><communicationResponse name='" + name + "' access='" + access +
-                      "' responseStatus='" + status + "' isFinal='" + (isFinal ? "1" : "0") +
-                      "' errorCode='" + errorCode + "'>";
-    for (const Item& item : items) {
-        xml += "<item name='" + item.name + "' unit='" + item.unit + "'><floatVal>" + item.value +
-               "</floatVal></item>";
-    }
-    return xml + "</communicationResponse></dtm>";
-}
-
 class KT520Reply : public ::testing::Test {
 protected:
     KT520Reply() {
@@ -44,8 +32,14 @@ protected:
     void reply(const std::string& name, const std::string& access, const std::string& status,
                bool isFinal, const std::string& errorCode = "",
                const std::vector<Item>& items = {}) {
-        xml::LoadResult loaded =
-            xml::Document::parse(replyXml(name, access, status, isFinal, errorCode, items));
+        std::string xml = "<dtm><communicationResponse name='" + name + "' access='" + access +
+                          "' responseStatus='" + status + "' isFinal='" + (isFinal ? "1" : "0") +
+                          "' errorCode='" + errorCode + "'>";
+        for (const Item& item : items) {
+            xml += "<item name='" + item.name + "' unit='" + item.unit + "'><floatVal>" +
+                   item.value + "</floatVal></item>";
+        }
+        xml::LoadResult loaded = xml::Document::parse(xml + "</communicationResponse></dtm>");
         ASSERT_TRUE(loaded.ok()) << loaded.message();
         kt.deviceClass().Reply(*loaded.document);
     }
@@ -120,16 +114,15 @@ TEST_F(KT520Reply, ItemsGoToTheirTrendTestOrPage) {
         bool isFinal;
         std::vector<std::string> expected;
     };
+    const auto pairs = [](const std::string& call) {
+        return std::vector<std::string>{call + " a", call + " b"};
+    };
     const Case cases[] = {
-        {"travelDeviation",
-         false,
-         {"AddTravelDeviationValuePair a", "AddTravelDeviationValuePair b"}},
-        {"loadFactor", false, {"AddLoadFactorValuePair a", "AddLoadFactorValuePair b"}},
-        {"travelVsTime", false, {"AddTravelVsTimeValuePair a", "AddTravelVsTimeValuePair b"}},
-        {"stepTestValues", false, {"AddStepTestValuePair a", "AddStepTestValuePair b"}},
-        {"hysteresisTestValues",
-         false,
-         {"AddHysteresisTestValuePair a", "AddHysteresisTestValuePair b"}},
+        {"travelDeviation", false, pairs("AddTravelDeviationValuePair")},
+        {"loadFactor", false, pairs("AddLoadFactorValuePair")},
+        {"travelVsTime", false, pairs("AddTravelVsTimeValuePair")},
+        {"stepTestValues", false, pairs("AddStepTestValuePair")},
+        {"hysteresisTestValues", false, pairs("AddHysteresisTestValuePair")},
         {"eventLog", false, {"FillEventLog 2"}},
         {"flowModification", false, {}},
         {"flowModification", true, {"UpdateFlowModificationGraph 0"}},
@@ -258,12 +251,10 @@ protected:
     }
 };
 
-TEST_F(KT520DeviceStatus, AFailedStatusIsUnknown) {
+TEST_F(KT520DeviceStatus, EachItemUpdatesTheTreeThenTheParentsAndHeaderUnlessItFailed) {
     status("deviceBusy", {{"travelSetpoint", "1"}});
     EXPECT_EQ(kt.calls, std::vector<std::string>{"UnKnownStatus"});
-}
-
-TEST_F(KT520DeviceStatus, EachItemUpdatesTheTreeThenTheParentsAndHeader) {
+    kt.calls.clear();
     status("ok", {{"statusTravelDeviation", "1"}, {"statusMemoryError", "0"}});
     EXPECT_EQ(kt.calls,
               (std::vector<std::string>{"UpdateStatusTree statusTravelDeviation",

@@ -24,15 +24,9 @@ xml::Document Parsed(const std::string& text) {
     return Loaded(xml::Document::parse(text));
 }
 
-simulator::SessionOptions KT520Revision7() {
-    simulator::SessionOptions options;
-    options.deviceKey = "KT520_7";
-    return options;
-}
-
 class StatusTreeTest : public ::testing::Test {
 protected:
-    StatusTreeTest() : kt(KT520Revision7()) {
+    StatusTreeTest() {
         kt.tools().setRavikDTMParameters(std::make_unique<xml::Document>(
             Loaded(xml::Document::load(kt.tools().GUIxmlPath + kt.tools().DeviceParameterXml()))));
         kt.tools().ShowDeviationAlert = true;
@@ -79,14 +73,7 @@ protected:
     }
 
     form::TreeModel& tree() { return kt.form().control("TreeView3").tree(); }
-    std::string image(const std::string& tag) {
-        for (const form::TreeNode& node : tree().nodes()) {
-            if (node.tag == tag) {
-                return node.image;
-            }
-        }
-        return "no node " + tag;
-    }
+    std::string image(const std::string& tag) { return tree().node(tag).image; }
     std::vector<std::string> images() {
         std::vector<std::string> all;
         for (const form::TreeNode& node : tree().nodes()) {
@@ -101,7 +88,7 @@ protected:
         return toolbar.item("imgHeaderStatus").picture;
     }
 
-    TestUserControl kt;
+    TestUserControl kt{testing::SessionOf("KT520_7")};
     std::optional<xml::Document> m_reply;
 };
 
@@ -118,6 +105,13 @@ TEST_F(StatusTreeTest, BuildsGroupsWithTheirStatusesAllUnknown) {
     EXPECT_EQ(tree().at(6).parentKey, "");
     EXPECT_EQ(images(), std::vector<std::string>(20, "unknown"));
     EXPECT_TRUE(kt.messages.empty());
+
+    // UnKnownStatus paints tree and header unknown again.
+    reply(clearExcept({{"statusMemoryError", "1"}}));
+    ASSERT_EQ(header(), "alarm");
+    kt.UnKnownStatus();
+    EXPECT_EQ(images(), std::vector<std::string>(20, "unknown"));
+    EXPECT_EQ(header(), "unknown");
 
     // Without a GUIInit document the tree is left empty, with no message.
     kt.tools().setRavikDTMParameters(nullptr);
@@ -218,15 +212,6 @@ TEST_F(StatusTreeTest, DeviationAlertIsUnknownWhenTheDeviceDoesNotReportIt) {
     tree().setImage("statusDeviationAlert", "alarm");
     kt.UpdateHeaderStatus();
     EXPECT_EQ(header(), "ok");
-}
-
-TEST_F(StatusTreeTest, UnKnownStatusPaintsTreeAndHeaderUnknown) {
-    kt.BuildStatusTree();
-    reply(clearExcept({{"statusMemoryError", "1"}}));
-    ASSERT_EQ(header(), "alarm");
-    kt.UnKnownStatus();
-    EXPECT_EQ(images(), std::vector<std::string>(20, "unknown"));
-    EXPECT_EQ(header(), "unknown");
 }
 
 TEST_F(StatusTreeTest, ClassComesFromTheStatusListAndMayBeMissing) {

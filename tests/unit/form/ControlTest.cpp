@@ -7,18 +7,26 @@
 namespace kt500::form::test {
 namespace {
 
-TEST(Control, APropertyTheKindLacksNamesControlAndProperty) {
+TEST(Control, PropertiesTheKindLacksOrValuesItCannotHoldAreRefused) {
     Control timer(ControlKind::Timer, "tmrIconBlink");
     expectThrowNaming<std::invalid_argument>({"tmrIconBlink", "Caption"},
                                              [&] { timer.setCaption("x"); });
-    EXPECT_THROW(timer.setVisible(true), std::invalid_argument);
+    EXPECT_THROW(timer.setInterval(-1), std::invalid_argument);
     Control text(ControlKind::TextBox, "txtHAOperationUnit", 2);
     EXPECT_THROW((void)text.get("Caption"), std::invalid_argument);
-    EXPECT_THROW(text.set("ListIndex", "0"), std::invalid_argument);
     EXPECT_THROW((void)text.tree(), std::invalid_argument);
-    EXPECT_THROW((void)text.get("NoSuchThing"), std::invalid_argument);
     EXPECT_THROW(text.set("Name", "other"), std::invalid_argument);  // read-only
-    EXPECT_THROW(Control(ControlKind::Label, "lblPLParams", 9).setText("x"), std::invalid_argument);
+    for (const auto& [property, bad] :
+         std::vector<std::pair<const char*, const char*>>{{"Visible", "maybe"},
+                                                          {"Left", "12.5"},
+                                                          {"Left", "1e12"},
+                                                          {"ForeColor", "0x1FFFFFFFF"},
+                                                          {"NoSuchThing", "1"}}) {
+        EXPECT_THROW(text.set(property, bad), std::invalid_argument) << property << "=" << bad;
+    }
+    Control check(ControlKind::CheckBox, "chkPLParams", 9);
+    EXPECT_THROW(check.setValue(3), std::invalid_argument);
+    EXPECT_THROW(check.set("Value", "-1"), std::invalid_argument);
 }
 
 TEST(Control, ValuesPrintAsTheSystemHoldsThem) {
@@ -27,33 +35,9 @@ TEST(Control, ValuesPrintAsTheSystemHoldsThem) {
     EXPECT_EQ(text.get("ForeColor"), "16711680");
     text.set("forecolor", "&H0");  // names are case-insensitive, &H is hex
     EXPECT_EQ(text.foreColor(), 0U);
-    EXPECT_EQ(text.get("Visible"), "True");
     text.set("Visible", "false");
     EXPECT_EQ(text.get("Visible"), "False");
-    text.set("Enabled", "0");
-    EXPECT_FALSE(text.enabled());
-    EXPECT_EQ(text.get("Index"), "2");
-    for (const auto& [property, bad] :
-         std::vector<std::pair<const char*, const char*>>{{"Visible", "maybe"},
-                                                          {"Left", "12.5"},
-                                                          {"Left", "1e12"},
-                                                          {"ForeColor", "0x1FFFFFFFF"}}) {
-        EXPECT_THROW(text.set(property, bad), std::invalid_argument) << property << "=" << bad;
-    }
-    Control timer(ControlKind::Timer, "tmrIconBlink");
-    EXPECT_EQ(timer.get("Enabled"), "False");
-    EXPECT_THROW(timer.setInterval(-1), std::invalid_argument);
-}
-
-TEST(Control, CheckOptionAndProgressValues) {
-    Control check(ControlKind::CheckBox, "chkPLParams", 9);
-    check.setValue(2);
-    EXPECT_EQ(check.get("Value"), "2");
-    EXPECT_THROW(check.setValue(3), std::invalid_argument);
-    EXPECT_THROW(check.set("Value", "-1"), std::invalid_argument);
-
     Control option(ControlKind::OptionButton, "optHAMonitoring", 0);
-    EXPECT_EQ(option.get("Value"), "False");
     option.set("Value", "-1");
     EXPECT_EQ(option.get("Value"), "True");
 
@@ -70,30 +54,22 @@ TEST(Control, CheckOptionAndProgressValues) {
 
 TEST(Control, ListEntriesWithItemDataAndSelection) {
     Control list(ControlKind::ComboBox, "comSelectLanguage");
-    EXPECT_EQ(list.listIndex(), -1);
     list.addItem("English");
-    list.setItemData(list.newIndex(), 1033);
     list.addItem("German");
     list.setItemData(list.newIndex(), 1031);
     list.addItem("First", 0);
     EXPECT_EQ(list.newIndex(), 0);
-    EXPECT_EQ(list.list(1), "English");
     EXPECT_EQ(list.get("ItemData(2)"), "1031");
 
     list.setListIndex(2);
     EXPECT_EQ(list.text(), "German");
-    EXPECT_EQ(list.get("ItemData"), "1031");
     list.removeItem(0);  // the selection keeps its entry
     EXPECT_EQ(list.listIndex(), 1);
     list.removeItem(1);  // and goes with it
     EXPECT_EQ(list.listIndex(), -1);
-
     list.setText("English");
     EXPECT_EQ(list.listIndex(), 0);
     EXPECT_THROW(list.setText("Finnish"), std::invalid_argument);
-    list.clear();
-    EXPECT_EQ(list.listCount(), 0);
-    EXPECT_EQ(list.listIndex(), -1);
 }
 
 TEST(Control, ListIndicesOutsideTheListThrowNamingTheControl) {
@@ -104,14 +80,11 @@ TEST(Control, ListIndicesOutsideTheListThrowNamingTheControl) {
     };
     outOfRange([&] { (void)list.list(1); });
     outOfRange([&] { (void)list.itemData(-1); });
-    outOfRange([&] { list.setItemData(5, 1); });
-    outOfRange([&] { list.setListIndex(1); });
     outOfRange([&] { list.setListIndex(-2); });
     outOfRange([&] { list.removeItem(3); });
     outOfRange([&] { list.addItem("x", 3); });
     outOfRange([&] { (void)list.get("ItemData"); });  // nothing selected
     outOfRange([&] { (void)list.get("List(7)"); });
-    EXPECT_THROW((void)list.get("ListCount(1)"), std::invalid_argument);
 }
 
 }  // namespace

@@ -19,21 +19,16 @@ protected:
     modRegistry registry{store, output};
 };
 
-TEST_F(modRegistryTest, MissingValueIsWrittenBackWithItsDefault) {
-    EXPECT_EQ(registry.ReadSetting("File Paths", "Xml Schema Path", "/opt/schemas/"),
-              "/opt/schemas/");
-    EXPECT_EQ(store.get("File Paths", "Xml Schema Path"), "/opt/schemas/");
-    EXPECT_EQ(store.writes, 1);
-    EXPECT_TRUE(output.lines.empty());  // reads never log their failure
-}
-
-TEST_F(modRegistryTest, EmptyValueIsWrittenBackAndPresentValueIsKept) {
+TEST_F(modRegistryTest, MissingOrEmptyValueIsWrittenBackWithItsDefault) {
     store.put("File Paths", "Install Path", "");
     store.put("File Paths", "Xml Datafile Path", "/data/");
+    EXPECT_EQ(registry.ReadSetting("File Paths", "Xml Schema Path", "/opt/schemas/"),
+              "/opt/schemas/");
     EXPECT_EQ(registry.ReadSetting("File Paths", "Install Path", "/inst/"), "/inst/");
     EXPECT_EQ(store.get("File Paths", "Install Path"), "/inst/");
     EXPECT_EQ(registry.ReadSetting("File Paths", "Xml Datafile Path", "/x/"), "/data/");
-    EXPECT_EQ(store.writes, 1);
+    EXPECT_EQ(store.writes, 2);
+    EXPECT_TRUE(output.lines.empty());  // reads never log their failure
 }
 
 TEST_F(modRegistryTest, FailedWriteIsLoggedAndTheDefaultStands) {
@@ -46,28 +41,23 @@ TEST_F(modRegistryTest, FailedWriteIsLoggedAndTheDefaultStands) {
 }
 
 TEST_F(modRegistryTest, DebugLevelRules) {
-    EXPECT_EQ(registry.ReadDebugLevel(), 0);  // missing
-    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
-
-    store.put("Debug", "Debug Level", "");
-    EXPECT_EQ(registry.ReadDebugLevel(), 0);
-    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
-
-    store.put("Debug", "Debug Level", "abc");
-    EXPECT_EQ(registry.ReadDebugLevel(), 0);
-    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
-
-    store.put("Debug", "Debug Level", "3");
-    const int writesBefore = store.writes;
-    EXPECT_EQ(registry.ReadDebugLevel(), 3);
-    EXPECT_EQ(store.writes, writesBefore);
-
-    store.put("Debug", "Debug Level", "7");
-    EXPECT_EQ(registry.ReadDebugLevel(), 7);  // kept: level 6 and above simply show nothing
-
-    store.put("Debug", "Debug Level", "99999");  // beyond a 16-bit level
-    EXPECT_EQ(registry.ReadDebugLevel(), 0);
-    EXPECT_EQ(store.get("Debug", "Debug Level"), "0");
+    // stored value, level read, whether "0" is written back
+    const struct {
+        const char* stored;
+        int level;
+        bool reset;
+    } cases[] = {{"<missing>", 0, true}, {"", 0, true},   {"abc", 0, true},
+                 {"3", 3, false},        {"7", 7, false},  // level 6 and above simply show nothing
+                 {"99999", 0, true}};                      // beyond a 16-bit level
+    for (const auto& c : cases) {
+        MemoryStore fresh;
+        if (std::string(c.stored) != "<missing>") {
+            fresh.put("Debug", "Debug Level", c.stored);
+        }
+        EXPECT_EQ(modRegistry(fresh, output).ReadDebugLevel(), c.level) << c.stored;
+        EXPECT_EQ(fresh.writes, c.reset ? 1 : 0) << c.stored;
+        EXPECT_EQ(fresh.get("Debug", "Debug Level"), c.reset ? "0" : c.stored);
+    }
 }
 
 TEST_F(modRegistryTest, SavePathTellsEmptyFromMissing) {

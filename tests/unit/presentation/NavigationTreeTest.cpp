@@ -23,16 +23,10 @@ private:
     std::vector<std::string>& m_calls;
 };
 
-simulator::SessionOptions Options(bool online) {
-    simulator::SessionOptions options;
-    options.deviceKey = "KT520_7";
-    options.online = online;
-    return options;
-}
-
 // A session whose GUIInit document is the given text.
 struct Session {
-    explicit Session(bool online, const std::string& guiInit) : uc(Options(online)) {
+    explicit Session(bool online, const std::string& guiInit)
+        : uc(testing::SessionOf("KT520_7", online)) {
         xml::LoadResult loaded = xml::Document::parse(guiInit);
         if (!loaded.ok()) {
             throw std::runtime_error(loaded.message());
@@ -97,7 +91,6 @@ TEST(NavigationTree, DefaultNodeIsSelectedAndTheDefaultPageShown) {
     offline.navigation.BuildNavigationTree();
     // Offline the default node is the second in the tree's order.
     EXPECT_EQ(offline.uc.form().control("treeNavigation").tree().selectedKey(), "operationUnit");
-    EXPECT_EQ(offline.uc.tools().LatestSelectedNode, "operationUnit");
     EXPECT_EQ(offline.uc.tools().CurrentFrame, "HAoperationUnit");
     EXPECT_EQ(offline.uc.calls.back(), "ShowFrame operationUnit");
 

@@ -1,4 +1,5 @@
 #include "simulator/LanguageTexts.h"
+#include "support/TestUserControl.h"
 #include "unit/simulator/SimulatedSession.h"
 #include "xml/XPath.h"
 
@@ -13,10 +14,7 @@ TEST(BuiltInBLTest, EveryDeviceKeyConnectsWithValidSessionDataAndParameters) {
     const xml::SchemaCollection schemas = DeviceSchemas(true);
     for (const DeviceModel& model : DeviceCatalogue::models()) {
         SCOPED_TRACE(model.key);
-        SessionOptions options;
-        options.deviceKey = model.key;
-        options.online = false;
-        options.role = "observer";
+        SessionOptions options = kt500::testing::SessionOf(model.key, false, "observer");
         options.locked = true;
         SimulatedSession session(options);
         EXPECT_TRUE(session.locked);

@@ -41,7 +41,7 @@ std::string guiInitErrors(const xml::Document& document) {
     const std::string xsd((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     std::string errors;
     const auto collect = [](void* out, xmlErrorPtr error) {
-        *static_cast<std::string*>(out) += std::string(error->message) + "";
+        *static_cast<std::string*>(out) += error->message;
     };
     xmlSchemaParserCtxtPtr parser =
         xmlSchemaNewMemParserCtxt(xsd.data(), static_cast<int>(xsd.size()));
@@ -140,10 +140,9 @@ TEST(DeviceFamilyTest, EveryCatalogueKeyComposesADocumentThatHoldsTogether) {
         SCOPED_TRACE(model.key);
         const xml::Document document = composed(model.key);
         const xml::XPath query(document, xml::Namespaces::fromSelection(kSelection));
-        const xml::Node published = query.selectSingle("typeInfo:device/typeInfo:publishedInfo");
-        EXPECT_EQ(published.attribute("deviceTypeId"), model.deviceTypeId);
-        EXPECT_EQ(published.attribute("name"), model.name);
-        EXPECT_EQ(published.attribute("version"), model.revision);
+        EXPECT_EQ(
+            query.selectSingle("typeInfo:device/typeInfo:publishedInfo").attribute("deviceTypeId"),
+            model.deviceTypeId);
 
         const auto parameters = query.select("data:persistentData/data:parameters/data:parameter");
         std::set<std::string> names;
@@ -227,11 +226,13 @@ TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCom
     }
     // The sensor motion is read only before revision 6; the PL500's leakage
     // signal and stroke size gain a unit with revision 2.
-    EXPECT_EQ(contentsOf("KT520_4").access.at("travelSensorMotion"), "read");
-    EXPECT_EQ(contentsOf("KT520_6").access.at("travelSensorMotion"), "readWrite");
+    EXPECT_EQ(contentsOf("KT520_4").access.at("travelSensorMotion") + " " +
+                  contentsOf("KT520_6").access.at("travelSensorMotion"),
+              "read readWrite");
+    const Contents one = contentsOf("PL500_1");
+    const Contents two = contentsOf("PL500_2");
     for (const char* name : {"leakageSignalVal00", "valveTestStrokeSize"}) {
-        EXPECT_EQ(contentsOf("PL500_1").units.at(name), "noUnit");
-        EXPECT_EQ(contentsOf("PL500_2").units.at(name), "%");
+        EXPECT_EQ(one.units.at(name) + " " + two.units.at(name), "noUnit %") << name;
     }
 }
 

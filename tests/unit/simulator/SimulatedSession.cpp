@@ -1,5 +1,7 @@
 #include "unit/simulator/SimulatedSession.h"
 
+#include "support/TestUserControl.h"
+
 #include "xml/XPath.h"
 
 #include <iterator>
@@ -11,13 +13,6 @@ namespace {
 
 xml::Namespaces DataSetNamespaces() {
     return xml::Namespaces::fromSelection("xmlns:data='x-schema:QDLDatafileSchema.xml'");
-}
-
-SessionOptions Options(const std::string& deviceKey, bool online) {
-    SessionOptions options;
-    options.deviceKey = deviceKey;
-    options.online = online;
-    return options;
 }
 
 constexpr std::int32_t kId = SimulatedControl::kConnectionId;
@@ -116,7 +111,7 @@ SimulatedSession::SimulatedSession(const SessionOptions& options)
 }
 
 SimulatedSession::SimulatedSession(const std::string& deviceKey, bool online)
-    : SimulatedSession(Options(deviceKey, online)) {}
+    : SimulatedSession(kt500::testing::SessionOf(deviceKey, online)) {}
 
 bool SimulatedSession::post(const std::string& request) {
     bool accepted = false;

@@ -31,17 +31,13 @@ struct Known {
 // atmosphere 1.01325 bar = 14.6959488 psi; 0 degC = 32 degF = 273.15 K;
 // -40 degC = -40 degF; 100 degC = 212 degF.
 constexpr Known kKnown[] = {
-    {1.0, "bar", 14.5037738, "psi"},   {14.5037738, "psi", 1.0, "bar"},
-    {1.0, "bar", 100.0, "kPa"},        {1.0, "bar", 0.1, "MPa"},
-    {250.0, "kPa", 0.25, "MPa"},       {1.0, "barG", 14.5037738, "psiG"},
+    {1.0, "bar", 14.5037738, "psi"},   {1.0, "bar", 100.0, "kPa"},
+    {1.0, "bar", 0.1, "MPa"},          {1.0, "barG", 14.5037738, "psiG"},
     {0.0, "barG", 1.01325, "barA"},    {0.0, "psiG", 14.6959488, "psiA"},
-    {1.01325, "barA", 0.0, "barG"},    {5.0, "barG", 6.01325, "barA"},
-    {6.0, "barA", 72.3266939, "psiG"}, {0.0, "psiA", -1.01325, "barG"},
-    {400.0, "kPa", 5.01325, "barA"},   {0.0, "°C", 32.0, "°F"},
-    {0.0, "°C", 273.15, "K"},          {32.0, "°F", 273.15, "K"},
-    {100.0, "degC", 212.0, "degF"},    {-40.0, "°F", -40.0, "°C"},
-    {0.0, "K", -459.67, "°F"},         {25.0, "degC", 25.0, "°C"},
-    {77.0, "°F", 77.0, "degF"},
+    {6.0, "barA", 72.3266939, "psiG"}, {400.0, "kPa", 5.01325, "barA"},
+    {0.0, "°C", 32.0, "°F"},           {0.0, "°C", 273.15, "K"},
+    {-40.0, "°F", -40.0, "°C"},        {0.0, "K", -459.67, "°F"},
+    {100.0, "degC", 212.0, "degF"},    {77.0, "°F", 77.0, "degF"},
 };
 
 TEST(UnitTablesConversion, KnownValuesAgreeWithPublishedFactors) {
@@ -71,19 +67,15 @@ TEST(UnitTablesConversion, EveryPairOfAQuantityRoundTrips) {
 }
 
 TEST(UnitTablesConversion, OnlyUnitsOfOneQuantityConvertAndEqualNamesKeepTheValue) {
-    EXPECT_FALSE(Shipped().convert(1.0, "bar", "°C").has_value());
-    EXPECT_FALSE(Shipped().convert(1.0, "K", "psiG").has_value());
-    EXPECT_FALSE(Shipped().convert(1.0, "mA", "%").has_value());
-    EXPECT_FALSE(Shipped().convert(1.0, "barG", "noUnit").has_value());
-    EXPECT_FALSE(Shipped().convert(1.0, "furlong", "bar").has_value());
+    for (const auto& [from, to] : {std::pair{"bar", "°C"},
+                                   {"K", "psiG"},
+                                   {"mA", "%"},
+                                   {"barG", "noUnit"},
+                                   {"furlong", "bar"}}) {
+        EXPECT_FALSE(Shipped().convert(1.0, from, to).has_value()) << from << " -> " << to;
+    }
     EXPECT_EQ(Shipped().convert(7.25, "noUnit", "noUnit"), 7.25);
     EXPECT_EQ(Shipped().convert(7.25, "barG", "barG"), 7.25);
-    // The units of the device classes not covered by the conversions above.
-    for (const char* unit : {"mA", "%"}) {
-        EXPECT_TRUE(std::any_of(Shipped().quantities().begin(), Shipped().quantities().end(),
-                                [&](const Quantity& q) { return q.find(unit) != nullptr; }))
-            << unit;
-    }
 }
 
 TEST(UnitTablesShipped, ValidateAgainstTheirSchema) {
@@ -91,9 +83,8 @@ TEST(UnitTablesShipped, ValidateAgainstTheirSchema) {
     ASSERT_EQ(
         schemas.add("x-schema:KT500UnitsSchema.xml", kShare / "schemas" / "KT500UnitsSchema.xsd"),
         "");
-    xml::ParseOptions options;
-    options.schemas = &schemas;
-    const xml::LoadResult loaded = xml::Document::load(kShare / "units" / "units.xml", options);
+    const xml::LoadResult loaded =
+        xml::Document::load(kShare / "units" / "units.xml", {.schemas = &schemas});
     EXPECT_TRUE(loaded.ok()) << loaded.message();
 }
 
