@@ -226,7 +226,7 @@ void ParameterValues::ApplyInitialValues() {
 
     for (const xml::Node& node : guiQuery.select(nodeQuery)) {
         const std::string page = node.attribute("name");
-        const xml::Node group = dataQuery.selectSingle(ParameterDocument::RequestGroupQuery(page));
+        const xml::Node group = m_control.RequestGroupByName(page);
         if (!group) {
             continue;
         }

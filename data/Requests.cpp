@@ -1,12 +1,10 @@
 #include "data/Requests.h"
 
 #include "data/ConfirmationRows.h"
-#include "data/ParameterDocument.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "devices/MemberMissing.h"
-#include "xml/XPath.h"
 
 #include <memory>
 #include <stdexcept>
@@ -92,16 +90,6 @@ std::string AutoActionRequest(std::string_view strName) {
     return request;
 }
 
-xml::Node Requests::requestGroup(const std::string& strGroup) {
-    const xml::Document* dataFile = m_control.xmlDataFile();
-    if (dataFile == nullptr) {
-        return {};
-    }
-    const xml::XPath query(*dataFile,
-                           xml::Namespaces::fromSelection(ParameterDocument::SelectionNamespaces));
-    return query.selectSingle(ParameterDocument::RequestGroupQuery(strGroup));
-}
-
 std::string Requests::unitField(const std::string& strName) {
     const std::string unit = m_control.FetchUnitName(strName);
     return unit == "noUnit" ? unit : m_control.deviceClass().ConvertUnitForDevice(unit);
@@ -123,7 +111,7 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
         }
     }
 
-    const xml::Node group = requestGroup(str_frame);
+    const xml::Node group = m_control.RequestGroupByName(str_frame);
     // While a calibration step or a device action runs, a write sends the
     // whole group as a read would list it.
     const bool blWriteMode =

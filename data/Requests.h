@@ -37,7 +37,6 @@ public:
 
 private:
     // The copy's request group of that name, or nothing.
-    [[nodiscard]] xml::Node requestGroup(const std::string& strGroup);
     // The unit of an item: "noUnit", or the device's unit of the page unit.
     [[nodiscard]] std::string unitField(const std::string& strName);
     // One value for each item of strItems, read from the page shown.

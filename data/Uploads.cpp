@@ -1,6 +1,5 @@
 #include "data/Uploads.h"
 
-#include "data/ParameterDocument.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "xml/XPath.h"
@@ -157,14 +156,8 @@ void Uploads::SetProgressBar(const std::string& strRequestGroup, const std::stri
     bar.setMin(0);
     bar.setValue(0);
 
-    xml::Node group;
-    if (strRequestGroup != "download") {
-        if (const xml::Document* dataFile = m_control.xmlDataFile()) {
-            const xml::XPath query(
-                *dataFile, xml::Namespaces::fromSelection(ParameterDocument::SelectionNamespaces));
-            group = query.selectSingle(ParameterDocument::RequestGroupQuery(strRequestGroup));
-        }
-    }
+    const xml::Node group =
+        strRequestGroup == "download" ? xml::Node() : m_control.RequestGroupByName(strRequestGroup);
     if (group) {
         const std::int16_t count = devices::ToInt16(group.attribute("requestCount"));
         bar.setMax(11.0 * count);

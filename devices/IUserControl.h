@@ -58,6 +58,8 @@ public:
 
     // --- The parameter document ---
     [[nodiscard]] virtual xml::Node ParameterNodeByName(std::string_view strName) = 0;
+    // The request group of that name in xmlDataFile, or nothing.
+    [[nodiscard]] virtual xml::Node RequestGroupByName(std::string_view strName) = 0;
     virtual std::string FetchValueByTag(const std::string& strTagName, bool blCaption) = 0;
     virtual std::string FetchUnitName(const std::string& strParameter) = 0;
 

@@ -124,6 +124,9 @@ public:
 
     // --- The parameter document ---
     [[nodiscard]] xml::Node ParameterNodeByName(std::string_view strName) override;
+    [[nodiscard]] xml::Node RequestGroupByName(std::string_view strName) override {
+        return m_parameterDocument ? m_parameterDocument->RequestGroupByName(strName) : xml::Node();
+    }
     std::string FetchValueByTag(const std::string& strTagName, bool blCaption) override {
         return m_values.FetchValueByTag(strTagName, blCaption);
     }

@@ -70,6 +70,9 @@ public:
     xml::Node ParameterNodeByName(std::string_view strName) override {
         return m_document->ParameterNodeByName(strName);
     }
+    xml::Node RequestGroupByName(std::string_view strName) override {
+        return m_document->RequestGroupByName(strName);
+    }
     std::string FetchValueByTag(const std::string& strTagName, bool blCaption) override {
         return values.FetchValueByTag(strTagName, blCaption);
     }
