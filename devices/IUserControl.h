@@ -114,6 +114,8 @@ public:
                                        const std::string& strGraphValues) = 0;
 
     // --- Presentation ---
+    // Enables the toolbar item of every upload group of the GUIInit document.
+    virtual void EnableUploadTools() = 0;
     // The limits of a role on the toolbar and the page commands.
     virtual void ApplyRole(const std::string& strRole) = 0;
     // Rebuilds treeNavigation from the GUIInit document for the mode.

@@ -161,6 +161,7 @@ public:
         m_uploads.RunUploadGroup(strGroup);
     }
     void cmdReload() override { m_uploads.cmdReload(); }
+    void EnableUploadTools() override { m_uploads.EnableUploadTools(); }
 
     // --- Replies, status tree, trends and charts ---
     void SetReadVariables(const std::string& strRequestName, bool IsFinal,

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <filesystem>
-#include <set>
 
 namespace kt500::host {
 
@@ -181,7 +180,7 @@ void SessionData::ApplyMode(form::ToolbarModel& toolbar) {
         flowCaption = m_control.Translate("download");
         // The device date fields are filled by the start-up from the values
         // the document holds; a session change brings no new date.
-        EnableUploadBand(toolbar, tools.OnlineConf);
+        EnableUploadBand(toolbar);
     }
     for (const char* name : kFlowApplyCommands) {
         if (form::Control* apply = form.find(name, kFlowApplyElement)) {
@@ -197,22 +196,13 @@ void SessionData::ApplyMode(form::ToolbarModel& toolbar) {
     }
 }
 
-void SessionData::EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled) {
+void SessionData::EnableUploadBand(form::ToolbarModel& toolbar) {
     // "uploadCurrent" reads the page in view; a group item is offered only
-    // when the device's GUIInit document names that upload group. Before the
-    // document is loaded the start-up enables the groups itself.
-    std::set<std::string, std::less<>> groups;
-    if (const xml::Document* guiInit = m_control.tools().RavikDTMParameters()) {
-        for (const xml::Node& list : guiInit->root().childElements("uploadGroups")) {
-            for (const xml::Node& group : list.childElements("uploadGroup")) {
-                groups.insert(group.attribute("name"));
-            }
-        }
-    }
+    // when the device's GUIInit document names that upload group.
     for (const std::string& key : toolbar.bandItems(kUploadBand)) {
-        const bool offered = key == "uploadCurrent" || groups.contains(key);
-        toolbar.setEnabled(key, blEnabled && offered);
+        toolbar.setEnabled(key, key == "uploadCurrent");
     }
+    m_control.EnableUploadTools();
 }
 
 void SessionData::ApplyRoleLimits() {

@@ -40,7 +40,7 @@ private:
     void ShowDeviceModelPicture();
     void ApplyTestRights();
     void ApplyMode(form::ToolbarModel& toolbar);
-    void EnableUploadBand(form::ToolbarModel& toolbar, bool blEnabled);
+    void EnableUploadBand(form::ToolbarModel& toolbar);
     void ApplyRoleLimits();
     void ApplySavePath();
     void RefreshPages(bool blLanguageChanged);

@@ -105,6 +105,7 @@ public:
         calls.push_back("EnableTesting " + std::to_string(blValue));
     }
     void ApplyRole(const std::string& strRole) override { toolbarCommands.ApplyRole(strRole); }
+    void EnableUploadTools() override { uploads.EnableUploadTools(); }
     void BuildNavigationTree() override { calls.push_back("BuildNavigationTree"); }
     void SelectNode(int intIndex) override {
         calls.push_back("SelectNode " + std::to_string(intIndex));
