@@ -1,6 +1,7 @@
 #include "data/Requests.h"
 
 #include "data/ConfirmationRows.h"
+#include "data/PageFields.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -58,23 +59,16 @@ std::unordered_map<std::string, form::Control*> PageFields(form::Form& form,
                                                            const std::string& strFrameArray,
                                                            const std::string& strCurrentFrame) {
     std::unordered_map<std::string, form::Control*> fields;
-    const form::ControlArray* pages = form.findArray(strFrameArray);
-    if (pages == nullptr) {
+    const form::Control* page = FindPage(form, strFrameArray, strCurrentFrame);
+    if (page == nullptr) {
         return fields;
     }
-    for (const int index : pages->indices()) {
-        form::Control& page = (*pages)[index];
-        if (page.tag() != strCurrentFrame) {
-            continue;
+    for (form::Control* field : form.children(page)) {
+        const form::ControlKind kind = field->kind();
+        if (kind == form::ControlKind::CheckBox || kind == form::ControlKind::TextBox ||
+            kind == form::ControlKind::ComboBox) {
+            fields.emplace(field->tag(), field);
         }
-        for (form::Control* field : form.children(&page)) {
-            const form::ControlKind kind = field->kind();
-            if (kind == form::ControlKind::CheckBox || kind == form::ControlKind::TextBox ||
-                kind == form::ControlKind::ComboBox) {
-                fields.emplace(field->tag(), field);
-            }
-        }
-        break;
     }
     return fields;
 }
