@@ -9,7 +9,7 @@
 #pragma once
 
 #include "app/ScriptLexer.h"
-#include "app/ScriptSession.h"
+#include "app/ControlSession.h"
 
 #include <filesystem>
 #include <ostream>
@@ -55,7 +55,7 @@ private:
     void requests();
     void looking(const ScriptLine& line);
 
-    ScriptSession m_session;
+    ControlSession m_session;
     std::ostream& m_out;
     int m_failures = 0;
 };

@@ -16,7 +16,7 @@
 // with its line as a script that cannot run.
 #pragma once
 
-#include "app/ScriptSession.h"
+#include "app/ControlSession.h"
 #include "form/Control.h"
 
 #include <stdexcept>
@@ -38,7 +38,7 @@ public:
     static constexpr const char* kToolbar = "smuiDTM";
     static constexpr int kToolbarIndex = 1;
 
-    explicit ScriptTargets(const ScriptSession& session) : m_session(session) {}
+    explicit ScriptTargets(const ControlSession& session) : m_session(session) {}
 
     // NAME, NAME[INDEX] or @TAG; throws TargetError ("unknown control").
     [[nodiscard]] form::Control& control(std::string_view reference) const;
@@ -63,7 +63,7 @@ private:
     [[nodiscard]] std::string readToolbarItem(std::string_view rest) const;
     [[nodiscard]] std::string readControlProperty(std::string_view target) const;
 
-    const ScriptSession& m_session;
+    const ControlSession& m_session;
 };
 
 }  // namespace kt500::app

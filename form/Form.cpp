@@ -78,6 +78,8 @@ Control& Form::add(ControlKind kind, std::string name, int index, Control* conta
     m_order.push_back(&control);
     auto [it, inserted] = m_arrays.try_emplace(name, name);
     it->second.m_elements.emplace(index, &control);
+    // The view makes the widget of a control created at run time.
+    notify(PropertyChange{control, PropertyId::Container, {}, -1});
     return control;
 }
 
@@ -89,6 +91,7 @@ void Form::remove(Control& control) {
                     [&](const Control* c) { return c->m_container == &control; })) {
         throw std::invalid_argument(control.displayName() + " still contains controls");
     }
+    notify(PropertyChange{control, PropertyId::Name, {}, -1});
     const auto array = m_arrays.find(control.name());
     array->second.m_elements.erase(control.index());
     if (array->second.m_elements.empty()) {

@@ -66,10 +66,12 @@ public:
     Form& operator=(const Form&) = delete;
 
     // Adds a control at the end of the form order, inside container (nullptr:
-    // the user control). A name and index already present, or a name used
+    // the user control), and reports it to the observers as a change of its
+    // Container. A name and index already present, or a name used
     // both as an array and as a plain control, throws std::invalid_argument.
     Control& add(ControlKind kind, std::string name, int index = -1, Control* container = nullptr);
-    // Removes a control that contains none (a chart at release).
+    // Removes a control that contains none (a chart at release), reported
+    // to the observers as a change of its Name just before it goes.
     void remove(Control& control);
 
     // Throws std::out_of_range naming the control ("txtX(2)").

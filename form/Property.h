@@ -13,7 +13,7 @@
 namespace kt500::form {
 
 enum class PropertyId {
-    Name,   // read only
+    Name,   // read only; a change of it: the control is leaving the form
     Index,  // read only: element of a control array, -1 outside one
     Container,
     Text,

@@ -1,7 +1,7 @@
 // A HART positioner end to end against the built-in BL: reads fill the
 // pages with the device's values and close their groups; failures are
 // gathered and shown once at the close.
-#include "app/ScriptSession.h"
+#include "app/ControlSession.h"
 #include "data/PageFields.h"
 #include "data/ParameterDocument.h"
 #include "devices/Encodings.h"
@@ -71,7 +71,7 @@ protected:
         return texts;
     }
 
-    ScriptSession session{KT500_SHARE_DIR};
+    ControlSession session{KT500_SHARE_DIR};
 };
 
 // The page shows a value in its own form: numbers rounded to the

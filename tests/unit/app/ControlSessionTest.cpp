@@ -1,4 +1,4 @@
-#include "app/ScriptSession.h"
+#include "app/ControlSession.h"
 #include "app/ScriptTargets.h"
 
 #include <gtest/gtest.h>
@@ -9,17 +9,17 @@
 namespace kt500::app {
 namespace {
 
-class ScriptSessionTest : public ::testing::Test {
+class ControlSessionTest : public ::testing::Test {
 protected:
     void start(const std::string& deviceKey) {
         simulator::SessionOptions options;
         options.deviceKey = deviceKey;
         ASSERT_TRUE(session.start(options));
     }
-    ScriptSession session{KT500_SHARE_DIR};
+    ControlSession session{KT500_SHARE_DIR};
 };
 
-TEST_F(ScriptSessionTest, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
+TEST_F(ControlSessionTest, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
     ASSERT_NO_FATAL_FAILURE(start("KT520_7"));
     form::Form& form = session.control().form();
     simulator::VirtualClock& clock = session.bl().clock();
@@ -48,7 +48,7 @@ TEST_F(ScriptSessionTest, WaitDeliversBlEventsAndTimerTicksInTimeOrder) {
     form.setEventSink({});
 }
 
-TEST_F(ScriptSessionTest, SessionDataChangesReachTheControlAndAccumulate) {
+TEST_F(ControlSessionTest, SessionDataChangesReachTheControlAndAccumulate) {
     ASSERT_NO_FATAL_FAILURE(start("PL500_2"));
     (void)session.dialogs().takeBoxes();
     session.updateSessionData({{"online", "0"}});
@@ -60,7 +60,7 @@ TEST_F(ScriptSessionTest, SessionDataChangesReachTheControlAndAccumulate) {
     EXPECT_THROW(session.updateSessionData({{"colour", "blue"}}), std::invalid_argument);
 }
 
-TEST_F(ScriptSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
+TEST_F(ControlSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
     ASSERT_NO_FATAL_FAILURE(start("KT540_1.0"));
     form::Form& form = session.control().form();
     const auto addTagged = [&](const char* name, int index, const char* frame, int page) {
@@ -82,7 +82,7 @@ TEST_F(ScriptSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
     EXPECT_THROW((void)targets.control("@nothing"), TargetError);
 }
 
-TEST_F(ScriptSessionTest, TargetsReadTheLiveDocumentTheDeviceAndTheSessionState) {
+TEST_F(ControlSessionTest, TargetsReadTheLiveDocumentTheDeviceAndTheSessionState) {
     ASSERT_NO_FATAL_FAILURE(start("PL500_2"));
     const ScriptTargets targets(session);
     EXPECT_EQ(targets.read("doc.hartTag.value"), "XV-310");

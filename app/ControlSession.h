@@ -1,13 +1,18 @@
-// One session of a script: the control constructed as the frame constructs
-// it (the form files loaded, settings read, the built-in BL for the device
-// key), initialised, driven, and released. The settings live in a temporary
-// folder of the session, so that a script never reads or writes the user's
-// settings and runs the same everywhere; the control's debug output goes
-// nowhere, so that standard output holds only what the script asks for.
+// One session of the control: the control constructed as the frame
+// constructs it (the form files loaded, settings read, the built-in BL for
+// the device key), initialised, driven, and released. Scripts and the
+// window both run their sessions through it.
+//
+// By default the settings live in a temporary folder of the session, so
+// that a script never reads or writes the user's settings and runs the same
+// everywhere, the message boxes are the BL's headless ones, and the
+// control's debug output goes nowhere, so that standard output holds only
+// what the script asks for. The window passes its own environment: the
+// installation's settings and Qt message boxes.
 //
 // Time: the BL's virtual clock and the form's timers move together, in time
-// order, only when the script says so (wait, settle, and "now" after a BL
-// command).
+// order, only when the driver says so (a script's wait and settle, the
+// window's real-time pump).
 #pragma once
 
 #include "app/RecordingControl.h"
@@ -25,12 +30,22 @@
 
 namespace kt500::app {
 
-class ScriptSession {
+struct SessionEnvironment {
+    // The message boxes of m_pDialogs; none: the BL's headless boxes.
+    std::shared_ptr<services::IDtmDialogs> dialogs;
+    // The installation whose settings the control reads (prefix/etc); empty:
+    // a temporary folder of the session.
+    QString installationPrefix;
+    // Where the debug output goes; none: nowhere.
+    std::shared_ptr<host::IDebugOutput> debugOutput;
+};
+
+class ControlSession {
 public:
-    explicit ScriptSession(std::filesystem::path shareDir);
-    ~ScriptSession();
-    ScriptSession(const ScriptSession&) = delete;
-    ScriptSession& operator=(const ScriptSession&) = delete;
+    explicit ControlSession(std::filesystem::path shareDir, SessionEnvironment environment = {});
+    ~ControlSession();
+    ControlSession(const ControlSession&) = delete;
+    ControlSession& operator=(const ControlSession&) = delete;
 
     // Constructs the control and runs IDtmActiveXControl_Init against a new
     // built-in BL; a session still running is released first. Throws
@@ -72,6 +87,7 @@ private:
     void requireStarted() const;
 
     std::filesystem::path m_shareDir;
+    SessionEnvironment m_environment;
     QTemporaryDir m_settingsDir;
     simulator::SessionOptions m_options;
     std::string m_sessionData;  // the last session data the BL sent
@@ -79,7 +95,7 @@ private:
     std::unique_ptr<simulator::BuiltInBL> m_bl;
     std::shared_ptr<RecordingControl> m_recorder;
     std::unique_ptr<services::IDtmServiceProvider> m_provider;
-    std::unique_ptr<host::IDebugOutput> m_debugOutput;
+    std::shared_ptr<host::IDebugOutput> m_debugOutput;
     std::unique_ptr<host::ISettingsStore> m_settings;
     std::unique_ptr<host::RavikKT500> m_control;
 };

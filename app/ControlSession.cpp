@@ -1,9 +1,11 @@
-#include "app/ScriptSession.h"
+#include "app/ControlSession.h"
 
 #include "form/FormLoader.h"
 #include "host/QtSettingsStore.h"
 #include "simulator/DeviceCatalogue.h"
 #include "xml/Document.h"
+
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <limits>
@@ -16,17 +18,21 @@ namespace {
 // The built-in BL's services, with the connection seen through the recorder.
 class RecordingProvider final : public services::IDtmServiceProvider {
 public:
-    RecordingProvider(simulator::BuiltInBL& bl, std::shared_ptr<RecordingControl> recorder)
-        : m_bl(bl), m_recorder(std::move(recorder)) {}
+    RecordingProvider(simulator::BuiltInBL& bl, std::shared_ptr<RecordingControl> recorder,
+                      std::shared_ptr<services::IDtmDialogs> dialogs)
+        : m_bl(bl), m_recorder(std::move(recorder)), m_dialogs(std::move(dialogs)) {}
 
     std::shared_ptr<services::IDtmControl> control() override { return m_recorder; }
-    std::shared_ptr<services::IDtmDialogs> dialogs() override { return m_bl.dialogs(); }
+    std::shared_ptr<services::IDtmDialogs> dialogs() override {
+        return m_dialogs ? m_dialogs : m_bl.dialogs();
+    }
     std::shared_ptr<services::IDtmUnits> units() override { return m_bl.units(); }
     std::shared_ptr<services::IDtmAddressing> addressing() override { return m_bl.addressing(); }
 
 private:
     simulator::BuiltInBL& m_bl;
     std::shared_ptr<RecordingControl> m_recorder;
+    std::shared_ptr<services::IDtmDialogs> m_dialogs;
 };
 
 // A script's standard output is what the script asks for, nothing else.
@@ -37,46 +43,47 @@ public:
 
 }  // namespace
 
-ScriptSession::ScriptSession(std::filesystem::path shareDir) : m_shareDir(std::move(shareDir)) {
+ControlSession::ControlSession(std::filesystem::path shareDir, SessionEnvironment environment)
+    : m_shareDir(std::move(shareDir)), m_environment(std::move(environment)) {
     if (!m_settingsDir.isValid()) {
         throw std::runtime_error("no temporary folder for the session's settings: " +
                                  m_settingsDir.errorString().toStdString());
     }
 }
 
-ScriptSession::~ScriptSession() {
+ControlSession::~ControlSession() {
     if (running()) {
         m_control->IDtmActiveXControl_PrepareToRelease();
     }
 }
 
-void ScriptSession::requireStarted() const {
+void ControlSession::requireStarted() const {
     if (!started()) {
         throw std::logic_error("no session: start one first");
     }
 }
 
-host::RavikKT500& ScriptSession::control() const {
+host::RavikKT500& ControlSession::control() const {
     requireStarted();
     return *m_control;
 }
 
-simulator::BuiltInBL& ScriptSession::bl() const {
+simulator::BuiltInBL& ControlSession::bl() const {
     requireStarted();
     return *m_bl;
 }
 
-simulator::HeadlessDialogs& ScriptSession::dialogs() const {
+simulator::HeadlessDialogs& ControlSession::dialogs() const {
     requireStarted();
     return *m_bl->headlessDialogs();
 }
 
-RecordingControl& ScriptSession::recorder() const {
+RecordingControl& ControlSession::recorder() const {
     requireStarted();
     return *m_recorder;
 }
 
-bool ScriptSession::start(const simulator::SessionOptions& options) {
+bool ControlSession::start(const simulator::SessionOptions& options) {
     if (simulator::DeviceCatalogue::find(options.deviceKey) == nullptr) {
         throw std::invalid_argument("unknown device key '" + options.deviceKey +
                                     "'; the built-in BL simulates " +
@@ -97,17 +104,25 @@ bool ScriptSession::start(const simulator::SessionOptions& options) {
     loader.load(*formModel, form::FormLoader::standardFiles(m_shareDir / "forms"));
 
     const QString folder = m_settingsDir.path();
-    m_settings = std::make_unique<host::QtSettingsStore>(folder + QStringLiteral("/machine.conf"),
-                                                         folder + QStringLiteral("/user.conf"));
-    m_debugOutput = std::make_unique<SilentDebugOutput>();
+    QString documents = folder + QStringLiteral("/documents/");
+    if (m_environment.installationPrefix.isEmpty()) {
+        m_settings = std::make_unique<host::QtSettingsStore>(
+            folder + QStringLiteral("/machine.conf"), folder + QStringLiteral("/user.conf"));
+    } else {
+        m_settings = std::make_unique<host::QtSettingsStore>(
+            host::QtSettingsStore::ForInstallation(m_environment.installationPrefix));
+        documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
+                    QStringLiteral("/KT500 DTM/");
+    }
+    m_debugOutput = m_environment.debugOutput ? m_environment.debugOutput
+                                              : std::make_shared<SilentDebugOutput>();
     host::ControlPlatform platform{
         *m_settings, *m_debugOutput,
-        host::PathDefaults::UnderShare(m_shareDir.string(),
-                                       (folder + QStringLiteral("/documents/")).toStdString())};
+        host::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString())};
 
     m_bl = std::make_unique<simulator::BuiltInBL>(m_options, m_shareDir);
     m_recorder = std::make_shared<RecordingControl>(m_bl->control());
-    m_provider = std::make_unique<RecordingProvider>(*m_bl, m_recorder);
+    m_provider = std::make_unique<RecordingProvider>(*m_bl, m_recorder, m_environment.dialogs);
     const simulator::DeviceModel& model = m_bl->simulatedControl().model();
     m_sessionData = simulator::BuildSessionData(m_options, model.deviceType, model.revision);
 
@@ -115,12 +130,12 @@ bool ScriptSession::start(const simulator::SessionOptions& options) {
     return m_control->IDtmActiveXControl_Init("", "", *m_provider);
 }
 
-void ScriptSession::release() {
+void ControlSession::release() {
     requireStarted();
     m_control->IDtmActiveXControl_PrepareToRelease();
 }
 
-void ScriptSession::updateSessionData(
+void ControlSession::updateSessionData(
     const std::vector<std::pair<std::string, std::string>>& changes) {
     requireStarted();
     xml::LoadResult loaded = xml::Document::parse(m_sessionData);
@@ -143,11 +158,11 @@ void ScriptSession::updateSessionData(
     deliverDue();
 }
 
-std::int64_t ScriptSession::now() const {
+std::int64_t ControlSession::now() const {
     return m_bl ? m_bl->clock().now() : 0;
 }
 
-void ScriptSession::advanceTo(std::int64_t target) {
+void ControlSession::advanceTo(std::int64_t target) {
     simulator::VirtualClock& clock = m_bl->clock();
     form::Form& form = m_control->form();
     while (true) {
@@ -176,7 +191,7 @@ void ScriptSession::advanceTo(std::int64_t target) {
     }
 }
 
-void ScriptSession::wait(std::int64_t ms) {
+void ControlSession::wait(std::int64_t ms) {
     requireStarted();
     if (ms < 0) {
         throw std::invalid_argument("time does not run backwards");
@@ -184,7 +199,7 @@ void ScriptSession::wait(std::int64_t ms) {
     advanceTo(m_bl->clock().now() + ms);
 }
 
-void ScriptSession::settle() {
+void ControlSession::settle() {
     requireStarted();
     simulator::VirtualClock& clock = m_bl->clock();
     const std::int64_t limit = clock.now() + simulator::VirtualClock::kSettleLimit;
@@ -196,7 +211,7 @@ void ScriptSession::settle() {
     }
 }
 
-void ScriptSession::deliverDue() {
+void ControlSession::deliverDue() {
     requireStarted();
     m_bl->clock().advance(0);
 }
