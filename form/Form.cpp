@@ -240,7 +240,9 @@ void Form::raiseItemCheck(Control& listView, int row, bool checked) {
 }
 
 void Form::raiseNodeClick(Control& tree, std::string_view nodeKey) {
+    // A click selects the node, then raises NodeClick, as the tree view does.
     (void)tree.tree().node(nodeKey);
+    tree.tree().select(nodeKey);
     FormEvent e = makeEvent(EventKind::NodeClick, tree);
     e.key = std::string(nodeKey);
     raise(e);

@@ -107,6 +107,7 @@ public:
     void raiseLostFocus(Control& control);
     // Sets the row's check box first, as the list view does, then raises.
     void raiseItemCheck(Control& listView, int row, bool checked);
+    // Selects the node first, as the tree view does; an unknown key throws.
     void raiseNodeClick(Control& tree, std::string_view nodeKey);
     void raiseToolbarClick(Control& toolbar, std::string_view itemKey);
     void raiseMouseDown(Control& control, int button);

@@ -1,9 +1,26 @@
 #include "app/window/IconStore.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QSvgRenderer>
 
 namespace kt500::window {
+
+namespace {
+
+QPixmap Faded(const QPixmap& picture) {
+    QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int grey = qGray(line[x]);
+            line[x] = qRgba(grey, grey, grey, qAlpha(line[x]) * 2 / 5);
+        }
+    }
+    return QPixmap::fromImage(image);
+}
+
+}  // namespace
 
 IconStore::IconStore(std::filesystem::path iconDir) : m_iconDir(std::move(iconDir)) {}
 
@@ -23,7 +40,15 @@ QIcon IconStore::icon(const std::string& key) {
     }
     auto found = m_icons.find(key);
     if (found == m_icons.end()) {
-        found = m_icons.emplace(key, QIcon(QString::fromStdString(fileOf(key).string()))).first;
+        // A disabled command shows its picture in grey and faint, so that a
+        // red or blue sign never looks ready to press.
+        QIcon icon;
+        for (const int side : {16, 20, 24, 32, 48}) {
+            const QPixmap normal = pixmap(key, QSize(side, side));
+            icon.addPixmap(normal, QIcon::Normal);
+            icon.addPixmap(Faded(normal), QIcon::Disabled);
+        }
+        found = m_icons.emplace(key, icon).first;
     }
     return found->second;
 }

@@ -30,7 +30,11 @@ public:
         m_widget->setObjectName(Qs(control.displayName()));
         m_widget->setHeaderHidden(true);
         m_widget->setIconSize(QSize(16, 16));
-        m_widget->setIndentation(14);
+        m_widget->setIndentation(12);
+        // Long page names scroll rather than end in an ellipsis.
+        m_widget->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        m_widget->header()->setStretchLastSection(false);
+        m_widget->setTextElideMode(Qt::ElideNone);
         QObject::connect(m_widget, &QTreeWidget::itemClicked, m_widget,
                          [this](QTreeWidgetItem* item) { raiseNodeClick(item); });
         QObject::connect(m_widget, &QTreeWidget::currentItemChanged, m_widget,

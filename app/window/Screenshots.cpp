@@ -56,9 +56,15 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         }
     };
     form::Control& tree = form.control("treeNavigation");
+    // Leaves first, so that a page is drawn with its own node selected; a
+    // branch that is a page of its own ("status") follows.
     std::vector<std::string> keys;
-    for (const form::TreeNode& node : tree.tree().nodes()) {
-        keys.push_back(node.key);
+    for (const bool branches : {false, true}) {
+        for (const form::TreeNode& node : tree.tree().nodes()) {
+            if (tree.tree().hasChildren(node.key) == branches) {
+                keys.push_back(node.key);
+            }
+        }
     }
     for (const std::string& key : keys) {
         desktop.gate().run([&form, &tree, &key] { form.raiseNodeClick(tree, key); });

@@ -1,0 +1,201 @@
+// The window against a KT520_7 session of the built-in BL: the widgets show
+// what the form holds on every page the tree leads to, and what the user
+// does with the widgets reaches the form and the logic.
+#include "app/window/DesktopSession.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace kt500::window {
+namespace {
+
+using form::ControlKind;
+
+class FormViewTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        simulator::SessionOptions options;
+        options.deviceKey = "KT520_7";
+        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
+        view().show();
+        QApplication::setActiveWindow(&view());
+        settle();
+    }
+
+    FormView& view() { return desktop.view(); }
+    form::Form& form() { return view().form(); }
+    void settle() {
+        desktop.settle();
+        QCoreApplication::processEvents();
+    }
+    template <typename W>
+    W* widget(std::string_view name, int index = -1) {
+        return qobject_cast<W*>(view().widgetOf(form().control(name, index)));
+    }
+    std::string currentFrame() { return desktop.session().control().m_objTools->CurrentFrame; }
+
+    // Clicks the node's item in the tree widget, as the user does.
+    void clickNode(QTreeWidget& tree, const std::string& key) {
+        for (QTreeWidgetItemIterator it(&tree); *it != nullptr; ++it) {
+            if ((*it)->data(0, Qt::UserRole).toString().toStdString() == key) {
+                tree.scrollToItem(*it);
+                QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                                  tree.visualItemRect(*it).center());
+                settle();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no item for node " << key;
+    }
+
+    // Every control on the page: its widget shows what the form holds.
+    void expectPageMirrored(const form::Control& page) {
+        QWidget* pageWidget = view().widgetOf(page);
+        ASSERT_NE(pageWidget, nullptr);
+        EXPECT_TRUE(pageWidget->isVisible()) << page.displayName();
+        for (const form::Control* control : form().controls()) {
+            QWidget* w = view().widgetOf(*control);
+            if (w == nullptr || !form::Form::isInside(*control, page)) {
+                continue;
+            }
+            const std::string name = control->displayName();
+            bool shown = true;
+            for (const form::Control* c = control; c != &page; c = c->container()) {
+                shown = shown && c->visible();
+            }
+            EXPECT_EQ(w->isVisibleTo(pageWidget), shown) << name;
+            EXPECT_EQ(w->isEnabled(), control->enabled() && pageWidget->isEnabled()) << name;
+            const QString caption = QString::fromStdString(
+                control->has(form::PropertyId::Caption) ? control->caption() : "");
+            switch (control->kind()) {
+                case ControlKind::TextBox:
+                    EXPECT_EQ(qobject_cast<QLineEdit*>(w)->text().toStdString(), control->text())
+                        << name;
+                    break;
+                case ControlKind::ComboBox: {
+                    auto* box = qobject_cast<QComboBox*>(w);
+                    EXPECT_EQ(box->count(), control->listCount()) << name;
+                    EXPECT_EQ(box->currentIndex(), control->listIndex()) << name;
+                    break;
+                }
+                case ControlKind::Label:
+                    EXPECT_EQ(qobject_cast<QLabel*>(w)->text(), caption) << name;
+                    break;
+                case ControlKind::CommandButton:
+                case ControlKind::OptionButton:
+                    EXPECT_EQ(qobject_cast<QAbstractButton*>(w)->text(), caption) << name;
+                    break;
+                case ControlKind::CheckBox:
+                    EXPECT_EQ(qobject_cast<QCheckBox*>(w)->checkState() != Qt::Unchecked,
+                              control->value() != 0)
+                        << name;
+                    break;
+                case ControlKind::Frame:
+                    EXPECT_EQ(qobject_cast<QGroupBox*>(w)->title(), caption) << name;
+                    break;
+                default:
+                    break;
+            }
+        }
+    }
+
+    DesktopSession desktop{KT500_SHARE_DIR, {}};
+};
+
+TEST_F(FormViewTest, EveryPageOfTheTreeShowsTheFormsValuesAfterAFullUpload) {
+    QAction* uploadAll = view().toolbarAction("uploadAll");
+    ASSERT_NE(uploadAll, nullptr);
+    ASSERT_TRUE(uploadAll->isEnabled());
+    uploadAll->trigger();
+    // The chain runs: the toolbar's stop is offered until the BL has answered.
+    EXPECT_TRUE(view().toolbarAction("stop")->isEnabled());
+    settle();
+
+    auto* tree = widget<QTreeWidget>("treeNavigation");
+    ASSERT_NE(tree, nullptr);
+    tree->expandAll();
+    std::set<std::string> pages;
+    for (const form::TreeNode& node : form().control("treeNavigation").tree().nodes()) {
+        clickNode(*tree, node.key);
+        EXPECT_EQ(form().control("treeNavigation").tree().selectedKey(), node.key);
+        EXPECT_EQ(tree->currentItem()->data(0, Qt::UserRole).toString().toStdString(), node.key);
+        const std::string frame = currentFrame();
+        for (const form::Control* control : form().controls()) {
+            if (control->kind() == ControlKind::Frame && control->container() == nullptr &&
+                control->tag() == frame && control->visible()) {
+                pages.insert(frame);
+                expectPageMirrored(*control);
+            }
+        }
+    }
+    // Every KT520 page of the tree and the status page.
+    EXPECT_GE(pages.size(), 24U);
+    // A field the upload filled shows the device's value.
+    EXPECT_EQ(widget<QLineEdit>("txtHAOperationUnit", 0)->text().toStdString(),
+              desktop.session().bl().simulatedControl().deviceValue("hartTag").value_or("?"));
+}
+
+TEST_F(FormViewTest, ATypedValueReachesTheFormAndTheConfirmationList) {
+    clickNode(*widget<QTreeWidget>("treeNavigation"), "operationUnit");
+    auto* tag = widget<QLineEdit>("txtHAOperationUnit", 0);
+    ASSERT_TRUE(tag->isVisible());
+    tag->setFocus(Qt::MouseFocusReason);
+    tag->selectAll();
+    QTest::keyClicks(tag, "NEWTAG");
+    EXPECT_EQ(form().control("txtHAOperationUnit", 0).text(), "NEWTAG");
+    // Leaving the field puts the change into the confirmation list.
+    widget<QLineEdit>("txtHAOperationUnit", 1)->setFocus(Qt::TabFocusReason);
+    settle();
+    const form::ListViewModel& rows = form().control("lsvConfirmation").listView();
+    auto* list = widget<QTreeWidget>("lsvConfirmation");
+    ASSERT_EQ(list->topLevelItemCount(), rows.count());
+    const int row = rows.findKey("hartTag");
+    ASSERT_GT(row, 0);
+    QTreeWidgetItem* item = list->topLevelItem(row - 1);
+    EXPECT_EQ(item->text(0).toStdString(), rows.row(row).text);
+    EXPECT_EQ(item->text(2).toStdString(), "NEWTAG");
+    EXPECT_EQ(item->checkState(0) == Qt::Checked, rows.row(row).checked);
+
+    // Unticking the row in the list reaches the logic's ItemCheck.
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(item).topLeft() + QPoint(10, 8));
+    EXPECT_FALSE(rows.row(row).checked);
+}
+
+TEST_F(FormViewTest, AToolbarClickActsAndTheWidgetsFollow) {
+    QWidget* tree = widget<QTreeWidget>("treeNavigation");
+    const form::Control* page = nullptr;
+    for (const form::Control* control : form().controls()) {
+        if (control->kind() == ControlKind::Frame && control->tag() == currentFrame()) {
+            page = control;
+        }
+    }
+    ASSERT_NE(page, nullptr);
+    const int left = view().widgetOf(*page)->x();
+
+    view().toolbarAction("hideTree")->trigger();
+    EXPECT_FALSE(tree->isVisible());
+    EXPECT_TRUE(view().toolbarAction("hideTree")->isChecked());
+    EXPECT_LT(view().widgetOf(*page)->x(), left);
+    EXPECT_EQ(view().widgetOf(*page)->x(), view().scale().pixels(page->left()));
+
+    view().toolbarAction("hideTree")->trigger();
+    EXPECT_TRUE(tree->isVisible());
+    EXPECT_EQ(view().widgetOf(*page)->x(), left);
+}
+
+}  // namespace
+}  // namespace kt500::window
