@@ -2,6 +2,7 @@
 
 #include "data/PageFields.h"
 #include "data/ParameterDocument.h"
+#include "data/ProgramWrite.h"
 #include "data/TestIntervals.h"
 #include "data/ValueText.h"
 #include "devices/DeviceClass.h"
@@ -180,6 +181,9 @@ void ParameterValues::FillMappedParams() {
     }
     const std::string frameArray = m_control.deviceClass().FrameArrayName();
     form::Form& form = m_control.form();
+    // The program writes the lists: their handlers must not take the
+    // choice made again for the user's.
+    const ProgramWrite write(m_control.tools());
     const xml::XPath query(*dataFile, Prefixes());
     for (const xml::Node& mapped : query.select("data:mappedParams/data:mappedParam")) {
         const std::string name = mapped.attribute("name");
@@ -188,14 +192,42 @@ void ParameterValues::FillMappedParams() {
                 !(LiesOn(*control, frameArray) || LiesOn(*control, "fraCommon"))) {
                 continue;
             }
+            const int chosen = control->listIndex();
+            const std::optional<std::int32_t> choice =
+                chosen >= 0 ? std::optional(control->itemData(chosen)) : std::nullopt;
             control->clear();
             for (const xml::Node& mapping : query.select("data:mapping", mapped)) {
                 control->addItem(m_control.Translate(mapping.attribute("name")));
                 control->setItemData(control->newIndex(),
                                      devices::ToInt32(mapping.attribute("value")));
             }
+            for (int entry = 0; choice && entry < control->listCount(); ++entry) {
+                if (control->itemData(entry) == *choice) {
+                    control->setListIndex(entry);
+                    break;
+                }
+            }
         }
     }
+}
+
+std::string ParameterValues::MappedName(const std::string& strName, const std::string& strValue) {
+    const xml::Document* dataFile = m_control.xmlDataFile();
+    if (dataFile == nullptr) {
+        return {};
+    }
+    const xml::XPath query(*dataFile, Prefixes());
+    for (const xml::Node& mapped : query.select("data:mappedParams/data:mappedParam")) {
+        if (mapped.attribute("name") != strName) {
+            continue;
+        }
+        for (const xml::Node& mapping : query.select("data:mapping", mapped)) {
+            if (mapping.attribute("value") == strValue) {
+                return mapping.attribute("name");
+            }
+        }
+    }
+    return {};
 }
 
 void ParameterValues::FillDateFields() {

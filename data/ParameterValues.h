@@ -21,8 +21,13 @@ public:
     // family's pages with this Tag, else from the document.
     std::string FetchValueByTag(const std::string& strTagName, bool blCaption);
     // Clears each list box of a mapped parameter on the family's pages or
-    // fraCommon and fills it with the translated entries and their values.
+    // fraCommon and fills it with the entries in the session's language and
+    // their values; an entry chosen before (by its value) is chosen again.
+    // Runs at start-up and after each change of language.
     void FillMappedParams();
+    // The mapping name (a translation key) of a value of a mapped
+    // parameter; "" when the parameter has no mapping for it.
+    std::string MappedName(const std::string& strName, const std::string& strValue);
     // Fills the day and month selectors of the device date (1 to 31, 1 to 12,
     // item data from 0) where the class has them and the page holds them.
     void FillDateFields();

@@ -1,5 +1,6 @@
 #include "data/Uploads.h"
 
+#include "data/ProgramWrite.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "xml/XPath.h"
@@ -78,22 +79,6 @@ std::vector<xml::Node> UploadGroups(const host::clsTools& tools) {
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
 }
-
-// ConfirmFlag False while the program writes into a control, so that the
-// control's own handler leaves the write alone.
-class ProgramWrite {
-public:
-    explicit ProgramWrite(host::clsTools& tools) : m_tools(tools), m_saved(tools.ConfirmFlag) {
-        m_tools.ConfirmFlag = false;
-    }
-    ~ProgramWrite() { m_tools.ConfirmFlag = m_saved; }
-    ProgramWrite(const ProgramWrite&) = delete;
-    ProgramWrite& operator=(const ProgramWrite&) = delete;
-
-private:
-    host::clsTools& m_tools;
-    bool m_saved;
-};
 
 }  // namespace
 

@@ -159,13 +159,40 @@ std::string Units::FetchUnitName(const std::string& strParam) {
     return unit;
 }
 
+bool Units::ListUnitParameters(std::vector<std::string>& parameters) {
+    bool success = false;
+    m_control.units().GetUnitParameters(parameters, success);
+    if (!success) {
+        m_control.ShowMsg("Error", kGetParametersFailed);
+        return false;
+    }
+    form::Control* parameterList = m_control.form().find("comSelectParameter");
+    for (const std::string& parameter : parameters) {
+        if (parameterList != nullptr) {
+            parameterList->addItem(m_control.Translate(parameter));
+        }
+        m_parameterNames.push_back(parameter);
+    }
+    return true;
+}
+
+void Units::ClearSelectors() {
+    resetSelector(m_control, "comSelectParameter");
+    resetSelector(m_control, "comSelectUnit");
+    m_parameterNames.clear();
+}
+
+void Units::TranslateParameterList() {
+    ClearSelectors();
+    std::vector<std::string> parameters;
+    (void)ListUnitParameters(parameters);
+}
+
 void Units::RefreshAllUnits(bool blKeepSystem) {
     services::IDtmUnits& service = m_control.units();
     form::Form& form = m_control.form();
 
-    resetSelector(m_control, "comSelectParameter");
-    resetSelector(m_control, "comSelectUnit");
-    m_parameterNames.clear();
+    ClearSelectors();
 
     bool success = false;
     if (!blKeepSystem) {
@@ -176,20 +203,12 @@ void Units::RefreshAllUnits(bool blKeepSystem) {
         }
     }
     std::vector<std::string> parameters;
-    service.GetUnitParameters(parameters, success);
-    if (!success) {
-        m_control.ShowMsg("Error", kGetParametersFailed);
+    if (!ListUnitParameters(parameters)) {
         return;
     }
 
-    form::Control* parameterList = form.find("comSelectParameter");
     DeviceClass& device = m_control.deviceClass();
     for (const std::string& parameter : parameters) {
-        if (parameterList != nullptr) {
-            parameterList->addItem(m_control.Translate(parameter));
-        }
-        m_parameterNames.push_back(parameter);
-
         std::string newUnit;
         service.GetUnitOfParameter(parameter, newUnit, success);
         const UnitParameter* places = unitParameter(parameter);

@@ -26,6 +26,10 @@ public:
     void ChangeParameterUnit(const std::string& strParameter, const std::string& strOldUnit,
                              int intFrame, const std::string& strNewUnit);
 
+    // Empties the unit selectors and lists the service's parameters with a
+    // unit again, by their names in the session's language.
+    void TranslateParameterList();
+
     // The handlers of the settings page's unit selectors.
     void addHandlers(form::EventHandlers& handlers);
 
@@ -36,6 +40,13 @@ public:
     void cmdApplyUnitChange_Click();
 
 private:
+    // Empties both unit selectors; each shows its prompt as its tip.
+    void ClearSelectors();
+    // Asks the service for the parameters with a unit and lists their
+    // translated names in comSelectParameter, keeping the names behind them;
+    // False, after the message, when the service gives no list.
+    bool ListUnitParameters(std::vector<std::string>& parameters);
+
     IUserControl& m_control;
     // The parameter names behind the translated entries of comSelectParameter.
     std::vector<std::string> m_parameterNames;

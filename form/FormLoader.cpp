@@ -99,7 +99,7 @@ struct Pending {
     int containerPending = -1;
     Control* containerExisting = nullptr;
     Rect geometry;
-    std::string captionKey;
+    std::string captionKey;  // a row's unit label: its unit, which is its caption
     std::string tag;
 };
 
@@ -442,7 +442,12 @@ void applyRowPart(Control& c, const Pending& p) {
     c.setTop(p.geometry.top);
     c.setWidth(p.geometry.width);
     c.setHeight(p.geometry.height);
-    c.setCaptionKey(p.captionKey);
+    if (p.role == Role::RowUnit) {
+        // A unit is shown as it is written, in every language.
+        c.setCaption(p.captionKey);
+    } else {
+        c.setCaptionKey(p.captionKey);
+    }
     if (!p.tag.empty()) {
         c.setTag(p.tag);
     }

@@ -25,6 +25,7 @@
 #include "host/SessionData.h"
 #include "host/clsTools.h"
 #include "host/modRegistry.h"
+#include "presentation/Captions.h"
 #include "presentation/NavigationTree.h"
 #include "presentation/Toolbar.h"
 #include "services/IDtmLanguage.h"
@@ -219,11 +220,11 @@ public:
         m_replies.ClearChangedSigns(strRequestGroup);
     }
 
-    // --- Presentation (the tree and the captions come with their subsystems) ---
+    // --- Presentation ---
     void ApplyRole(const std::string& strRole) override { m_toolbar.ApplyRole(strRole); }
     void BuildNavigationTree() override { m_navigation.BuildNavigationTree(); }
     void SelectNode(int intIndex) override { m_navigation.SelectNode(intIndex); }
-    void TranslateForm() override { throw devices::MemberMissing("TranslateForm"); }
+    void TranslateForm() override { m_captions.TranslateForm(); }
 
     // --- Change tracking ---
     bool CheckIfValueChanged(const std::string& strName, bool blChecked) override {
@@ -307,6 +308,7 @@ private:
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};
     presentation::Toolbar m_toolbar{*this, m_navigation};
+    presentation::Captions m_captions{*this, m_values, m_units};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

@@ -143,10 +143,11 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         m_objDeviceClass->SetDeviceRevisionChanges();
         BuildStatusTree();
         m_navigation.BuildNavigationTree();
-        // The chart series and the captions of the language come with their
-        // parts.
+        // The chart series come with their part.
 
-        m_values.FillMappedParams();
+        // The captions of the language; this also fills the mapped lists
+        // that the values below choose from.
+        m_captions.TranslateForm();
         m_values.FillDateFields();
         m_values.ApplyInitialValues();
         m_units.RefreshAllUnits(true);

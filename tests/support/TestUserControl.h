@@ -60,7 +60,7 @@ public:
         return controlDouble ? *controlDouble : *m_bl->control();
     }
     services::IDtmDialogs& dialogs() override { return *m_bl->dialogs(); }
-    services::IDtmUnits& units() override { return *m_bl->units(); }
+    services::IDtmUnits& units() override { return unitsDouble ? *unitsDouble : *m_bl->units(); }
     const xml::SchemaCollection* communicationSchemas() override { return m_schemas.get(); }
     const xml::Document* xmlDataFile() override { return &*m_xmlDataFile; }
     xml::Node parameterNode() override { return m_parameterNode; }
@@ -260,6 +260,8 @@ public:
     std::function<void(const std::string& group, const std::string& access)> sendRequestHook;
     // When set, requests go to this double instead of the built-in BL.
     std::shared_ptr<services::IDtmControl> controlDouble;
+    // When set, the unit service is this double instead of the built-in BL's.
+    std::shared_ptr<services::IDtmUnits> unitsDouble;
     // The messages shown through ShowMsg, as "header: text".
     std::vector<std::string> messages;
     // Calls of the members that this double only records.

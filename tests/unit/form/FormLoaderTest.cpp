@@ -38,6 +38,9 @@ TEST_F(FormLoaderTest, RowPageGetsLabelsFieldsUnitsAndMarks) {
     EXPECT_EQ(mark.tag(), field.tag());  // the mark shares its field's tag
     EXPECT_FALSE(mark.visible());
     EXPECT_EQ(form.control("lblHAOperationUnit", 0).captionKey(), "hartTag");
+    // A unit is shown as written, with no key to translate.
+    EXPECT_EQ(form.control("lblHAOperationUnitUnit", 1).caption(), "%");
+    EXPECT_EQ(form.control("lblHAOperationUnitUnit", 1).captionKey(), "");
     EXPECT_EQ(field.left(), form.control("comHAOperationUnit", 0).left());
     EXPECT_GT(mark.left(), field.left() + field.width());
 

@@ -101,9 +101,10 @@ TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
             calls.push_back(call);
         }
     }
-    const CallLog expected = {"service control",  "service dialogs",      "OpenConnection connect",
-                              "GetLanguageIds",   "GetLanguageName 1033", "GetLanguageName 1031",
-                              "GetUnitParameters"};
+    // The unit parameters are listed by the captions and again by the units.
+    const CallLog expected = {"service control",   "service dialogs",      "OpenConnection connect",
+                              "GetLanguageIds",    "GetLanguageName 1033", "GetLanguageName 1031",
+                              "GetUnitParameters", "GetUnitParameters"};
     EXPECT_EQ(calls, expected);
     EXPECT_EQ(firstText, 3U);
     const clsTools& tools = *kt.m_objTools;
@@ -116,6 +117,7 @@ TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
     ASSERT_EQ(languages.listCount(), 2);
     EXPECT_EQ(languages.itemData(1), 1031);
     EXPECT_FALSE(kt.form().control("cmdTranslate").enabled());
+    EXPECT_EQ(kt.form().control("fraCommon", 0).caption(), "[1033:settings]");
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -263,18 +265,27 @@ TEST_F(RavikKT500Lifecycle, ResizeKeepsTheFixedExtents) {
     EXPECT_EQ(writes, 1);
 }
 
-TEST_F(RavikKT500Lifecycle, EventsOfMissingSubsystemsFailUnderTheirHandler) {
+TEST_F(RavikKT500Lifecycle, ALanguageChangeRewritesTheCaptions) {
     RavikKT500& kt = started();
-    // A change of language rewrites the captions, which come with their part.
+    const form::Control& settings = kt.form().control("fraCommon", 0);
+    // From the frame, through the session data.
     std::string session = services.controlDouble->sessionData;
     session.replace(session.find("guiLanguage='1033'"), 18, "guiLanguage='1031'");
     EXPECT_TRUE(kt.IQDLGuiEvent_UpdateSessionData(session));
-    EXPECT_TRUE(kt.IQDLGuiEvent_CommunicationEvent(""));
-    const std::vector<std::string> expected = {
-        "IQDLGuiEvent_UpdateSessionData | Object doesn't support this property or method: "
-        "TranslateForm"};
-    EXPECT_EQ(boxes(), expected);
-    EXPECT_TRUE(kt.m_objTools->DTMInitialized);  // the session goes on
+    EXPECT_EQ(settings.caption(), "[1031:settings]");
+
+    // From the user, on the settings page.
+    form::Control& languages = kt.form().control("comSelectLanguage");
+    form::Control& apply = kt.form().control("cmdTranslate");
+    languages.setListIndex(1);  // 1031, the language in force
+    EXPECT_FALSE(apply.enabled());
+    languages.setListIndex(0);
+    EXPECT_TRUE(apply.enabled());
+    kt.form().raiseClick(apply);
+    EXPECT_EQ(settings.caption(), "[1033:settings]");
+    EXPECT_EQ(kt.m_objTools->FrameLanguage, "1033");
+    EXPECT_FALSE(apply.enabled());
+    EXPECT_TRUE(boxes().empty());
 }
 
 }  // namespace
