@@ -17,18 +17,41 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
+#include <vector>
 
 namespace kt500::window {
 namespace {
 
 using form::ControlKind;
 
+// Whether the widget's caption is cut off: a one-line label or a button
+// narrower than its text, a frame narrower than its title.
+bool Clipped(const QWidget& widget) {
+    const QFontMetrics metrics = widget.fontMetrics();
+    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+        return !label->wordWrap() && !label->text().isEmpty() &&
+               metrics.horizontalAdvance(label->text()) > label->contentsRect().width();
+    }
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+        return !button->text().isEmpty() && button->sizeHint().width() > button->width();
+    }
+    if (const auto* frame = qobject_cast<const QGroupBox*>(&widget)) {
+        return metrics.horizontalAdvance(frame->title()) > frame->width();
+    }
+    return false;
+}
+
 class FormViewTest : public ::testing::Test {
 protected:
-    void SetUp() override {
+    void SetUp() override { start("1033"); }
+
+    void start(const std::string& language) {
         simulator::SessionOptions options;
         options.deviceKey = "KT520_7";
+        options.language = language;
+        options.frameLanguage = language;
         ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
         view().show();
         QApplication::setActiveWindow(&view());
@@ -66,6 +89,8 @@ protected:
         QWidget* pageWidget = view().widgetOf(page);
         ASSERT_NE(pageWidget, nullptr);
         EXPECT_TRUE(pageWidget->isVisible()) << page.displayName();
+        // Nothing shown on the page covers another control of its frame.
+        std::map<QWidget*, std::vector<QWidget*>> shownIn;
         for (const form::Control* control : form().controls()) {
             QWidget* w = view().widgetOf(*control);
             if (w == nullptr || !form::Form::isInside(*control, page)) {
@@ -77,6 +102,14 @@ protected:
                 shown = shown && c->visible();
             }
             EXPECT_EQ(w->isVisibleTo(pageWidget), shown) << name;
+            EXPECT_FALSE(shown && Clipped(*w)) << name << " is cut off";
+            if (shown) {
+                for (QWidget* other : shownIn[w->parentWidget()]) {
+                    EXPECT_FALSE(other->geometry().intersects(w->geometry()))
+                        << name << " overlaps " << other->objectName().toStdString();
+                }
+                shownIn[w->parentWidget()].push_back(w);
+            }
             EXPECT_EQ(w->isEnabled(), control->enabled() && pageWidget->isEnabled()) << name;
             const QString caption = QString::fromStdString(
                 control->has(form::PropertyId::Caption) ? control->caption() : "");
@@ -112,6 +145,29 @@ protected:
         }
     }
 
+    // Clicks every node of the tree and checks the page it shows; returns
+    // how many pages were seen.
+    std::size_t visitEveryPage() {
+        auto* tree = widget<QTreeWidget>("treeNavigation");
+        tree->expandAll();
+        std::set<std::string> pages;
+        for (const form::TreeNode& node : form().control("treeNavigation").tree().nodes()) {
+            clickNode(*tree, node.key);
+            EXPECT_EQ(form().control("treeNavigation").tree().selectedKey(), node.key);
+            EXPECT_EQ(tree->currentItem()->data(0, Qt::UserRole).toString().toStdString(),
+                      node.key);
+            const std::string frame = currentFrame();
+            for (const form::Control* control : form().controls()) {
+                if (control->kind() == ControlKind::Frame && control->container() == nullptr &&
+                    control->tag() == frame && control->visible()) {
+                    pages.insert(frame);
+                    expectPageMirrored(*control);
+                }
+            }
+        }
+        return pages.size();
+    }
+
     DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
@@ -124,28 +180,18 @@ TEST_F(FormViewTest, EveryPageOfTheTreeShowsTheFormsValuesAfterAFullUpload) {
     EXPECT_TRUE(view().toolbarAction("stop")->isEnabled());
     settle();
 
-    auto* tree = widget<QTreeWidget>("treeNavigation");
-    ASSERT_NE(tree, nullptr);
-    tree->expandAll();
-    std::set<std::string> pages;
-    for (const form::TreeNode& node : form().control("treeNavigation").tree().nodes()) {
-        clickNode(*tree, node.key);
-        EXPECT_EQ(form().control("treeNavigation").tree().selectedKey(), node.key);
-        EXPECT_EQ(tree->currentItem()->data(0, Qt::UserRole).toString().toStdString(), node.key);
-        const std::string frame = currentFrame();
-        for (const form::Control* control : form().controls()) {
-            if (control->kind() == ControlKind::Frame && control->container() == nullptr &&
-                control->tag() == frame && control->visible()) {
-                pages.insert(frame);
-                expectPageMirrored(*control);
-            }
-        }
-    }
     // Every KT520 page of the tree and the status page.
-    EXPECT_GE(pages.size(), 24U);
+    EXPECT_GE(visitEveryPage(), 24U);
     // A field the upload filled shows the device's value.
     EXPECT_EQ(widget<QLineEdit>("txtHAOperationUnit", 0)->text().toStdString(),
               desktop.session().bl().simulatedControl().deviceValue("hartTag").value_or("?"));
+}
+
+TEST_F(FormViewTest, EveryPageFitsItsGermanCaptions) {
+    start("1031");
+    EXPECT_EQ(view().toolbarAction("uploadAll")->toolTip().toStdString(),
+              desktop.session().control().Translate("uploadAll"));
+    EXPECT_GE(visitEveryPage(), 24U);
 }
 
 TEST_F(FormViewTest, ATypedValueReachesTheFormAndTheConfirmationList) {
