@@ -42,8 +42,12 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
 
     std::set<std::string> shot;
     int failures = started ? 0 : 1;
-    const auto take = [&] {
-        const std::string page = control.m_objTools->CurrentFrame;
+    // The page shown is CurrentFrame, except the settings page, which
+    // leaves CurrentFrame at the page it was opened from.
+    const auto take = [&](std::string page) {
+        if (page.empty()) {
+            page = control.m_objTools->CurrentFrame;
+        }
         if (page.empty() || !shot.insert(page).second) {
             return;
         }
@@ -69,11 +73,11 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
     for (const std::string& key : keys) {
         desktop.gate().run([&form, &tree, &key] { form.raiseNodeClick(tree, key); });
         Settle(desktop);
-        take();
+        take({});
     }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
-    take();
+    take("settings");
     for (const auto& box : desktop.session().dialogs().takeBoxes()) {
         out << "  message " << box.header << " | " << box.text << '\n';
     }
