@@ -221,6 +221,21 @@ TEST_F(FormViewTest, ATypedValueReachesTheFormAndTheConfirmationList) {
     EXPECT_FALSE(rows.row(row).checked);
 }
 
+// In the window the BL answers in real time: the pump delivers the reply
+// on the UI thread while Qt's event loop runs, and the toolbar is given
+// back.
+TEST_F(FormViewTest, TheBLsRepliesArriveInRealTime) {
+    clickNode(*widget<QTreeWidget>("treeNavigation"), "operationUnit");
+    desktop.setRealTime(true);
+    QAction* uploadCurrent = view().toolbarAction("uploadCurrent");
+    uploadCurrent->trigger();
+    EXPECT_FALSE(uploadCurrent->isEnabled());
+    EXPECT_TRUE(view().toolbarAction("stop")->isEnabled());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return uploadCurrent->isEnabled(); }, 5000));
+    EXPECT_FALSE(view().toolbarAction("stop")->isEnabled());
+    desktop.setRealTime(false);
+}
+
 TEST_F(FormViewTest, AToolbarClickActsAndTheWidgetsFollow) {
     QWidget* tree = widget<QTreeWidget>("treeNavigation");
     const form::Control* page = nullptr;
