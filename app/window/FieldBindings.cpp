@@ -20,6 +20,7 @@
 #include <QSignalBlocker>
 
 #include <cmath>
+#include <type_traits>
 
 namespace kt500::window {
 
@@ -206,60 +207,47 @@ private:
     }
 };
 
-class CheckBox final : public Bound<QCheckBox> {
-public:
-    CheckBox(form::Control& control, ViewContext& context, QWidget* parent)
-        : Bound(control, context, parent) {
-        relay(false, false);
-        QObject::connect(m_widget, &QCheckBox::clicked, m_widget, [this](bool checked) {
-            deliver([this, checked] { m_control.setValue(checked ? 1 : 0); });
-            mirrorAll();  // the handler may have refused the change
-        });
-    }
-    void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
-        if (id == PropertyId::Value) {
-            const int value = static_cast<int>(m_control.value());
-            m_widget->setCheckState(value == 1   ? Qt::Checked
-                                    : value == 2 ? Qt::PartiallyChecked
-                                                 : Qt::Unchecked);
-        } else if (id == PropertyId::Caption) {
-            m_widget->setText(Qs(m_control.caption()));
-        } else if (id == PropertyId::ForeColor) {
-            applyColors(*m_widget, false);
-        }
-    }
-    void mirrorAll() override {
-        mirror(PropertyId::Value, {}, -1);
-        mirror(PropertyId::Caption, {}, -1);
-        applyColors(*m_widget, false);
-    }
-};
+// Check boxes and option buttons: the caption, and Value as the mark (a
+// check box shows 2 greyed). A click writes Value, which raises Click; the
+// form clears the other options of the container itself.
+template <typename W>
+class Choice final : public Bound<W> {
+    static constexpr bool kOption = std::is_same_v<W, QRadioButton>;
 
-class OptionButton final : public Bound<QRadioButton> {
 public:
-    OptionButton(form::Control& control, ViewContext& context, QWidget* parent)
-        : Bound(control, context, parent) {
-        // The form clears the other options of the container itself.
-        m_widget->setAutoExclusive(false);
-        relay(false, false);
-        QObject::connect(m_widget, &QRadioButton::clicked, m_widget, [this] {
-            deliver([this] { m_control.setValue(1); });
-            mirrorAll();
-        });
+    Choice(form::Control& control, ViewContext& context, QWidget* parent)
+        : Bound<W>(control, context, parent) {
+        if constexpr (kOption) {
+            this->m_widget->setAutoExclusive(false);
+        }
+        this->relay(false, false);
+        QObject::connect(this->m_widget, &QAbstractButton::clicked, this->m_widget,
+                         [this](bool checked) {
+                             const double value = kOption || checked ? 1 : 0;
+                             this->deliver([this, value] { this->m_control.setValue(value); });
+                             mirrorAll();  // the handler may have refused the change
+                         });
     }
     void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
         if (id == PropertyId::Value) {
-            m_widget->setChecked(m_control.value() != 0);
+            const int value = static_cast<int>(this->m_control.value());
+            if constexpr (kOption) {
+                this->m_widget->setChecked(value != 0);
+            } else {
+                this->m_widget->setCheckState(value == 1   ? Qt::Checked
+                                              : value == 2 ? Qt::PartiallyChecked
+                                                           : Qt::Unchecked);
+            }
         } else if (id == PropertyId::Caption) {
-            m_widget->setText(Qs(m_control.caption()));
+            this->m_widget->setText(Qs(this->m_control.caption()));
         } else if (id == PropertyId::ForeColor) {
-            applyColors(*m_widget, false);
+            this->applyColors(*this->m_widget, false);
         }
     }
     void mirrorAll() override {
         mirror(PropertyId::Value, {}, -1);
         mirror(PropertyId::Caption, {}, -1);
-        applyColors(*m_widget, false);
+        this->applyColors(*this->m_widget, false);
     }
 };
 
@@ -439,9 +427,9 @@ std::unique_ptr<WidgetBinding> MakeFieldBinding(form::Control& control, ViewCont
         case ControlKind::ComboBox:
             return std::make_unique<ComboBox>(control, context, parent);
         case ControlKind::CheckBox:
-            return std::make_unique<CheckBox>(control, context, parent);
+            return std::make_unique<Choice<QCheckBox>>(control, context, parent);
         case ControlKind::OptionButton:
-            return std::make_unique<OptionButton>(control, context, parent);
+            return std::make_unique<Choice<QRadioButton>>(control, context, parent);
         case ControlKind::Label:
             return std::make_unique<Label>(control, context, parent);
         case ControlKind::Image:
