@@ -5,7 +5,10 @@
 #include <QCoreApplication>
 #include <QPixmap>
 
+#include <algorithm>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace kt500::window {
 
@@ -78,8 +81,21 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");
+    // The messages the boxes showed on the way, each once with its count.
+    std::vector<std::pair<std::string, int>> messages;
     for (const auto& box : desktop.session().dialogs().takeBoxes()) {
-        out << "  message " << box.header << " | " << box.text << '\n';
+        const std::string line = box.header + " | " + box.text;
+        const auto same = std::find_if(messages.begin(), messages.end(),
+                                       [&line](const auto& seen) { return seen.first == line; });
+        if (same == messages.end()) {
+            messages.emplace_back(line, 1);
+        } else {
+            ++same->second;
+        }
+    }
+    for (const auto& [line, count] : messages) {
+        out << "  message " << line << (count > 1 ? " (" + std::to_string(count) + " times)" : "")
+            << '\n';
     }
     out << shot.size() << " pages of " << options.deviceKey << " in " << folder.string() << '\n';
     return failures;
