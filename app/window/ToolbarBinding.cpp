@@ -22,7 +22,7 @@ QString Qs(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-constexpr int kIconPixels = 18;
+constexpr int kIconPixels = 16;
 
 class Toolbar final : public WidgetBinding {
 public:
@@ -80,7 +80,7 @@ private:
         if (item.style == ToolbarItemStyle::Label || item.style == ToolbarItemStyle::Image) {
             auto* label = new QLabel(m_widget);
             label->setObjectName(Qs(item.key));
-            label->setContentsMargins(2, 0, 2, 0);
+            label->setContentsMargins(1, 0, 1, 0);
             return m_widget->addWidget(label);
         }
         if (item.style == ToolbarItemStyle::Separator) {

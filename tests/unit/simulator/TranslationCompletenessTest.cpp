@@ -105,6 +105,11 @@ KeySources documentKeys() {
                 if (named.count(node.name()) > 0) {
                     add(keys, node.attribute("name"), source + " <" + node.name() + ">");
                 }
+                // A family's value lists become the mappings of its
+                // parameter documents, named by their entries' keys.
+                if (node.name() == "entry" && node.hasAttribute("key")) {
+                    add(keys, node.attribute("key"), source + " <entry>");
+                }
             });
         }
     }

@@ -47,9 +47,10 @@ class FormViewTest : public ::testing::Test {
 protected:
     void SetUp() override { start("1033"); }
 
-    void start(const std::string& language) {
+    void start(const std::string& language, bool online = true) {
         simulator::SessionOptions options;
         options.deviceKey = "KT520_7";
+        options.online = online;
         options.language = language;
         options.frameLanguage = language;
         ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
@@ -145,6 +146,14 @@ protected:
         }
     }
 
+    // Every item of the toolbar is on it, none behind its overflow arrow.
+    void expectToolbarFits() {
+        QWidget* toolbar = view().widgetOf(form().control("smuiDTM", 1));
+        auto* overflow = toolbar->findChild<QWidget*>(QStringLiteral("qt_toolbar_ext_button"));
+        ASSERT_NE(overflow, nullptr);
+        EXPECT_FALSE(overflow->isVisible());
+    }
+
     // Clicks every node of the tree and checks the page it shows; returns
     // how many pages were seen.
     std::size_t visitEveryPage() {
@@ -192,6 +201,10 @@ TEST_F(FormViewTest, EveryPageFitsItsGermanCaptions) {
     EXPECT_EQ(view().toolbarAction("uploadAll")->toolTip().toStdString(),
               desktop.session().control().Translate("uploadAll"));
     EXPECT_GE(visitEveryPage(), 24U);
+    expectToolbarFits();
+    // Offline the header's texts are the longest.
+    start("1031", false);
+    expectToolbarFits();
 }
 
 TEST_F(FormViewTest, ATypedValueReachesTheFormAndTheConfirmationList) {
