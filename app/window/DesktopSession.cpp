@@ -17,6 +17,7 @@ DesktopSession::~DesktopSession() {
     if (m_session.running()) {
         m_gate.run([this] { m_session.release(); });
     }
+    m_gate.close();
     m_view.reset();
 }
 

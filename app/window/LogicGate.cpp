@@ -19,6 +19,9 @@ void LogicGate::invoke(const std::function<void()>& call) {
 }
 
 void LogicGate::run(std::function<void()> call) {
+    if (m_closed) {
+        return;
+    }
     if (busy()) {
         m_waiting.push_back(std::move(call));
         return;
@@ -32,7 +35,7 @@ void LogicGate::run(std::function<void()> call) {
 }
 
 bool LogicGate::tryRun(const std::function<void()>& call) {
-    if (busy()) {
+    if (busy() || m_closed) {
         return false;
     }
     run(call);

@@ -20,11 +20,15 @@ public:
     // Runs call only when the logic is idle; returns whether it ran.
     bool tryRun(const std::function<void()>& call);
     [[nodiscard]] bool busy() const noexcept { return m_depth > 0; }
+    // After the control's release nothing reaches the logic any more: the
+    // focus changes of widgets being destroyed are dropped.
+    void close() noexcept { m_closed = true; }
 
 private:
     void invoke(const std::function<void()>& call);
 
     int m_depth = 0;
+    bool m_closed = false;
     std::deque<std::function<void()>> m_waiting;
 };
 

@@ -62,6 +62,12 @@ TEST(LogicGate, CallsNeverNestAndRunInArrivalOrder) {
     EXPECT_FALSE(gate.busy());
     EXPECT_TRUE(gate.tryRun([&] { order.push_back("pump"); }));
     EXPECT_EQ(order.back(), "pump");
+
+    // Closed with the control's release: nothing runs any more.
+    gate.close();
+    gate.run([&] { order.push_back("late focus change"); });
+    EXPECT_FALSE(gate.tryRun([&] { order.push_back("late beat"); }));
+    EXPECT_EQ(order.back(), "pump");
 }
 
 }  // namespace
