@@ -42,6 +42,7 @@ bool MainWindow::startSession(const simulator::SessionOptions& options) {
     const double dpi = screen() != nullptr ? screen()->logicalDotsPerInch() : 96.0;
     const bool started = m_session->start(options, m_host, TwipScale(dpi));
     m_host->layout()->addWidget(&m_session->view());
+    m_session->view().show();  // a widget added to a shown window stays hidden otherwise
     setWindowTitle(QStringLiteral("KT500 device manager - %1 (%2, %3)")
                        .arg(QString::fromStdString(options.deviceKey),
                             options.online ? QStringLiteral("online") : QStringLiteral("offline"),
