@@ -20,10 +20,6 @@ namespace {
 using form::ChartAxisId;
 using form::PropertyId;
 
-QString Qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 class ChartView final : public QChartView {
 public:
     ChartView(form::Control& control, ViewContext& context, QWidget* parent)

@@ -29,10 +29,6 @@ namespace {
 using form::ControlKind;
 using form::PropertyId;
 
-QString Qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 // The key code of a key press as the form's KeyPress handlers take it: the
 // character, or Enter 13, Backspace 8, Escape 27; 0 for keys that raise no
 // KeyPress (arrows, Tab, function keys).

@@ -18,12 +18,7 @@ constexpr int kHourglass = 11;
 
 FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
                    QWidget* parent)
-    : QWidget(parent),
-      m_form(form),
-      m_icons(icons),
-      m_gate(gate),
-      m_scale(scale),
-      m_context{form, m_scale, icons, gate} {
+    : QWidget(parent), m_form(form), m_scale(scale), m_context{form, m_scale, icons, gate} {
     setObjectName(QStringLiteral("RavikKT500"));
     setFixedSize(m_scale.pixels(form::Form::kUserControlWidth),
                  m_scale.pixels(form::Form::kUserControlHeight));

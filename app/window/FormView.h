@@ -44,8 +44,6 @@ private:
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;
 
     form::Form& m_form;
-    IconStore& m_icons;
-    LogicGate& m_gate;
     TwipScale m_scale;
     ViewContext m_context;
     std::map<const form::Control*, std::unique_ptr<WidgetBinding>> m_bindings;

@@ -16,10 +16,6 @@ namespace {
 using form::ControlKind;
 using form::PropertyId;
 
-QString Qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 // A tree view: the nodes by key with their texts, state pictures, expansion
 // and selection. A click on a node (or a keyboard move onto one) raises
 // NodeClick; expanding and collapsing is kept in the model, with no event.

@@ -18,10 +18,6 @@ namespace {
 using form::PropertyId;
 using form::ToolbarItemStyle;
 
-QString Qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 constexpr int kIconPixels = 16;
 
 class Toolbar final : public WidgetBinding {

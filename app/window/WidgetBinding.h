@@ -13,6 +13,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace kt500::window {
@@ -73,6 +74,11 @@ protected:
 [[nodiscard]] std::unique_ptr<WidgetBinding> MakeChartBinding(form::Control& control,
                                                               ViewContext& context,
                                                               QWidget* parent);
+
+// A text of the form (UTF-8) as Qt's.
+[[nodiscard]] inline QString Qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
 
 // 0xBBGGRR as the system holds colours, as a Qt colour.
 [[nodiscard]] QColor ColorOf(std::uint32_t bgr);
