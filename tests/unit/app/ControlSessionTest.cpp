@@ -1,5 +1,7 @@
 #include "app/ControlSession.h"
+#include "app/RecordingControl.h"
 #include "app/ScriptTargets.h"
+#include "support/RecordingServices.h"
 
 #include <gtest/gtest.h>
 
@@ -57,7 +59,6 @@ TEST_F(ControlSessionTest, SessionDataChangesReachTheControlAndAccumulate) {
     // The second message still carries the first change.
     EXPECT_FALSE(session.control().m_objTools->OnlineConf);
     EXPECT_EQ(session.control().m_objTools->ActorRole, "observer");
-    EXPECT_THROW(session.updateSessionData({{"colour", "blue"}}), std::invalid_argument);
 }
 
 TEST_F(ControlSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
@@ -79,24 +80,35 @@ TEST_F(ControlSessionTest, ATagIsTheFirstControlOfTheSessionsFamilyPages) {
     EXPECT_EQ(targets.read("@hartTag.Text"), "first");
     EXPECT_EQ(&targets.control("txtPATest[1]"), second);
     EXPECT_THROW((void)targets.control("txtPATest"), TargetError);
-    EXPECT_THROW((void)targets.control("@nothing"), TargetError);
 }
 
-TEST_F(ControlSessionTest, TargetsReadTheLiveDocumentTheDeviceAndTheSessionState) {
+// The scenarios read every kind of target; these are the refusals.
+TEST_F(ControlSessionTest, TargetsOfNoValueOrOfAReleasedSessionAreRefused) {
     ASSERT_NO_FATAL_FAILURE(start("PL500_2"));
     const ScriptTargets targets(session);
-    EXPECT_EQ(targets.read("doc.hartTag.value"), "XV-310");
-    session.bl().simulatedControl().setDeviceValue("hartTag", "XV-311");
-    EXPECT_EQ(targets.read("bl.hartTag"), "XV-311");
-    EXPECT_EQ(targets.read("doc.hartTag.value"), "XV-310");
-    EXPECT_EQ(targets.read("tools.connectionid"), "1");
-    EXPECT_EQ(targets.read("toolbar.hideTree.Pressed"), "False");
-    EXPECT_EQ(targets.read("control.m_buttonPressed"), "0");
+    EXPECT_EQ(targets.read("tools.connectionid"), "1");  // members by any case
     EXPECT_THROW((void)targets.read("doc.hartTag"), TargetError);
     EXPECT_THROW((void)targets.read("doc.nothing.value"), TargetError);
     session.release();
     EXPECT_THROW((void)targets.read("doc.hartTag.value"), TargetError);
     EXPECT_THROW((void)targets.read("tools.ConnectionID"), TargetError);
+}
+
+TEST(RecordingControl, RecordsRequestsInOrderAndForwardsEveryCall) {
+    auto log = std::make_shared<testing::CallLog>();
+    RecordingControl recorder(std::make_shared<testing::RecordingControl>(log));
+    bool accepted = false;
+    recorder.PostRequest(1, "<read/>", accepted);
+    recorder.RequestAutoAction(1, accepted);
+    recorder.SendAutoAction(1, "<action/>", 5000, accepted);
+    recorder.CancelRequests(1, accepted);
+
+    const auto requests = recorder.takeRequests();
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(requests[0].operation + requests[0].request, "PostRequest<read/>");
+    EXPECT_EQ(requests[1].operation + requests[1].request, "SendAutoAction<action/>");
+    EXPECT_TRUE(recorder.takeRequests().empty());
+    EXPECT_EQ(log->size(), 4U);
 }
 
 }  // namespace

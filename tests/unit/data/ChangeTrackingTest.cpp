@@ -1,6 +1,6 @@
 #include "data/ChangeTracking.h"
 #include "devices/SeparatedList.h"
-#include "support/TestUserControl.h"
+#include "unit/data/DataTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -10,36 +10,19 @@
 namespace kt500::data {
 namespace {
 
+using test::AddConfirmationRow;
 using testing::TestUserControl;
-
-form::ListViewModel& Confirmation(TestUserControl& uc) {
-    return uc.form().control("lsvConfirmation").listView();
-}
-
-void AddRow(TestUserControl& uc, const std::string& text, const std::string& name, bool checked) {
-    form::ListViewModel& rows = Confirmation(uc);
-    const int row = rows.add(text);
-    rows.setSubItem(row, 1, "old");
-    rows.setSubItem(row, 2, "new");
-    rows.setSubItem(row, 3, name);
-    rows.setSubItem(row, 4, "HAoperationUnit");
-    rows.setChecked(row, checked);
-}
 
 TEST(CheckIfValueChangedTest, RowOfTheCheckStateNamesTheParameter) {
     TestUserControl uc;
-    AddRow(uc, "Tag", "hartTag", true);
-    AddRow(uc, "Message", "message", false);
-    struct Case {
-        const char* name;
-        bool checked;
-        bool changed;
-    };
-    for (const Case& c :
-         {Case{"hartTag", true, true}, Case{"hartTag", false, false}, Case{"message", false, true},
-          Case{"message", true, false}, Case{"description", true, false}}) {
-        EXPECT_EQ(uc.changes.CheckIfValueChanged(c.name, c.checked), c.changed)
-            << c.name << " " << c.checked;
+    AddConfirmationRow(uc, "hartTag", "HAoperationUnit", true, "Tag");
+    AddConfirmationRow(uc, "message", "HAoperationUnit", false, "Message");
+    for (const auto& [name, checked, changed] : {std::tuple{"hartTag", true, true},
+                                                 {"hartTag", false, false},
+                                                 {"message", false, true},
+                                                 {"message", true, false},
+                                                 {"description", true, false}}) {
+        EXPECT_EQ(uc.changes.CheckIfValueChanged(name, checked), changed) << name << " " << checked;
     }
     // The KT540's meters are never normal parameters: always changed.
     TestUserControl kt540(testing::SessionOf("KT540_1.0"));
@@ -49,13 +32,11 @@ TEST(CheckIfValueChangedTest, RowOfTheCheckStateNamesTheParameter) {
 
 TEST(RemoveSpecialCaseItemTest, RemovesTheRowOfThatText) {
     TestUserControl uc;
-    AddRow(uc, "Tag", "hartTag", true);
-    AddRow(uc, "Message", "message", true);
+    AddConfirmationRow(uc, "hartTag", "HAoperationUnit", true, "Tag");
+    AddConfirmationRow(uc, "message", "HAoperationUnit", true, "Message");
     uc.changes.RemoveSpecialCaseItem("Tag");
-    ASSERT_EQ(Confirmation(uc).count(), 1);
-    EXPECT_EQ(Confirmation(uc).row(1).text, "Message");
-    uc.changes.RemoveSpecialCaseItem("hartTag");  // the internal name is no row text
-    EXPECT_EQ(Confirmation(uc).count(), 1);
+    uc.changes.RemoveSpecialCaseItem("message");  // the internal name is no row text
+    EXPECT_EQ(test::ConfirmationTexts(uc), "Message");
 }
 
 TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
@@ -77,29 +58,12 @@ TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
 }
 
 // The operation unit page: the hartTag text box, the deviceMonth list box
-// and their marks.
+// and their marks, edited by the user.
 class RestoreOldValuesTest : public ::testing::TestWithParam<bool> {
 protected:
-    TestUserControl uc{testing::SessionOf("KT520_7", GetParam())};
-    form::Control& text = uc.form().control("txtHAOperationUnit", 0);
-    form::Control& list = uc.form().control("comHAOperationUnit", 1);
-    form::Control& textMark = uc.form().control("imgHAOperationUnit", 0);
-    form::Control& listMark = uc.form().control("imgHAOperationUnit", 4);
-
-    // A snapshot of the page's fields in form order: hartTag, description,
-    // message, deviceDay, deviceMonth, deviceDate.
-    static std::string snapshot(const std::string& hartTag, const std::string& deviceMonth) {
-        std::string values;
-        for (const std::string& value :
-             std::vector<std::string>{hartTag, "", "", "", deviceMonth, ""}) {
-            devices::AppendSeparated(values, value);
-        }
-        return values;
-    }
-    void edit() {
-        for (const char* entry : {"first", "second"}) {
-            list.addItem(entry);
-        }
+    RestoreOldValuesTest() {
+        list.addItem("first");
+        list.addItem("second");
         text.setText("edited");
         list.setListIndex(0);
         for (form::Control* control : {&text, &list}) {
@@ -107,13 +71,27 @@ protected:
         }
         textMark.setVisible(true);
         listMark.setVisible(true);
+        uc.tools().CurrentFrame = "HAoperationUnit";
     }
+    // A snapshot of the page's fields in form order: hartTag, description,
+    // message, deviceDay, deviceMonth, deviceDate.
+    static std::string snapshot(const std::string& hartTag, const std::string& deviceMonth) {
+        std::string values;
+        for (const std::string& value :
+             {hartTag, std::string(), std::string(), std::string(), deviceMonth, std::string()}) {
+            devices::AppendSeparated(values, value);
+        }
+        return values;
+    }
+    TestUserControl uc{testing::SessionOf("KT520_7", GetParam())};
+    form::Control& text = uc.form().control("txtHAOperationUnit", 0);
+    form::Control& list = uc.form().control("comHAOperationUnit", 1);
+    form::Control& textMark = uc.form().control("imgHAOperationUnit", 0);
+    form::Control& listMark = uc.form().control("imgHAOperationUnit", 4);
 };
 
 TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     const bool online = GetParam();
-    edit();
-    uc.tools().CurrentFrame = "HAoperationUnit";
     // No snapshot leaves the field.
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "edited");
@@ -128,7 +106,6 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
 
     uc.changes.RestoreOldValues("HAoperationUnit", "");
     EXPECT_EQ(list.listIndex(), 1);
-    EXPECT_EQ(list.foreColor(), online ? devices::ColorRestored : devices::ColorChanged);
     EXPECT_EQ(listMark.visible(), !online);
 
     // An empty value clears the list's selection.

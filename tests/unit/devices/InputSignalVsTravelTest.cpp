@@ -1,6 +1,6 @@
 #include "devices/InputSignalVsTravel.h"
 #include "devices/clsKT520.h"
-#include "support/TestUserControl.h"
+#include "unit/devices/DeviceTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -37,18 +37,15 @@ TEST(InputSignalVsTravelPoints, EndsStayInsideThePlot) {
             EXPECT_FLOAT_EQ(points[e.point].y, e.y) << what << " P" << e.point;
         }
     };
-    check("full range, rising to open: lead-in", {NV, NV, 0, 0}, Open,
-          {{0, 0.3F, 0.3F}, {1, 0.3F, 0.3F}, {2, 0.3F, 0.3F}, {7, 50, 50}});
-    check("full range, rising to open: lead-out", {NV, NV, 0, 0}, Open,
-          {{12, 99, 99}, {13, 99, 99}, {14, 100, 99}});
+    check(
+        "full range, rising to open", {NV, NV, 0, 0}, Open,
+        {{0, 0.3F, 0.3F}, {2, 0.3F, 0.3F}, {7, 50, 50}, {12, 99, 99}, {13, 99, 99}, {14, 100, 99}});
     check("split range ending just below 100", {0, 99.9999F, 0, 0}, Open,
           {{2, 0.3F, 0.3F}, {12, 99.9999F, 99}});
     check("split range 20 to 60", {20, 60, 0, 0}, Open,
           {{2, 20, 0.3F}, {7, 40, 50}, {12, 60, 99}, {14, 100, 99}});
     check("unset cut-offs count as cut, rising to close", {NV, NV, NV, NV}, Close,
-          {{0, 0.3F, 99}, {1, 0.3F, 99}, {2, 0.3F, 99}, {3, 10, 90}});
-    check("unset cut-offs count as cut, rising to close", {NV, NV, NV, NV}, Close,
-          {{12, 99, 0.3F}, {13, 99, 0.3F}, {14, 100, 0.3F}});
+          {{0, 0.3F, 99}, {2, 0.3F, 99}, {3, 10, 90}, {12, 99, 0.3F}, {14, 100, 0.3F}});
     check("cut-offs scale both axes", {NV, NV, 10, 20}, Open,
           {{0, 0.3F, 0.3F}, {2, 20, 10}, {7, 60, 55}, {12, 99, 99}});
     check("cut-off of the input axis rising to close", {NV, NV, 0, 20}, Close,
@@ -69,55 +66,32 @@ TEST(InputSignalVsTravelPoints, OnlyEverySecondCurvePointIsDrawn) {
     EXPECT_FLOAT_EQ(points[4].y, 33.0F);
 }
 
-class InputSignalVsTravelGraph : public ::testing::Test {
-protected:
-    InputSignalVsTravelGraph() {
-        direction = &field(form::ControlKind::ComboBox, "comHAValveRelatedConfiguration", 2, 8);
-        direction->clear();
-        direction->addItem(kt.Translate("risingToOpen"));
-        direction->addItem(kt.Translate("risingToClose"));
-        direction->addItem("sideways");
-        for (const int index : {3, 4, 5, 6}) {
-            field(form::ControlKind::TextBox, "txtHAPositionControl", index, 0)
-                .setText(index == 4 ? "80" : "");
-        }
-    }
-    form::Control& field(form::ControlKind kind, const char* name, int index, int page) {
-        if (form::Control* found = kt.form().find(name, index)) {
-            return *found;
-        }
-        return kt.addField(kind, name, index, "fraKT520", page, "");
-    }
-    form::ChartModel& addChart() {
-        if (form::Control* chart = kt.form().find(clsKT520::InputSignalVsTravelChart)) {
-            return chart->chart();
-        }
-        return kt.form()
-            .add(form::ControlKind::Chart, std::string(clsKT520::InputSignalVsTravelChart), -1,
-                 &kt.form().control("fraKT520", 11))
-            .chart();
-    }
+TEST(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
     testing::TestUserControl kt;
-    form::Control* direction;
-    std::array<float, 21> curve = linear();
-};
-
-TEST_F(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
-    // An unknown direction leaves the chart alone.
-    direction->setListIndex(2);
-    EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
-    direction->setListIndex(0);
-    if (kt.form().find(clsKT520::InputSignalVsTravelChart) == nullptr) {
-        // The chart comes with the session's charts; without it the call fails.
-        EXPECT_THROW((void)kt.deviceClass().UpdateInputSignalVsTravelGraph(curve),
-                     std::out_of_range);
-    }
-    form::ChartModel& chart = addChart();
-    EXPECT_TRUE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
+    form::Control& direction = test::fieldOf(kt, form::ControlKind::ComboBox,
+                                             "comHAValveRelatedConfiguration", 2, "fraKT520", 8);
+    direction.clear();
+    direction.addItem("sideways");
+    direction.addItem(kt.Translate("risingToOpen"));
+    direction.addItem(kt.Translate("risingToClose"));
     // A blank split range low is not set: no scaling of the input axis.
-    ASSERT_EQ(chart.points(), 15);
-    EXPECT_DOUBLE_EQ(chart.x(0, 12), 99.0);
-    EXPECT_DOUBLE_EQ(chart.y(0, 7), 50.0);
+    for (const int index : {3, 4, 5, 6}) {
+        test::fieldOf(kt, form::ControlKind::TextBox, "txtHAPositionControl", index)
+            .setText(index == 4 ? "80" : "");
+    }
+    const std::array<float, 21> curve = linear();
+    // An unknown direction leaves the chart alone.
+    direction.setListIndex(0);
+    EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
+    const form::ChartModel& chart = kt.form().control(clsKT520::InputSignalVsTravelChart).chart();
+    for (const auto& [entry, startTravel] : {std::pair{1, 0.3F}, {2, 99.0F}}) {
+        direction.setListIndex(entry);
+        EXPECT_TRUE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
+        ASSERT_EQ(chart.points(), 15);
+        EXPECT_FLOAT_EQ(static_cast<float>(chart.y(0, 0)), startTravel);
+        EXPECT_DOUBLE_EQ(chart.x(0, 12), 99.0);
+        EXPECT_DOUBLE_EQ(chart.y(0, 7), 50.0);
+    }
     EXPECT_DOUBLE_EQ(chart.option("PEactions", -1), 0.0);
 }
 

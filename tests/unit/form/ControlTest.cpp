@@ -63,12 +63,8 @@ TEST(Control, ListEntriesWithItemDataAndSelection) {
 
     list.setListIndex(2);
     EXPECT_EQ(list.text(), "German");
-    list.removeItem(0);  // the selection keeps its entry
-    EXPECT_EQ(list.listIndex(), 1);
-    list.removeItem(1);  // and goes with it
-    EXPECT_EQ(list.listIndex(), -1);
     list.setText("English");
-    EXPECT_EQ(list.listIndex(), 0);
+    EXPECT_EQ(list.listIndex(), 1);
     EXPECT_THROW(list.setText("Finnish"), std::invalid_argument);
 }
 

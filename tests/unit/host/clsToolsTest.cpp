@@ -7,27 +7,22 @@
 namespace kt500::host {
 namespace {
 
-TEST(clsToolsDeviceParameterXml, VariantsShareThePlainModelsDocuments) {
+TEST(clsToolsDeviceParameterXml, VariantsShareThePlainModelsDocumentsAndUnknownKeysKeepTheName) {
     // The Q variant uses the plain model's documents; PT keys drop their "_".
-    for (const auto& [key, file] : {std::pair{"KTQ500_7", "GUIInit_KT520_7.xml"},
+    // Applied in turn: a key without a document keeps the former name.
+    clsTools tools;
+    for (const auto& [key, file] : {std::pair{"KTQ500_5", ""},  // a revision 5 Q key has none
+                                    {"KTQ500_7", "GUIInit_KT520_7.xml"},
                                     {"KTQ500_PT_6", "GUIInit_KT520PT_6.xml"},
                                     {"KT520_PT_4", "GUIInit_KT520PT_4.xml"},
-                                    {"KT540_1.0", "GUIInit_KT540_1.0.xml"}}) {
-        clsTools tools;
+                                    {"KT540_1.0", "GUIInit_KT540_1.0.xml"},
+                                    {"KT520_6", "GUIInit_KT520_6.xml"},
+                                    {"KTQ500_4", "GUIInit_KT520_6.xml"},
+                                    {"kt520_7", "GUIInit_KT520_6.xml"},  // keys are case-sensitive
+                                    {"", "GUIInit_KT520_6.xml"}}) {
         tools.setDeviceParameterXml(key);
         EXPECT_EQ(tools.DeviceParameterXml(), file) << key;
     }
-}
-
-TEST(clsToolsDeviceParameterXml, UnknownKeyKeepsTheFormerName) {
-    clsTools tools;
-    tools.setDeviceParameterXml("KTQ500_5");  // a revision 5 Q key has no document
-    EXPECT_EQ(tools.DeviceParameterXml(), "");
-    tools.setDeviceParameterXml("KT520_6");
-    tools.setDeviceParameterXml("KTQ500_4");
-    tools.setDeviceParameterXml("kt520_7");  // keys compare case-sensitively
-    tools.setDeviceParameterXml("");
-    EXPECT_EQ(tools.DeviceParameterXml(), "GUIInit_KT520_6.xml");
 }
 
 TEST(clsToolsOldValues, FamiliesShareOneSlotPerKnownPage) {

@@ -56,8 +56,6 @@ TEST_F(CaptionsTest, AChangeToGermanRewritesEveryKindOfCaptionAndBackAgain) {
         {control("fraKT520", 7).caption(), "Betriebseinheit"},
         {control("lblHAOperationUnit", 0).caption(), "HART-Kennzeichnung"},
         {pageLabel.caption(), "Betriebseinheit"},
-        {control("cmdTranslate").caption(), "Anwenden"},
-        {control("fraCommon", 0).caption(), "Einstellungen"},
         {control("smuiDTM", 1).toolbar().item("send").text, "Senden"},
         {control("smuiDTM", 1).toolbar().item("send").toolTip, "Senden"},
         {confirmation.row(1).text, "HART-Kennzeichnung"},
@@ -70,15 +68,24 @@ TEST_F(CaptionsTest, AChangeToGermanRewritesEveryKindOfCaptionAndBackAgain) {
     for (const auto& c : cases) {
         EXPECT_EQ(c.shown, c.german);
     }
-    EXPECT_EQ(uc.tools().Language, "1031");
-    EXPECT_EQ(uc.tools().FrameLanguage, "1031");
-    EXPECT_FALSE(control("cmdTranslate").enabled());
 
     // The keys stay apart from the texts: the way back is exact.
     choose(0);
     EXPECT_EQ(control("lblHAOperationUnit", 0).caption(), "HART tag");
     EXPECT_EQ(confirmation.row(1).text, "HART tag");
     EXPECT_EQ(pageLabel.caption(), "Operating unit");
+}
+
+TEST_F(CaptionsTest, ApplyIsOfferedOnlyForAnotherLanguage) {
+    form::Control& apply = control("cmdTranslate");
+    control("comSelectLanguage").setListIndex(1);
+    captions.comSelectLanguage_Click();
+    EXPECT_TRUE(apply.enabled());
+    control("comSelectLanguage").setListIndex(0);  // 1033, the language in force
+    captions.comSelectLanguage_Click();
+    EXPECT_FALSE(apply.enabled());
+    choose(1);
+    EXPECT_FALSE(apply.enabled());
 }
 
 TEST_F(CaptionsTest, TheSameLanguageOrNoChoiceChangesNothing) {

@@ -1,31 +1,28 @@
 #include "presentation/NavigationTree.h"
 
-#include "devices/clsKT520.h"
 #include "support/TestUserControl.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 namespace kt500::presentation {
 namespace {
 
-using testing::TestUserControl;
+// 1 configuration, 2 operationUnit, 3 alertSettings, 4 diagnostics,
+// 5 eventLog, 6 onlineAlerts: two branches of two pages each.
+constexpr const char* kTwoBranches =
+    "<dtm><treeView>"
+    "<branch name='configuration' offline='1'><node name='operationUnit' offline='1'/>"
+    "<node name='alertSettings' offline='1'/></branch>"
+    "<branch name='diagnostics' offline='1'><node name='eventLog' offline='1'/>"
+    "<node name='onlineAlerts' offline='1'/></branch>"
+    "</treeView></dtm>";
 
-class ShowingKT520 final : public devices::clsKT520 {
-public:
-    explicit ShowingKT520(std::vector<std::string>& calls) : m_calls(calls) {}
-    void ShowFrame(const std::string& strNodeName) override {
-        m_calls.push_back("ShowFrame " + strNodeName);
-    }
-
-private:
-    std::vector<std::string>& m_calls;
-};
-
-// A session whose GUIInit document is the given text.
+// A KT520 session whose GUIInit document is the given text.
 struct Session {
-    explicit Session(bool online, const std::string& guiInit)
+    explicit Session(bool online, const std::string& guiInit = kTwoBranches)
         : uc(testing::SessionOf("KT520_7", online)) {
         xml::LoadResult loaded = xml::Document::parse(guiInit);
         if (!loaded.ok()) {
@@ -33,70 +30,88 @@ struct Session {
         }
         uc.tools().setRavikDTMParameters(
             std::make_unique<xml::Document>(std::move(*loaded.document)));
-        uc.setDeviceClass(std::make_unique<ShowingKT520>(uc.calls));
+        navigation.BuildNavigationTree();
     }
-    // The tree, one node a line: key, its parent and its image.
-    std::string tree() {
+    // The tree, one node a word: key, its parent and its image.
+    std::string nodes() {
         std::string text;
         for (const form::TreeNode& node : uc.form().control("treeNavigation").tree().nodes()) {
             text += node.key + "<" + node.parentKey + ">" + node.image + " ";
         }
         return text;
     }
-    TestUserControl uc;
+    form::Control& at(const char* name, int element = -1) {
+        return uc.form().control(name, element);
+    }
+
+    testing::TestUserControl uc;
     NavigationTree navigation{uc};
 };
 
-TEST(NavigationTree, OfflineWordDecidesTheModes) {
-    const struct {
-        const char* word;
-        bool online;
-        bool offline;
-    } cases[] = {{"1", true, true}, {"2", false, true}, {"3", true, false}, {"", true, false}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(ShownInMode(c.word, true), c.online) << c.word;
-        EXPECT_EQ(ShownInMode(c.word, false), c.offline) << c.word;
-    }
-}
-
 TEST(NavigationTree, BranchesAndNodesAreTestedApart) {
-    // The second branch is online only; offline its children attach to the
-    // root added last.
+    // "offline" 1: both modes, 2: offline, 3 or none: online. The second
+    // branch is online only; offline its children attach to the root added
+    // last.
     const std::string guiInit =
         "<dtm><treeView>"
         "<branch name='configuration' offline='1'><node name='operationUnit' offline='1'/>"
         "<node name='alertSettings' offline='3'/></branch>"
         "<branch name='diagnostics' offline='3'><node name='eventLog' offline='1'/>"
-        "<node name='onlineAlerts' offline='2'/></branch>"
+        "<node name='onlineAlerts' offline='2'/><node name='status'/></branch>"
         "</treeView></dtm>";
-    Session online(true, guiInit);
-    online.navigation.BuildNavigationTree();
-    EXPECT_EQ(online.tree(),
+    EXPECT_EQ(Session(true, guiInit).nodes(),
               "configuration<>configuration operationUnit<configuration>notRead "
               "alertSettings<configuration>notRead diagnostics<>diagnostics "
-              "eventLog<diagnostics>notRead ");
-
+              "eventLog<diagnostics>notRead status<diagnostics>notRead ");
     Session offline(false, guiInit);
-    offline.navigation.BuildNavigationTree();
-    EXPECT_EQ(offline.tree(),
+    EXPECT_EQ(offline.nodes(),
               "configuration<>configuration operationUnit<configuration>notRead "
               "eventLog<configuration>notRead onlineAlerts<configuration>notRead ");
-}
-
-TEST(NavigationTree, DefaultNodeIsSelectedAndTheDefaultPageShown) {
-    Session offline(false,
-                    "<dtm><treeView><branch name='configuration' offline='1'>"
-                    "<node name='operationUnit' offline='1'/><node name='alertSettings' "
-                    "offline='1'/></branch></treeView></dtm>");
-    offline.navigation.BuildNavigationTree();
-    // Offline the default node is the second in the tree's order.
-    EXPECT_EQ(offline.uc.form().control("treeNavigation").tree().selectedKey(), "operationUnit");
-    EXPECT_EQ(offline.uc.tools().CurrentFrame, "HAoperationUnit");
-    EXPECT_EQ(offline.uc.calls.back(), "ShowFrame operationUnit");
-
     // A position outside the tree selects nothing.
     offline.navigation.SelectNode(9);
     EXPECT_EQ(offline.uc.tools().LatestSelectedNode, "operationUnit");
+}
+
+TEST(NavigationTree, ClickDuringCalibrationOrFileReadIsDropped) {
+    Session s(false);
+    for (const std::int16_t action : {1, 2, 3, 4}) {
+        s.navigation.NodeClick("operationUnit");
+        s.uc.tools().CurrentAutoAction = action;
+        s.navigation.NodeClick("eventLog");
+        const bool taken = action == 2 || action == 4;
+        EXPECT_EQ(s.uc.tools().LatestSelectedNode, taken ? "eventLog" : "operationUnit") << action;
+        EXPECT_EQ(s.at("fraKT520", 16).visible(), taken) << action;
+        s.uc.tools().CurrentAutoAction = 0;
+    }
+}
+
+// The pages' own layout is followed by the navigation scenario; these are
+// the frames beside them.
+TEST(NavigationTree, ToggleTreeLaysOutTheCommonFramesToo) {
+    Session s(false);
+    for (const auto& [hidden, left, width] : {std::tuple{true, 0, 11175}, {false, 2880, 8415}}) {
+        s.navigation.ToggleTree("");
+        EXPECT_EQ(s.navigation.treeHidden(), hidden);
+        for (form::Control* frame : {&s.at("fraConfirmation", 0), &s.at("fraCommon", 0)}) {
+            EXPECT_EQ(frame->left(), left) << frame->displayName();
+            EXPECT_EQ(frame->width(), width) << frame->displayName();
+        }
+        EXPECT_EQ(s.at("TreeView3").width(), s.at("fraCommon", 4).width() - 240);
+    }
+}
+
+TEST(NavigationTree, ToggleTreeOnTheSettingsPageOrAnUnknownOne) {
+    Session s(false);
+    s.navigation.ToggleTree("noSuchPage");  // changes nothing
+    EXPECT_FALSE(s.navigation.treeHidden());
+    EXPECT_TRUE(s.at("treeNavigation").visible());
+
+    s.at("fraCommon", 0).setVisible(true);
+    const int pageWidth = s.at("fraKT520", 3).width();
+    s.navigation.ToggleTree("alertSettings");
+    EXPECT_TRUE(s.navigation.treeHidden());
+    EXPECT_EQ(s.at("fraKT520", 3).width(), pageWidth);  // the settings frame takes the width
+    EXPECT_EQ(s.at("fraCommon", 0).width(), 11175);
 }
 
 }  // namespace

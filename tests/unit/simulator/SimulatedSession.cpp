@@ -11,11 +11,11 @@ namespace kt500::simulator::testing {
 
 namespace {
 
-xml::Namespaces DataSetNamespaces() {
-    return xml::Namespaces::fromSelection("xmlns:data='x-schema:QDLDatafileSchema.xml'");
-}
-
 constexpr std::int32_t kId = SimulatedControl::kConnectionId;
+
+std::string Parameter(const std::string& name) {
+    return "data:persistentData/data:parameters/data:parameter[@name='" + name + "']";
+}
 
 }  // namespace
 
@@ -31,6 +31,19 @@ xml::SchemaCollection DeviceSchemas(bool withSessionData) {
         }
     }
     return collection;
+}
+
+const xml::Namespaces& DeviceNamespaces() {
+    static const xml::Namespaces namespaces = xml::Namespaces::fromSelection(
+        "xmlns:data='x-schema:QDLDatafileSchema.xml' "
+        "xmlns:typeInfo='x-schema:QDLDeviceTypeInfoSchema.xml'");
+    return namespaces;
+}
+
+const ParameterDocumentBuilder& Builder() {
+    static const ParameterDocumentBuilder builder(std::filesystem::path(KT500_SHARE_DIR) /
+                                                  "devices");
+    return builder;
 }
 
 std::vector<std::string> Words(const std::string& text) {
@@ -143,22 +156,22 @@ bool SimulatedSession::startMonitoring() {
     return success;
 }
 
+xml::XPath SimulatedSession::query() const {
+    return {*m_bl.simulatedControl().parameterDocument(), DeviceNamespaces()};
+}
+
 std::string SimulatedSession::readRequest(const std::string& group) const {
-    const xml::Document& document = *m_bl.simulatedControl().parameterDocument();
-    const xml::XPath query(document, DataSetNamespaces());
+    const xml::XPath data = query();
     std::string text =
         "<dtm xmlns='x-schema:QDLCommunicationSchema.xml'><communicationRequest name='" + group +
         "' access='read'>";
-    for (const xml::Node& included : query.select("data:requestGroups/data:requestGroup[@name='" +
-                                                  group + "']/data:includedParam")) {
-        const xml::Node parameter =
-            query.selectSingle("data:persistentData/data:parameters/data:parameter[@name='" +
-                               included.attribute("name") + "']");
-        if (parameter.attribute("access") == "write") {
-            continue;
+    for (const xml::Node& included : data.select("data:requestGroups/data:requestGroup[@name='" +
+                                                 group + "']/data:includedParam")) {
+        const xml::Node parameter = data.selectSingle(Parameter(included.attribute("name")));
+        if (parameter.attribute("access") != "write") {
+            text += "<item name='" + parameter.attribute("name") + "' unit='" +
+                    parameter.attribute("unit") + "'><" + parameter.attribute("type") + "/></item>";
         }
-        text += "<item name='" + parameter.attribute("name") + "' unit='" +
-                parameter.attribute("unit") + "'><" + parameter.attribute("type") + "/></item>";
     }
     return text + "</communicationRequest></dtm>";
 }
@@ -183,12 +196,7 @@ std::string SimulatedSession::writeRequest(
 
 std::string SimulatedSession::dataSet(const std::string& parameter,
                                       const std::string& attribute) const {
-    const xml::Document& document = *m_bl.simulatedControl().parameterDocument();
-    const xml::XPath query(document, DataSetNamespaces());
-    return query
-        .selectSingle("data:persistentData/data:parameters/data:parameter[@name='" + parameter +
-                      "']")
-        .attribute(attribute);
+    return query().selectSingle(Parameter(parameter)).attribute(attribute);
 }
 
 }  // namespace kt500::simulator::testing

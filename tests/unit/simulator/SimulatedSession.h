@@ -1,17 +1,19 @@
 // A session on the built-in BL for the tests of the simulated connection:
 // the BL, an open connection, and a sink that records every event the BL
-// delivers, with the replies parsed for their attributes and items.
+// delivers, with the replies parsed for their attributes and items. Also the
+// small helpers the simulator's tests share.
 #pragma once
 
 #include "services/IQDLGuiEvent.h"
 #include "simulator/BuiltInBL.h"
 #include "simulator/CommunicationMessages.h"
+#include "simulator/DeviceFamilySource.h"
 #include "xml/Document.h"
 #include "xml/SchemaCollection.h"
+#include "xml/XPath.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -19,12 +21,27 @@ namespace kt500::simulator::testing {
 
 // The parameter document schemas, and with session data the session data schema.
 [[nodiscard]] xml::SchemaCollection DeviceSchemas(bool withSessionData = false);
+// The prefixes "data" and "typeInfo" of the parameter documents.
+[[nodiscard]] const xml::Namespaces& DeviceNamespaces();
+// The family sources under share/devices.
+[[nodiscard]] const ParameterDocumentBuilder& Builder();
 
 // The words of a text, split at white space.
 [[nodiscard]] std::vector<std::string> Words(const std::string& text);
 
 // A bodiless request, e.g. of a device action.
 [[nodiscard]] std::string Request(const std::string& name, const std::string& access = "write");
+
+// The message of the E that a call throws, or "no error".
+template <class E, class Call>
+[[nodiscard]] std::string ErrorOf(Call&& call) {
+    try {
+        call();
+    } catch (const E& error) {
+        return error.what();
+    }
+    return "no error";
+}
 
 // One event as the sink saw it; a communication event keeps its text and,
 // when it validates against the communication schema, its reply read back.
@@ -72,11 +89,11 @@ private:
         event.time = m_clock.now();
         events.push_back(std::move(event));
     }
-    void record(const std::string& kind, bool flag = false, const std::string& text = {}) {
+    void record(std::string kind, bool flag = false, std::string text = {}) {
         SinkEvent event;
-        event.kind = kind;
+        event.kind = std::move(kind);
         event.flag = flag;
-        event.text = text;
+        event.text = std::move(text);
         record(std::move(event));
     }
 
@@ -106,6 +123,8 @@ public:
     bool sendAction(const std::string& request);
     bool stopAction();
     bool startMonitoring();
+    // A query on the data set (the live parameter document).
+    [[nodiscard]] xml::XPath query() const;
     // A read request of a group as the control builds it: its included
     // parameters that are not write-only, each with its type and unit.
     [[nodiscard]] std::string readRequest(const std::string& group) const;
@@ -113,7 +132,7 @@ public:
     [[nodiscard]] std::string writeRequest(
         const std::string& group, const std::vector<std::pair<std::string, std::string>>& values,
         const std::string& access = "write") const;
-    // An attribute of a parameter in the data set (the live parameter document).
+    // An attribute of a parameter in the data set.
     [[nodiscard]] std::string dataSet(const std::string& parameter,
                                       const std::string& attribute) const;
 
