@@ -1,7 +1,7 @@
 #include "app/ControlSession.h"
 
 #include "form/FormLoader.h"
-#include "host/QtSettingsStore.h"
+#include "session/QtSettingsStore.h"
 #include "simulator/DeviceCatalogue.h"
 #include "xml/Document.h"
 
@@ -36,7 +36,7 @@ private:
 };
 
 // A script's standard output is what the script asks for, nothing else.
-class SilentDebugOutput final : public host::IDebugOutput {
+class SilentDebugOutput final : public session::IDebugOutput {
 public:
     void write(const std::string& /*strMessage*/) override {}
 };
@@ -106,11 +106,11 @@ bool ControlSession::start(const simulator::SessionOptions& options) {
     const QString folder = m_settingsDir.path();
     QString documents = folder + QStringLiteral("/documents/");
     if (m_environment.installationPrefix.isEmpty()) {
-        m_settings = std::make_unique<host::QtSettingsStore>(
+        m_settings = std::make_unique<session::QtSettingsStore>(
             folder + QStringLiteral("/machine.conf"), folder + QStringLiteral("/user.conf"));
     } else {
-        m_settings = std::make_unique<host::QtSettingsStore>(
-            host::QtSettingsStore::ForInstallation(m_environment.installationPrefix));
+        m_settings = std::make_unique<session::QtSettingsStore>(
+            session::QtSettingsStore::ForInstallation(m_environment.installationPrefix));
         documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
                     QStringLiteral("/KT500 DTM/");
     }
@@ -118,7 +118,7 @@ bool ControlSession::start(const simulator::SessionOptions& options) {
                                               : std::make_shared<SilentDebugOutput>();
     host::ControlPlatform platform{
         *m_settings, *m_debugOutput,
-        host::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString())};
+        session::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString())};
 
     m_bl = std::make_unique<simulator::BuiltInBL>(m_options, m_shareDir);
     m_recorder = std::make_shared<RecordingControl>(m_bl->control());

@@ -37,7 +37,7 @@ struct SessionEnvironment {
     // a temporary folder of the session.
     QString installationPrefix;
     // Where the debug output goes; none: nowhere.
-    std::shared_ptr<host::IDebugOutput> debugOutput;
+    std::shared_ptr<session::IDebugOutput> debugOutput;
 };
 
 class ControlSession {
@@ -95,8 +95,8 @@ private:
     std::unique_ptr<simulator::BuiltInBL> m_bl;
     std::shared_ptr<RecordingControl> m_recorder;
     std::unique_ptr<services::IDtmServiceProvider> m_provider;
-    std::shared_ptr<host::IDebugOutput> m_debugOutput;
-    std::unique_ptr<host::ISettingsStore> m_settings;
+    std::shared_ptr<session::IDebugOutput> m_debugOutput;
+    std::unique_ptr<session::ISettingsStore> m_settings;
     std::unique_ptr<host::RavikKT500> m_control;
 };
 

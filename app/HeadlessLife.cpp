@@ -1,7 +1,7 @@
 #include "app/HeadlessLife.h"
 
 #include "form/FormLoader.h"
-#include "host/QtSettingsStore.h"
+#include "session/QtSettingsStore.h"
 #include "host/RavikKT500.h"
 #include "simulator/BuiltInBL.h"
 
@@ -28,16 +28,16 @@ int RunHeadlessLife(const InstallLayout& layout, const simulator::SessionOptions
     loader.load(*formModel, form::FormLoader::standardFiles(forms));
     out << "form: " << formModel->controls().size() << " controls from " << forms.string() << '\n';
 
-    host::QtSettingsStore settings = host::QtSettingsStore::ForInstallation(layout.prefix);
-    host::QtDebugOutput debugOutput;
+    session::QtSettingsStore settings = session::QtSettingsStore::ForInstallation(layout.prefix);
+    session::QtDebugOutput debugOutput;
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     host::ControlPlatform platform{
         settings, debugOutput,
-        host::PathDefaults::UnderShare(layout.shareDir.string(),
+        session::PathDefaults::UnderShare(layout.shareDir.string(),
                                        (documents + QStringLiteral("/KT500 DTM/")).toStdString())};
 
     host::RavikKT500 control(std::move(formModel), platform);
-    const host::clsTools& tools = *control.m_objTools;
+    const session::clsTools& tools = *control.m_objTools;
     out << "constructed: settings of " << layout.prefix.toStdString() << "/etc/kt500-dtm\n"
         << "  Xml Datafile Path = " << tools.GUIxmlPath << '\n'
         << "  Xml Schema Path = " << tools.GUIxmlSchemaPath << '\n'

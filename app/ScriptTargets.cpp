@@ -168,7 +168,7 @@ std::string ScriptTargets::readDevice(std::string_view parameter) const {
 }
 
 std::string ScriptTargets::readTools(std::string_view member) const {
-    const host::clsTools* tools = m_session.control().m_objTools.get();
+    const session::clsTools* tools = m_session.control().m_objTools.get();
     if (tools == nullptr) {
         throw TargetError("unknown target 'tools." + std::string(member) +
                           "': the session state is released");

@@ -13,7 +13,7 @@ namespace kt500::app {
 
 namespace {
 
-using host::clsTools;
+using session::clsTools;
 
 std::string text(bool value) {
     return form::formatBoolean(value);
@@ -117,7 +117,7 @@ const std::vector<Member>& members() {
 
 }  // namespace
 
-std::optional<std::string> ToolsMember(const host::clsTools& tools, std::string_view strMember) {
+std::optional<std::string> ToolsMember(const session::clsTools& tools, std::string_view strMember) {
     for (const Member& member : members()) {
         if (EqualsNoCase(member.name, strMember)) {
             return member.read(tools);

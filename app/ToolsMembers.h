@@ -3,7 +3,7 @@
 // they stand. Names match without regard to case, as the system's do.
 #pragma once
 
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 
 #include <optional>
 #include <string>
@@ -13,7 +13,7 @@
 namespace kt500::app {
 
 // The member's value, or nothing for a name clsTools does not have.
-[[nodiscard]] std::optional<std::string> ToolsMember(const host::clsTools& tools,
+[[nodiscard]] std::optional<std::string> ToolsMember(const session::clsTools& tools,
                                                      std::string_view strMember);
 // Every member name the table knows, in declaration order.
 [[nodiscard]] std::vector<std::string_view> ToolsMemberNames();

@@ -77,14 +77,14 @@ std::string LimitInUnit(services::IDtmUnits& units, const std::string& strLimit,
 // Keeps CurrentFrame, which keys the snapshots, and puts it back on leaving.
 class CurrentFrameGuard {
 public:
-    explicit CurrentFrameGuard(host::clsTools& tools)
+    explicit CurrentFrameGuard(session::clsTools& tools)
         : m_tools(tools), m_frame(tools.CurrentFrame) {}
     ~CurrentFrameGuard() { m_tools.CurrentFrame = m_frame; }
     CurrentFrameGuard(const CurrentFrameGuard&) = delete;
     CurrentFrameGuard& operator=(const CurrentFrameGuard&) = delete;
 
 private:
-    host::clsTools& m_tools;
+    session::clsTools& m_tools;
     std::string m_frame;
 };
 
@@ -178,7 +178,7 @@ std::string ChangeTracking::GetOldValue(const std::string& strTag, const std::st
 }
 
 void ChangeTracking::SaveOldValues() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     devices::DeviceClass& deviceClass = m_control.deviceClass();
     form::Form& form = m_control.form();
     const std::string frameArray = deviceClass.FrameArrayName();
@@ -217,7 +217,7 @@ bool ChangeTracking::CheckIfValueChanged(const std::string& strName, bool blChec
 }
 
 void ChangeTracking::RestoreOldValues(const std::string& strFrame, const std::string& strTag) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const std::vector<std::string> fields = SplitSnapshot(tools.old_values());
     if (!strTag.empty() && fields.empty()) {
         return;

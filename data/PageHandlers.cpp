@@ -96,7 +96,7 @@ void PageHandlers::addHandlers(form::EventHandlers& handlers) {
 }
 
 void PageHandlers::ListBox_GotFocus(form::Control& list) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     tools.ConfirmFlag = false;
     SaveOnce();
     tools.ChangedFrame = tools.CurrentFrame;
@@ -104,7 +104,7 @@ void PageHandlers::ListBox_GotFocus(form::Control& list) {
 }
 
 void PageHandlers::ListBox_LostFocus(form::Control& list, std::span<const std::string_view> marks) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const std::string newText = EntryText(list);
     if (!tools.ConfirmFlag) {
         AddRow(list, newText);
@@ -124,7 +124,7 @@ void PageHandlers::TextBox_KeyPress(form::Control& /*text*/) {
 }
 
 void PageHandlers::TextBox_Change(form::Control& text, std::span<const std::string_view> marks) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     text.setForeColor(devices::ColorChanged);
     m_control.ChangeTreeIcon(PageNode(text), "changed");
     ShowMark(text, marks, true);
@@ -134,7 +134,7 @@ void PageHandlers::TextBox_Change(form::Control& text, std::span<const std::stri
 }
 
 void PageHandlers::TextBox_LostFocus(form::Control& text) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     // A refused value stays red in its field and is not sent.
     if (m_control.CheckValue(text) && !tools.ConfirmFlag) {
         AddRow(text, text.text());
@@ -151,7 +151,7 @@ void PageHandlers::CheckDeviceDate() {
 }
 
 void PageHandlers::SaveOnce() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     if (!tools.value_saved) {
         m_control.SaveOldValues();
         tools.value_saved = true;
@@ -159,7 +159,7 @@ void PageHandlers::SaveOnce() {
 }
 
 void PageHandlers::AddRow(const form::Control& field, const std::string& strNewValue) {
-    const host::clsTools& tools = m_control.tools();
+    const session::clsTools& tools = m_control.tools();
     m_control.AddConfirmationRow(field.tag(), tools.ChangedFrame, field.tag(),
                                  tools.OldValueForConfirm, strNewValue);
 }

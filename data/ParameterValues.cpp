@@ -327,7 +327,7 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
     }
 
     devices::DeviceClass& deviceClass = m_control.deviceClass();
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     std::string type = parameter.attribute("type");
     int decimals = 0;
     const std::string decimalsText = parameter.attribute("decimals");

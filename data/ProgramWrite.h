@@ -3,13 +3,13 @@
 // back as it was when the write ends, also on a failure.
 #pragma once
 
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 
 namespace kt500::data {
 
 class ProgramWrite {
 public:
-    explicit ProgramWrite(host::clsTools& tools) : m_tools(tools), m_saved(tools.ConfirmFlag) {
+    explicit ProgramWrite(session::clsTools& tools) : m_tools(tools), m_saved(tools.ConfirmFlag) {
         m_tools.ConfirmFlag = false;
     }
     ~ProgramWrite() { m_tools.ConfirmFlag = m_saved; }
@@ -17,7 +17,7 @@ public:
     ProgramWrite& operator=(const ProgramWrite&) = delete;
 
 private:
-    host::clsTools& m_tools;
+    session::clsTools& m_tools;
     bool m_saved;
 };
 

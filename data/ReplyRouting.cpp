@@ -4,7 +4,7 @@
 #include "data/PageFields.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
-#include "host/DebugTrace.h"
+#include "session/DebugTrace.h"
 #include "xml/XPath.h"
 
 #include <string_view>
@@ -31,20 +31,20 @@ bool PageOfGroup(const form::Control* page, std::string_view strGroup) {
 // ImportFromFile for the length of a replay, also when Reply fails.
 class ImportScope {
 public:
-    explicit ImportScope(host::clsTools& tools) : m_tools(tools) { m_tools.ImportFromFile = true; }
+    explicit ImportScope(session::clsTools& tools) : m_tools(tools) { m_tools.ImportFromFile = true; }
     ~ImportScope() { m_tools.ImportFromFile = false; }
     ImportScope(const ImportScope&) = delete;
     ImportScope& operator=(const ImportScope&) = delete;
 
 private:
-    host::clsTools& m_tools;
+    session::clsTools& m_tools;
 };
 
 }  // namespace
 
 void ReplyRouting::ItemListFromReply(const std::string& strReply) {
     if (const auto trace =
-            host::TraceFor(m_control.tools().DebugLevel, host::TraceKind::RawData, strReply)) {
+            session::TraceFor(m_control.tools().DebugLevel, session::TraceKind::RawData, strReply)) {
         m_control.ShowMsg(trace->header, trace->text);
     }
 
@@ -80,7 +80,7 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     if (!IsFinal) {
         return;
     }
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     tools.ValuesOk(strRequestName, "1");
 

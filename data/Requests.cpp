@@ -90,7 +90,7 @@ std::string Requests::unitField(const std::string& strName) {
 }
 
 void Requests::SendRequest(const std::string& str_frame, const std::string& str_accessType) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     devices::DeviceClass& device = m_control.deviceClass();
     const bool blRead = str_accessType == "read";
     const bool blWriteWord = str_accessType == "write" || str_accessType == "writeOffline";
@@ -209,7 +209,7 @@ std::string Requests::valueString(const std::string& strItems) {
 }
 
 void Requests::RequestTemplate(const std::string& strItems, const std::string& strValues) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
 
     xml::ParseOptions options;
@@ -317,7 +317,7 @@ void Requests::RequestTemplate(const std::string& strItems, const std::string& s
 }
 
 void Requests::refused() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     for (const char* action : {"write", "read", "test"}) {
         tools.CommunicationSign(action, "0");
@@ -334,7 +334,7 @@ void Requests::refused() {
 }
 
 void Requests::EnableDeviceActions(bool blEnabled) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     const std::string& role = tools.ActorRole;
 

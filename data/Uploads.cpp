@@ -68,7 +68,7 @@ const PageGroup* FindPage(std::span<const PageGroup> table, std::string_view str
 }
 
 // The upload groups of the GUIInit document, in document order.
-std::vector<xml::Node> UploadGroups(const host::clsTools& tools) {
+std::vector<xml::Node> UploadGroups(const session::clsTools& tools) {
     const xml::Document* guiInit = tools.RavikDTMParameters();
     if (guiInit == nullptr) {
         return {};
@@ -90,7 +90,7 @@ void Uploads::EnableUploadTools() {
 }
 
 void Uploads::RunUploadGroup(const std::string& strGroup) {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     form::Control& user = form.userControl();
     if (user.mousePointer() == kHourglass) {
@@ -157,7 +157,7 @@ void Uploads::SetProgressBar(const std::string& strRequestGroup, const std::stri
 }
 
 void Uploads::cmdReload() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     if (m_control.form().userControl().mousePointer() == kHourglass) {
         return;
     }
@@ -184,7 +184,7 @@ void Uploads::cmdReload() {
 }
 
 void Uploads::resetFlowModification() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     devices::DeviceClass& device = m_control.deviceClass();
     if (form::Control* curves = form.find("comFlowModification", device.FlowModificationIndex())) {
@@ -215,7 +215,7 @@ ReloadTarget Uploads::ResolveReloadGroup(const std::string& strFrame) {
         group = fixed->group;
     }
     if (group == "testValues") {
-        host::clsTools& tools = m_control.tools();
+        session::clsTools& tools = m_control.tools();
         tools.StepTestFlag = false;
         tools.HysteresisTestFlag = false;
     }
@@ -223,7 +223,7 @@ ReloadTarget Uploads::ResolveReloadGroup(const std::string& strFrame) {
 }
 
 void Uploads::tmrIconBlink() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     const bool blLight = tools.OnCommunication;
     for (std::size_t index = 0; index < kSignWords.size(); ++index) {

@@ -134,7 +134,7 @@ void Confirmation::cmdSend_Click(int Index) {
     if (HasBlockingEmptyValue()) {
         return;
     }
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     if (!tools.OnlineConf && !AskYesNo(m_control.Translate("offlineConfiguratoin"),
                                        m_control.Translate("offlineConfirm"))) {
         return;
@@ -160,7 +160,7 @@ void Confirmation::SendConfirmedValues() {
     if (rows == nullptr) {
         return;
     }
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const bool online = tools.OnlineConf;
     const std::string strAccess = online ? "write" : "writeOffline";
 

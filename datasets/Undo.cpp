@@ -44,7 +44,7 @@ void Undo::ClearPageChanges(const std::string& strFrame) {
     if (page != nullptr) {
         // The program writes here, not the user: the change handlers must
         // not record these values as edits.
-        host::clsTools& tools = m_control.tools();
+        session::clsTools& tools = m_control.tools();
         const bool confirmFlag = tools.ConfirmFlag;
         tools.ConfirmFlag = false;
         for (int row = 1; row <= rows.count(); ++row) {
@@ -69,7 +69,7 @@ void Undo::ClearPageChanges(const std::string& strFrame) {
 }
 
 void Undo::UndoAllPages() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const std::string strCurrentFrame = tools.CurrentFrame;
     const xml::Document* guiInit = tools.RavikDTMParameters();
     if (guiInit != nullptr) {

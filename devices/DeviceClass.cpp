@@ -165,7 +165,7 @@ void DeviceClass::showPage(PageTable table, std::string_view strNodeName) const 
         }
         form::Control& frame = userControl().form().control(page.array, page.index);
         frame.setVisible(true);
-        host::clsTools& tools = userControl().tools();
+        session::clsTools& tools = userControl().tools();
         if (page.rule == FrameRule::PageTag) {
             tools.CurrentFrame = frame.tag();
         } else if (page.rule == FrameRule::Fixed) {
@@ -250,7 +250,7 @@ float DeviceClass::fieldLimit(PageElement element) const {
 }
 
 void DeviceClass::sendOfflineGroups(std::span<const FrameGroup> groups) {
-    host::clsTools& tools = userControl().tools();
+    session::clsTools& tools = userControl().tools();
     const std::string oldFrame = tools.CurrentFrame;
     for (const auto& [frame, group] : groups) {
         // The request takes the page of the group from CurrentFrame.

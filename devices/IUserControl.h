@@ -7,7 +7,7 @@
 #pragma once
 
 #include "form/Form.h"
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 #include "services/IDtmControl.h"
 #include "services/IDtmDialogs.h"
 #include "services/IDtmUnits.h"
@@ -35,7 +35,7 @@ public:
     // --- What the control owns ---
     [[nodiscard]] virtual form::Form& form() = 0;
     // m_objTools; a failure when the session state is released.
-    [[nodiscard]] virtual host::clsTools& tools() = 0;
+    [[nodiscard]] virtual session::clsTools& tools() = 0;
     // m_objDeviceClass; a failure before the device model is known.
     [[nodiscard]] virtual DeviceClass& deviceClass() = 0;
     // The closed services; each a failure when it is not connected.

@@ -57,7 +57,7 @@ bool beginsWithReset(std::string_view name) {
 
 void clsKT520::Reply(xml::Document& xmlDoc) {
     IUserControl& control = userControl();
-    host::clsTools& tools = control.tools();
+    session::clsTools& tools = control.tools();
     std::vector<xml::Node> responses;
     collectResponses(xmlDoc.root(), responses);
     if (responses.empty()) {
@@ -69,7 +69,7 @@ void clsKT520::Reply(xml::Document& xmlDoc) {
     const std::string responseStatus = response.attribute("responseStatus");
     const std::string access = response.attribute("access");
     const std::string errorCode = response.attribute("errorCode");
-    const bool isFinal = host::ToBoolean(response.attribute("isFinal"));
+    const bool isFinal = session::ToBoolean(response.attribute("isFinal"));
 
     if (name == "deviceStatus") {
         deviceStatus(xmlDoc);
@@ -154,7 +154,7 @@ void clsKT520::Reply(xml::Document& xmlDoc) {
 
 void clsKT520::distributeItems(const std::string& strName, const std::vector<xml::Node>& items) {
     IUserControl& control = userControl();
-    host::clsTools& tools = control.tools();
+    session::clsTools& tools = control.tools();
     if (strName == "eventLog" && tools.OnlineConf) {
         control.FillEventLog(items);
         return;
@@ -214,7 +214,7 @@ void clsKT520::gatherError(const std::string& strName, const std::string& strErr
 
 void clsKT520::deviceStatus(xml::Document& xmlDoc) {
     IUserControl& control = userControl();
-    host::clsTools& tools = control.tools();
+    session::clsTools& tools = control.tools();
     const xml::Node response = xmlDoc.root().firstChildElement("communicationResponse");
     const std::int16_t revision = ToInt16(tools.DeviceRevision);
     if (response.attribute("responseStatus") != "ok") {

@@ -130,7 +130,7 @@ void clsKT520::SetDeviceRevisionChanges() {
 }
 
 void clsKT520::SetDeviceTypeIdChanges() {
-    const host::clsTools& tools = userControl().tools();
+    const session::clsTools& tools = userControl().tools();
     if (tools.DeviceTypeId == "238" && tools.DeviceRevision == "7") {
         form::Form& form = userControl().form();
         setVisible(form, "lblHAAssemblyRealedConfiguration", 4, true);

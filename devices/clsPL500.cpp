@@ -17,7 +17,7 @@ float numberOf(const std::string& strValue) {
 }  // namespace
 
 std::int16_t clsPL500::DefaultNodeIndex() {
-    const host::clsTools& tools = userControl().tools();
+    const session::clsTools& tools = userControl().tools();
     if (!tools.OnlineConf) {
         return 2;
     }

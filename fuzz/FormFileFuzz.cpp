@@ -15,7 +15,7 @@ std::filesystem::path schemaFile() {
     const char* share = std::getenv("KT500_SHARE_DIR");
     const std::filesystem::path folder =
         share != nullptr ? std::filesystem::path(share)
-                         : std::filesystem::path(__FILE__).parent_path().parent_path() / "share";
+                         : std::filesystem::path(KT500_DEFAULT_SHARE_DIR);
     return folder / "schemas" / std::string(kt500::form::FormLoader::kSchemaFileName);
 }
 

@@ -15,12 +15,12 @@
 
 namespace {
 
-// The share folder beside the sources: fuzz/../share, unless
+// The share folder of the source tree, unless
 // KT500_SHARE_DIR names another one.
 std::filesystem::path shareDir() {
     const char* share = std::getenv("KT500_SHARE_DIR");
     return share != nullptr ? std::filesystem::path(share)
-                            : std::filesystem::path(__FILE__).parent_path().parent_path() / "share";
+                            : std::filesystem::path(KT500_DEFAULT_SHARE_DIR);
 }
 
 class CheckingSink final : public kt500::services::IQDLGuiEvent {

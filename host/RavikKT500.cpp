@@ -107,11 +107,11 @@ void RavikKT500::ShowMsg(const std::string& strHeader, const std::string& strMsg
     m_pDialogs->ShowMessage(0, 1, 4, strHeader, strMsg, m_buttonPressed, result);
 }
 
-void RavikKT500::Trace(TraceKind kind, const std::string& strContent) {
+void RavikKT500::Trace(session::TraceKind kind, const std::string& strContent) {
     if (!m_objTools) {
         return;
     }
-    if (const auto message = TraceFor(m_objTools->DebugLevel, kind, strContent)) {
+    if (const auto message = session::TraceFor(m_objTools->DebugLevel, kind, strContent)) {
         ShowMsg(message->header, message->text);
     }
 }
@@ -161,7 +161,7 @@ auto& Required(const Pointer& object, const char* strName) {
 
 }  // namespace
 
-clsTools& RavikKT500::tools() {
+session::clsTools& RavikKT500::tools() {
     return Required(m_objTools, "m_objTools");
 }
 

@@ -20,11 +20,11 @@
 #include "devices/Units.h"
 #include "form/EventHandlers.h"
 #include "form/Form.h"
-#include "host/DebugTrace.h"
-#include "host/ISettingsStore.h"
+#include "session/DebugTrace.h"
+#include "session/ISettingsStore.h"
 #include "host/SessionData.h"
-#include "host/clsTools.h"
-#include "host/modRegistry.h"
+#include "session/clsTools.h"
+#include "session/modRegistry.h"
 #include "presentation/Captions.h"
 #include "presentation/NavigationTree.h"
 #include "presentation/Toolbar.h"
@@ -45,9 +45,9 @@ namespace kt500::host {
 // What the control needs of the platform: the settings store, the system
 // debug output and the folders the settings default to.
 struct ControlPlatform {
-    ISettingsStore& settings;
-    IDebugOutput& debugOutput;
-    PathDefaults defaults;
+    session::ISettingsStore& settings;
+    session::IDebugOutput& debugOutput;
+    session::PathDefaults defaults;
 };
 
 class RavikKT500 final : public services::IQDLGuiEvent, public devices::IUserControl {
@@ -99,7 +99,7 @@ public:
 
     // --- The control as the device class and the subsystems see it ---
     [[nodiscard]] form::Form& form() noexcept override { return *m_form; }
-    [[nodiscard]] clsTools& tools() override;
+    [[nodiscard]] session::clsTools& tools() override;
     [[nodiscard]] devices::DeviceClass& deviceClass() override;
     [[nodiscard]] services::IDtmControl& control() override;
     [[nodiscard]] services::IDtmDialogs& dialogs() override;
@@ -257,7 +257,7 @@ public:
     void UndoAllPages() override { m_undo.UndoAllPages(); }
 
     // --- Members of the control ---
-    std::unique_ptr<clsTools> m_objTools;
+    std::unique_ptr<session::clsTools> m_objTools;
     std::shared_ptr<services::IDtmControl> m_pControl;
     std::shared_ptr<services::IDtmDialogs> m_pDialogs;
     std::shared_ptr<services::IDtmLanguage> m_pLanguage;
@@ -277,7 +277,7 @@ private:
     void CreateDeviceClass();
     void ShowDataSetLock(bool blLocked);
     void OnFormEvent(form::FormEvent& event);
-    void Trace(TraceKind kind, const std::string& strContent);
+    void Trace(session::TraceKind kind, const std::string& strContent);
 
     // Runs a handler body; a failure is shown under the handler's name and
     // the run goes on. Returns False when the body failed.

@@ -32,7 +32,7 @@ void RavikKT500::UserControl_Initialize() {
     const int pointer = user.mousePointer();
     user.setMousePointer(kHourglass);
 
-    m_objTools = std::make_unique<clsTools>();
+    m_objTools = std::make_unique<session::clsTools>();
     m_objTools->CurrentAutoAction = 0;
     m_objTools->SmartUIPaint = false;
     m_objTools->OnlineConf = true;
@@ -84,8 +84,8 @@ void RavikKT500::UserControl_Initialize() {
     m_objTools->ImportFromFile = false;
     m_objTools->CurrentAutoAction = 0;
 
-    for (std::size_t page = 0; page < clsTools::ValidityPageCount; ++page) {
-        m_objTools->ValuesOk(clsTools::SnapshotPages()[page], "1");
+    for (std::size_t page = 0; page < session::clsTools::ValidityPageCount; ++page) {
+        m_objTools->ValuesOk(session::clsTools::SnapshotPages()[page], "1");
     }
 
     // No BL yet: the header shows the control disconnected and no device.
@@ -96,14 +96,14 @@ void RavikKT500::UserControl_Initialize() {
 }
 
 void RavikKT500::ReadRegistrySettings() {
-    modRegistry registry(m_platform.settings, m_platform.debugOutput);
-    const PathDefaults& defaults = m_platform.defaults;
-    m_objTools->GUIxmlPath = registry.ReadSetting(modRegistry::FilePathsKey, "Xml Datafile Path",
+    session::modRegistry registry(m_platform.settings, m_platform.debugOutput);
+    const session::PathDefaults& defaults = m_platform.defaults;
+    m_objTools->GUIxmlPath = registry.ReadSetting(session::modRegistry::FilePathsKey, "Xml Datafile Path",
                                                   defaults.XmlDatafilePath);
     m_objTools->GUIxmlSchemaPath =
-        registry.ReadSetting(modRegistry::FilePathsKey, "Xml Schema Path", defaults.XmlSchemaPath);
+        registry.ReadSetting(session::modRegistry::FilePathsKey, "Xml Schema Path", defaults.XmlSchemaPath);
     m_objTools->InstallPath =
-        registry.ReadSetting(modRegistry::FilePathsKey, "Install Path", defaults.InstallPath);
+        registry.ReadSetting(session::modRegistry::FilePathsKey, "Install Path", defaults.InstallPath);
     m_objTools->DebugLevel = registry.ReadDebugLevel();
 }
 
@@ -179,7 +179,7 @@ void RavikKT500::OpenConnectionStep() {
                                   std::to_string(connectionId) + " does not fit ConnectionID");
     }
     m_objTools->ConnectionID = static_cast<std::int16_t>(connectionId);
-    Trace(TraceKind::ParameterXml, m_parameterNode.toXml());
+    Trace(session::TraceKind::ParameterXml, m_parameterNode.toXml());
 }
 
 void RavikKT500::LoadParameterDocument() {

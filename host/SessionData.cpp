@@ -1,9 +1,9 @@
 #include "host/SessionData.h"
 
 #include "devices/DeviceClass.h"
-#include "host/DebugTrace.h"
-#include "host/clsTools.h"
-#include "host/modRegistry.h"
+#include "session/DebugTrace.h"
+#include "session/clsTools.h"
+#include "session/modRegistry.h"
 #include "xml/Document.h"
 
 #include <array>
@@ -97,8 +97,8 @@ const xml::SchemaCollection& SessionData::Schemas() {
 }
 
 void SessionData::LoadSessionData(const std::string& strSessionData, bool blInit) {
-    clsTools& tools = m_control.tools();
-    if (const auto trace = TraceFor(tools.DebugLevel, TraceKind::SessionData, strSessionData)) {
+    session::clsTools& tools = m_control.tools();
+    if (const auto trace = session::TraceFor(tools.DebugLevel, session::TraceKind::SessionData, strSessionData)) {
         m_control.ShowMsg(trace->header, trace->text);
     }
 
@@ -128,8 +128,8 @@ void SessionData::LoadSessionData(const std::string& strSessionData, bool blInit
 }
 
 void SessionData::ReadAttributes(xml::Node session) {
-    clsTools& tools = m_control.tools();
-    m_privateDialogEnabled = ToBoolean(session.attribute("privateDialogEnabled"));
+    session::clsTools& tools = m_control.tools();
+    m_privateDialogEnabled = session::ToBoolean(session.attribute("privateDialogEnabled"));
     m_deviceModel = session.attribute("deviceType");
     const std::string revision = session.attribute("revision");
     tools.DeviceType = m_deviceModel + "_" + revision;
@@ -137,7 +137,7 @@ void SessionData::ReadAttributes(xml::Node session) {
     tools.ActorRole = session.attribute("userRole");
     tools.FrameLanguage = session.attribute("frameLanguage");
     tools.Language = session.attribute("guiLanguage");
-    tools.OnlineConf = ToBoolean(session.attribute("online"));
+    tools.OnlineConf = session::ToBoolean(session.attribute("online"));
     tools.SavePath = session.attribute("savePath");
 }
 
@@ -149,7 +149,7 @@ void SessionData::ShowDeviceModelPicture() {
 }
 
 void SessionData::ApplyTestRights() {
-    const clsTools& tools = m_control.tools();
+    const session::clsTools& tools = m_control.tools();
     // The test commands compare the capitalised role words, as the frames
     // that spell them so expect.
     const bool allowed =
@@ -160,7 +160,7 @@ void SessionData::ApplyTestRights() {
 }
 
 void SessionData::ApplyMode(form::ToolbarModel& toolbar) {
-    const clsTools& tools = m_control.tools();
+    const session::clsTools& tools = m_control.tools();
     const bool observer = tools.ActorRole == "observer";
     form::Form& form = m_control.form();
     std::string flowCaption;
@@ -211,9 +211,9 @@ void SessionData::ApplyRoleLimits() {
 }
 
 void SessionData::ApplySavePath() {
-    clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     if (tools.SavePath.empty()) {
-        modRegistry registry(m_settings, m_debugOutput);
+        session::modRegistry registry(m_settings, m_debugOutput);
         tools.SavePath = registry.ReadSavePath(m_saveDefault);
     }
     for (const char* name : {"dirOpenFile", "filOpenFile"}) {
@@ -227,7 +227,7 @@ void SessionData::RefreshPages(bool blLanguageChanged) {
     if (blLanguageChanged) {
         m_control.TranslateForm();
     }
-    clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     if (tools.DTMInitialized) {
         // The mode decides the tree's nodes and the page to show first.
         m_control.BuildNavigationTree();
@@ -239,7 +239,7 @@ void SessionData::RefreshPages(bool blLanguageChanged) {
 }
 
 void SessionData::StopMonitoringState() {
-    clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     const std::string stopped = m_control.Translate("stopped");
     for (const PageElement& label : kMonitoringStateLabels) {

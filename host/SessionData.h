@@ -5,7 +5,7 @@
 
 #include "devices/IUserControl.h"
 #include "form/ToolbarModel.h"
-#include "host/ISettingsStore.h"
+#include "session/ISettingsStore.h"
 #include "xml/SchemaCollection.h"
 
 #include <memory>
@@ -18,7 +18,7 @@ public:
     // The settings give the install path when the session names no save
     // path; strSaveDefault is the folder used when "Install Path" cannot be
     // read (the platform's default, as PathDefaults gives it).
-    SessionData(devices::IUserControl& control, ISettingsStore& settings, IDebugOutput& debugOutput,
+    SessionData(devices::IUserControl& control, session::ISettingsStore& settings, session::IDebugOutput& debugOutput,
                 std::string strSaveDefault)
         : m_control(control),
           m_settings(settings),
@@ -49,8 +49,8 @@ private:
     [[nodiscard]] const xml::SchemaCollection& Schemas();
 
     devices::IUserControl& m_control;
-    ISettingsStore& m_settings;
-    IDebugOutput& m_debugOutput;
+    session::ISettingsStore& m_settings;
+    session::IDebugOutput& m_debugOutput;
     std::string m_saveDefault;
     std::unique_ptr<xml::SchemaCollection> m_schemas;
     // The plain model word of deviceType ("KT520", "KTQ500_PT", "PL500").

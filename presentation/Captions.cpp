@@ -186,7 +186,7 @@ void Captions::cmdTranslate_Click() {
         m_control.ShowMsg(m_control.Translate("language"), m_control.Translate("selectLanguage"));
         return;
     }
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const std::string language = std::to_string(*chosen);
     if (language == tools.Language) {
         return;
@@ -207,7 +207,7 @@ void Captions::comSelectLanguage_Click() {
 }
 
 void Captions::cmdSettingsOK_Click() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     devices::DeviceClass& device = m_control.deviceClass();
     // A family page's tag carries the family prefix, the name of its node
     // follows; the status and address pages are named by their node.

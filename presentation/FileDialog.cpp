@@ -9,7 +9,7 @@ namespace kt500::presentation {
 void ShowFileDialog(devices::IUserControl& control, const std::string& strHeaderKey,
                     OpenFileType intOpenFileType, const std::string& strPattern) {
     form::Form& form = control.form();
-    host::clsTools& tools = control.tools();
+    session::clsTools& tools = control.tools();
     control.deviceClass().HideFrames();
     if (form::Control* files = form.find("filOpenFile")) {
         files->setPattern(strPattern);

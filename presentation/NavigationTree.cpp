@@ -16,7 +16,7 @@ bool ShownInMode(std::string_view strOffline, bool blOnline) noexcept {
 }
 
 void NavigationTree::BuildNavigationTree() {
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::TreeModel& tree = m_control.form().control("treeNavigation").tree();
     tree.clear();
     if (const xml::Document* guiInit = tools.RavikDTMParameters()) {

@@ -100,7 +100,7 @@ void Toolbar::ShowConfirmation() {
 void Toolbar::ShowSettings() {
     m_navigation.LayOutPage("settings");
     // The settings page leaves CurrentFrame at the last real page.
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     const std::string frame = tools.CurrentFrame;
     devices::DeviceClass& device = m_control.deviceClass();
     device.HideFrames();
@@ -129,7 +129,7 @@ void Toolbar::StartHelp() {
 
 void Toolbar::Stop() {
     devices::DeviceClass& device = m_control.deviceClass();
-    host::clsTools& tools = m_control.tools();
+    session::clsTools& tools = m_control.tools();
     form::Form& form = m_control.form();
     device.setSmuiStopPressed(true);
     bool blCancelled = false;

@@ -1,7 +1,7 @@
 #include "app/window/MainWindow.h"
 
 #include "app/window/Launcher.h"
-#include "host/QtSettingsStore.h"
+#include "session/QtSettingsStore.h"
 
 #include <QMenuBar>
 #include <QScreen>
@@ -37,7 +37,7 @@ bool MainWindow::startSession(const simulator::SessionOptions& options) {
     app::SessionEnvironment environment;
     environment.dialogs = m_dialogs;
     environment.installationPrefix = m_installationPrefix;
-    environment.debugOutput = std::make_shared<host::QtDebugOutput>();
+    environment.debugOutput = std::make_shared<session::QtDebugOutput>();
     m_session = std::make_unique<DesktopSession>(m_shareDir, environment);
     const double dpi = screen() != nullptr ? screen()->logicalDotsPerInch() : 96.0;
     const bool started = m_session->start(options, m_host, TwipScale(dpi));

@@ -1,31 +1,31 @@
 #include "support/MemorySettings.h"
 
-#include "host/modRegistry.h"
+#include "session/modRegistry.h"
 
 namespace kt500::testing {
 
-using host::RegistryRoot;
+using session::RegistryRoot;
 
 long MemoryStore::openKey(RegistryRoot root, const std::string& strKeyPath) {
     if (openFails) {
-        return host::RegNotFound;
+        return session::RegNotFound;
     }
     for (const auto& entry : values) {
         if (std::get<0>(entry.first) == root && std::get<1>(entry.first) == strKeyPath) {
-            return host::RegSuccess;
+            return session::RegSuccess;
         }
     }
-    return host::RegNotFound;
+    return session::RegNotFound;
 }
 
 long MemoryStore::queryValue(RegistryRoot root, const std::string& strKeyPath,
                              const std::string& strValueName, std::string& strValue) {
     const auto it = values.find({root, strKeyPath, strValueName});
     if (it == values.end()) {
-        return host::RegNotFound;
+        return session::RegNotFound;
     }
     strValue = it->second;
-    return host::RegSuccess;
+    return session::RegSuccess;
 }
 
 long MemoryStore::setValue(RegistryRoot root, const std::string& strKeyPath,
@@ -33,21 +33,21 @@ long MemoryStore::setValue(RegistryRoot root, const std::string& strKeyPath,
                            const std::string& strValue) {
     ++writes;
     if (readOnly) {
-        return host::RegAccessDenied;
+        return session::RegAccessDenied;
     }
     values[{root, strKeyPath, strValueName}] = strValue;
-    return host::RegSuccess;
+    return session::RegSuccess;
 }
 
 void MemoryStore::put(const std::string& strSubKey, const std::string& strName,
                       const std::string& strValue) {
-    values[{RegistryRoot::LocalMachine, std::string(host::modRegistry::KeyRoot) + strSubKey,
+    values[{RegistryRoot::LocalMachine, std::string(session::modRegistry::KeyRoot) + strSubKey,
             strName}] = strValue;
 }
 
 std::string MemoryStore::get(const std::string& strSubKey, const std::string& strName) const {
     const auto it = values.find(
-        {RegistryRoot::LocalMachine, std::string(host::modRegistry::KeyRoot) + strSubKey, strName});
+        {RegistryRoot::LocalMachine, std::string(session::modRegistry::KeyRoot) + strSubKey, strName});
     return it == values.end() ? std::string() : it->second;
 }
 

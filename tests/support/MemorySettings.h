@@ -2,7 +2,7 @@
 // debug output that keeps its lines.
 #pragma once
 
-#include "host/ISettingsStore.h"
+#include "session/ISettingsStore.h"
 
 #include <map>
 #include <string>
@@ -11,12 +11,12 @@
 
 namespace kt500::testing {
 
-class MemoryStore final : public host::ISettingsStore {
+class MemoryStore final : public session::ISettingsStore {
 public:
-    long openKey(host::RegistryRoot root, const std::string& strKeyPath) override;
-    long queryValue(host::RegistryRoot root, const std::string& strKeyPath,
+    long openKey(session::RegistryRoot root, const std::string& strKeyPath) override;
+    long queryValue(session::RegistryRoot root, const std::string& strKeyPath,
                     const std::string& strValueName, std::string& strValue) override;
-    long setValue(host::RegistryRoot root, const std::string& strKeyPath,
+    long setValue(session::RegistryRoot root, const std::string& strKeyPath,
                   const std::string& strValueName, int intType,
                   const std::string& strValue) override;
 
@@ -24,13 +24,13 @@ public:
     void put(const std::string& strSubKey, const std::string& strName, const std::string& strValue);
     [[nodiscard]] std::string get(const std::string& strSubKey, const std::string& strName) const;
 
-    std::map<std::tuple<host::RegistryRoot, std::string, std::string>, std::string> values;
+    std::map<std::tuple<session::RegistryRoot, std::string, std::string>, std::string> values;
     bool readOnly = false;
     bool openFails = false;
     int writes = 0;
 };
 
-class RecordingOutput final : public host::IDebugOutput {
+class RecordingOutput final : public session::IDebugOutput {
 public:
     void write(const std::string& strMessage) override { lines.push_back(strMessage); }
     std::vector<std::string> lines;

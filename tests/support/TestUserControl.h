@@ -54,7 +54,7 @@ public:
 
     // --- IUserControl ---
     form::Form& form() override { return *m_form; }
-    host::clsTools& tools() override { return m_tools; }
+    session::clsTools& tools() override { return m_tools; }
     devices::DeviceClass& deviceClass() override { return *m_deviceClass; }
     services::IDtmControl& control() override {
         return controlDouble ? *controlDouble : *m_bl->control();
@@ -298,7 +298,7 @@ public:
 
 private:
     std::unique_ptr<form::Form> m_form;
-    host::clsTools m_tools;
+    session::clsTools m_tools;
     std::unique_ptr<simulator::BuiltInBL> m_bl;
     std::shared_ptr<services::IDtmLanguage> m_language;
     std::unique_ptr<xml::SchemaCollection> m_schemas;

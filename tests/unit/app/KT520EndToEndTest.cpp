@@ -31,7 +31,7 @@ protected:
     }
 
     host::RavikKT500& control() { return session.control(); }
-    host::clsTools& tools() { return *control().m_objTools; }
+    session::clsTools& tools() { return *control().m_objTools; }
 
     // The request groups of every upload group of the GUIInit document.
     std::vector<std::string> uploadedGroups() {
@@ -106,9 +106,9 @@ TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
         }
         if (!pagesWithCharts.contains(group)) {
             EXPECT_EQ(shown, std::vector<std::string>{});
-            const auto& pages = host::clsTools::SnapshotPages();
-            if (std::find(pages.begin(), pages.begin() + host::clsTools::ValidityPageCount,
-                          group) != pages.begin() + host::clsTools::ValidityPageCount) {
+            const auto& pages = session::clsTools::SnapshotPages();
+            if (std::find(pages.begin(), pages.begin() + session::clsTools::ValidityPageCount,
+                          group) != pages.begin() + session::clsTools::ValidityPageCount) {
                 EXPECT_TRUE(tools().ValuesOk(group, ""));
             }
             if (const form::TreeNode* node = form.control("treeNavigation").tree().find(group)) {

@@ -41,7 +41,7 @@ protected:
     RavikKT500& construct() {
         control = std::make_unique<RavikKT500>(
             StandardForm(),
-            ControlPlatform{store, output, PathDefaults::UnderShare(KT500_SHARE_DIR, "/tmp/")});
+            ControlPlatform{store, output, session::PathDefaults::UnderShare(KT500_SHARE_DIR, "/tmp/")});
         return *control;
     }
     RavikKT500& started() {
@@ -69,8 +69,8 @@ TEST_F(RavikKT500Lifecycle, ConstructionNeedsNoBLAndWritesBackItsSettings) {
     EXPECT_EQ(store.get("File Paths", "Xml Schema Path"),
               std::string(KT500_SHARE_DIR) + "/schemas/");
     // Every page counts as valid until a read says otherwise.
-    for (std::size_t page = 0; page < clsTools::ValidityPageCount; ++page) {
-        EXPECT_TRUE(kt.m_objTools->ValuesOk(clsTools::SnapshotPages()[page], ""));
+    for (std::size_t page = 0; page < session::clsTools::ValidityPageCount; ++page) {
+        EXPECT_TRUE(kt.m_objTools->ValuesOk(session::clsTools::SnapshotPages()[page], ""));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "host/SessionData.h"
 
 #include "devices/clsKT520.h"
-#include "host/modRegistry.h"
+#include "session/modRegistry.h"
 #include "simulator/DeviceCatalogue.h"
 #include "simulator/SessionOptions.h"
 #include "support/MemorySettings.h"
@@ -88,7 +88,7 @@ TEST(SessionData, AttributesLandInTheSessionState) {
     s.options.deviceKey = "KT520_PT_6";
     s.load(true);
 
-    const clsTools& tools = s.control.tools();
+    const session::clsTools& tools = s.control.tools();
     EXPECT_EQ(tools.DeviceRevision, "6");
     EXPECT_EQ(tools.DeviceParameterXml(), "GUIInit_KT520PT_6.xml");
     EXPECT_EQ(tools.FrameLanguage, "1031");
@@ -216,12 +216,12 @@ TEST(SessionData, EmptySavePathTakesTheInstallPath) {
         options.savePath.clear();
         Session s(options);
         if (c.installPath != nullptr) {
-            s.store.put(modRegistry::FilePathsKey, "Install Path", c.installPath);
+            s.store.put(session::modRegistry::FilePathsKey, "Install Path", c.installPath);
         }
         s.load(true);
         EXPECT_EQ(s.control.tools().SavePath, c.savePath);
         EXPECT_EQ(s.at("dirOpenFile").path(), c.savePath);
-        EXPECT_EQ(s.store.get(modRegistry::FilePathsKey, "Install Path"), c.savePath);
+        EXPECT_EQ(s.store.get(session::modRegistry::FilePathsKey, "Install Path"), c.savePath);
     }
 }
 
@@ -270,7 +270,7 @@ TEST(SessionData, AnyUpdateStopsTheMonitoringState) {
         }
         // The value labels beside the buttons keep their values.
         s.at("lblPLParams", 9).setCaption("2.5");
-        clsTools& tools = s.control.tools();
+        session::clsTools& tools = s.control.tools();
         tools.MonitoringFlag = true;
         tools.CurrentAutoAction = 2;
         tools.CommunicationSign("monitoring", "1");

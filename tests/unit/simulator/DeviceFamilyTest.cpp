@@ -5,7 +5,7 @@
 //
 // Run with KT500_REGENERATE_DEVICE_FILES=1 to rewrite the GUIInit and
 // example files from the sources after a change of a source.
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 #include "simulator/DeviceCatalogue.h"
 #include "unit/simulator/SimulatedSession.h"
 
@@ -206,7 +206,7 @@ TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCom
 std::map<std::string, std::string> guiInitFileOfKey() {
     std::map<std::string, std::string> files;
     for (const DeviceModel& model : DeviceCatalogue::models()) {
-        host::clsTools tools;
+        session::clsTools tools;
         tools.setDeviceParameterXml(model.key);
         if (!tools.DeviceParameterXml().empty()) {
             files.emplace(model.key, tools.DeviceParameterXml());

@@ -5,11 +5,11 @@
 // configuration folder.
 #pragma once
 
-#include "host/ISettingsStore.h"
+#include "session/ISettingsStore.h"
 
 #include <QString>
 
-namespace kt500::host {
+namespace kt500::session {
 
 class QtSettingsStore final : public ISettingsStore {
 public:
@@ -42,4 +42,4 @@ public:
     void write(const std::string& strMessage) override;
 };
 
-}  // namespace kt500::host
+}  // namespace kt500::session

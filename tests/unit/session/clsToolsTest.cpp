@@ -1,10 +1,10 @@
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
-namespace kt500::host {
+namespace kt500::session {
 namespace {
 
 TEST(clsToolsDeviceParameterXml, VariantsShareThePlainModelsDocumentsAndUnknownKeysKeepTheName) {
@@ -83,4 +83,4 @@ TEST(clsToolsBoolean, ConvertsLikeTheSystem) {
 }
 
 }  // namespace
-}  // namespace kt500::host
+}  // namespace kt500::session

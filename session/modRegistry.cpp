@@ -1,11 +1,11 @@
-#include "host/modRegistry.h"
+#include "session/modRegistry.h"
 
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
 
-namespace kt500::host {
+namespace kt500::session {
 
 namespace {
 
@@ -135,4 +135,4 @@ std::string modRegistry::ReadSavePath(const std::string& strDefault) {
     return value;
 }
 
-}  // namespace kt500::host
+}  // namespace kt500::session

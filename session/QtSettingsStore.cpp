@@ -1,4 +1,4 @@
-#include "host/QtSettingsStore.h"
+#include "session/QtSettingsStore.h"
 
 #include <QDebug>
 #include <QDir>
@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace kt500::host {
+namespace kt500::session {
 
 namespace {
 
@@ -99,4 +99,4 @@ void QtDebugOutput::write(const std::string& strMessage) {
     qDebug().noquote() << QString::fromStdString(strMessage);
 }
 
-}  // namespace kt500::host
+}  // namespace kt500::session

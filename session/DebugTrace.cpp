@@ -1,6 +1,6 @@
-#include "host/DebugTrace.h"
+#include "session/DebugTrace.h"
 
-namespace kt500::host {
+namespace kt500::session {
 
 std::optional<TraceMessage> TraceFor(std::int16_t intDebugLevel, TraceKind kind,
                                      std::string_view strContent) {
@@ -29,4 +29,4 @@ std::optional<TraceMessage> TraceFor(std::int16_t intDebugLevel, TraceKind kind,
                         std::string(prefix) + std::string(strContent)};
 }
 
-}  // namespace kt500::host
+}  // namespace kt500::session

@@ -1,12 +1,12 @@
-#include "host/QtSettingsStore.h"
-#include "host/modRegistry.h"
+#include "session/QtSettingsStore.h"
+#include "session/modRegistry.h"
 #include "support/MemorySettings.h"
 
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
-namespace kt500::host {
+namespace kt500::session {
 namespace {
 
 using testing::MemoryStore;
@@ -97,4 +97,4 @@ TEST(QtSettingsStoreTest, WritesReadBackThroughIniFilesAndAnUnwritableStoreRunsO
 }
 
 }  // namespace
-}  // namespace kt500::host
+}  // namespace kt500::session

@@ -4,12 +4,12 @@
 // the system debug output; without the right to write, the defaults stand.
 #pragma once
 
-#include "host/ISettingsStore.h"
+#include "session/ISettingsStore.h"
 
 #include <cstdint>
 #include <string>
 
-namespace kt500::host {
+namespace kt500::session {
 
 // The folders the settings default to on this platform.
 struct PathDefaults {
@@ -57,4 +57,4 @@ private:
     IDebugOutput& m_debugOutput;
 };
 
-}  // namespace kt500::host
+}  // namespace kt500::session

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace kt500::host {
+namespace kt500::session {
 
 enum class TraceKind : std::int16_t {
     Request = 1,       // a request handed to the BL
@@ -26,4 +26,4 @@ struct TraceMessage {
 [[nodiscard]] std::optional<TraceMessage> TraceFor(std::int16_t intDebugLevel, TraceKind kind,
                                                    std::string_view strContent);
 
-}  // namespace kt500::host
+}  // namespace kt500::session

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-namespace kt500::host {
+namespace kt500::session {
 
 class clsTools {
 public:
@@ -144,4 +144,4 @@ private:
 // anything else is a type mismatch (std::invalid_argument).
 bool ToBoolean(std::string_view strValue);
 
-}  // namespace kt500::host
+}  // namespace kt500::session

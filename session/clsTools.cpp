@@ -1,4 +1,4 @@
-#include "host/clsTools.h"
+#include "session/clsTools.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace kt500::host {
+namespace kt500::session {
 
 namespace {
 
@@ -183,4 +183,4 @@ bool clsTools::CommunicationSign(std::string_view strAction, std::string_view st
     return OnlineConf && m_communicationSigns[*index];
 }
 
-}  // namespace kt500::host
+}  // namespace kt500::session

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace kt500::host {
+namespace kt500::session {
 
 enum class RegistryRoot { LocalMachine, CurrentUser };
 
@@ -42,4 +42,4 @@ public:
     virtual void write(const std::string& strMessage) = 0;
 };
 
-}  // namespace kt500::host
+}  // namespace kt500::session
