@@ -24,7 +24,7 @@ struct Arity {
 const std::map<std::string, Arity, std::less<>>& commands() {
     static const std::map<std::string, Arity, std::less<>> table = {
         {"start", {2, 9}},        {"session", {2, kAny}}, {"release", {1, 1}},   {"click", {2, 2}},
-        {"type", {3, 3}},         {"select", {3, 3}},     {"check", {3, 3}},     {"node", {2, 2}},
+        {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},     {"check", {3, 3}},     {"node", {2, 2}},
         {"toolbar", {1, 2}},      {"row", {3, 3}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
@@ -166,6 +166,8 @@ void ScriptRunner::execute(const ScriptLine& line) {
         click(line);
     } else if (name == "type") {
         type(line);
+    } else if (name == "focus") {
+        focus(line);
     } else if (name == "select") {
         select(line);
     } else if (name == "check") {
@@ -286,6 +288,13 @@ void ScriptRunner::type(const ScriptLine& line) {
     (void)form.raiseKeyPress(control,
                              text.empty() ? kBackspace : static_cast<unsigned char>(text.front()));
     control.setText(text);
+    form.raiseLostFocus(control);
+}
+
+void ScriptRunner::focus(const ScriptLine& line) {
+    form::Control& control = ScriptTargets(m_session).control(line.words[1]);
+    form::Form& form = *control.form();
+    form.raiseGotFocus(control);
     form.raiseLostFocus(control);
 }
 

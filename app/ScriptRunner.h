@@ -41,6 +41,7 @@ private:
     void session(const ScriptLine& line);
     void click(const ScriptLine& line);
     void type(const ScriptLine& line);
+    void focus(const ScriptLine& line);
     void select(const ScriptLine& line);
     void check(const ScriptLine& line);
     void node(const ScriptLine& line);

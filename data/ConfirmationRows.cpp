@@ -6,6 +6,7 @@ namespace kt500::data {
 
 namespace {
 
+constexpr int kNameColumn = 3;
 constexpr int kPageColumn = 4;
 
 form::ListViewModel* Rows(const form::Form& form) {
@@ -23,6 +24,18 @@ void RemoveGroupRows(const form::Form& form, std::string_view strGroup) {
     for (int row = rows->count(); row >= 1; --row) {
         const std::string page = rows->subItem(row, kPageColumn);
         if (page.size() > 2 && std::string_view(page).substr(2) == strGroup) {
+            rows->remove(row);
+        }
+    }
+}
+
+void RemoveParameterRow(const form::Form& form, std::string_view strName) {
+    form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return;
+    }
+    for (int row = rows->count(); row >= 1; --row) {
+        if (rows->subItem(row, kNameColumn) == strName) {
             rows->remove(row);
         }
     }

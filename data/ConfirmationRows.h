@@ -13,6 +13,10 @@ namespace kt500::data {
 // edits of a page give way when the page is read again.
 void RemoveGroupRows(const form::Form& form, std::string_view strGroup);
 
+// Drops the row of parameter strName (sub-item 3): the value it stood for
+// is no longer what the field holds.
+void RemoveParameterRow(const form::Form& form, std::string_view strName);
+
 // Drops every checked row: what a completed write has taken.
 void RemoveCheckedRows(const form::Form& form);
 

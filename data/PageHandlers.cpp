@@ -1,5 +1,6 @@
 #include "data/PageHandlers.h"
 
+#include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
 
@@ -21,7 +22,9 @@ struct PageInstance {
 constexpr std::array<PageInstance, 23> kPages{{
     // HART positioner
     {"comHAAlertSettings", {"txtHAAlertLimit", ""}, {"imgHAAlertSettings", ""}},
-    {"comAssemblyRelatedConfiguration", {"", ""}, {"imgHAAssemblyRelatedConfiguration", ""}},
+    {"comAssemblyRelatedConfiguration",
+     {"txtHAAssemblyRelatedConfiguration", ""},
+     {"imgHAAssemblyRelatedConfiguration", ""}},
     {"comHAValveRelatedConfiguration", {"", ""}, {"", ""}},
     {"comHAHartConfiguration", {"txtHAHartConfiguration", ""}, {"imgHAHartConfiguration", ""}},
     {"comHAOperationUnit", {"txtHAOperationUnit", ""}, {"imgHAOperationUnit", ""}},
@@ -79,6 +82,8 @@ void PageHandlers::addHandlers(form::EventHandlers& handlers) {
             if (!OnForm(form, textBox)) {
                 continue;
             }
+            handlers.add(textBox, EventKind::GotFocus,
+                         [this](form::FormEvent&) { TextBox_GotFocus(); });
             handlers.add(textBox, EventKind::KeyPress,
                          [this](form::FormEvent& event) { TextBox_KeyPress(*event.control); });
             handlers.add(textBox, EventKind::Change, [this, marks](form::FormEvent& event) {
@@ -86,10 +91,8 @@ void PageHandlers::addHandlers(form::EventHandlers& handlers) {
             });
             const bool dateField = textBox == kDateTextBox;
             handlers.add(textBox, EventKind::LostFocus, [this, dateField](form::FormEvent& event) {
-                TextBox_LostFocus(*event.control);
-                if (dateField && event.control->tag() == "deviceDate") {
-                    CheckDeviceDate();
-                }
+                TextBox_LostFocus(*event.control,
+                                  dateField && event.control->tag() == "deviceDate");
             });
         }
     }
@@ -118,12 +121,23 @@ void PageHandlers::ListBox_LostFocus(form::Control& list, std::span<const std::s
     ShowMark(list, marks, changed);
 }
 
+void PageHandlers::TextBox_GotFocus() {
+    // Nothing of this field is pending yet: leaving it untouched adds no row,
+    // whatever the program wrote into fields before.
+    m_control.tools().ConfirmFlag = true;
+}
+
 void PageHandlers::TextBox_KeyPress(form::Control& /*text*/) {
     SaveOnce();
     m_control.tools().ConfirmFlag = true;
 }
 
 void PageHandlers::TextBox_Change(form::Control& text, std::span<const std::string_view> marks) {
+    // Only the user edits the field that has the focus; the program's own
+    // writes (start-up, replies, units, captions) are not edits.
+    if (m_control.form().focused() != &text) {
+        return;
+    }
     session::clsTools& tools = m_control.tools();
     text.setForeColor(devices::ColorChanged);
     m_control.ChangeTreeIcon(PageNode(text), "changed");
@@ -133,21 +147,30 @@ void PageHandlers::TextBox_Change(form::Control& text, std::span<const std::stri
     tools.OldValueForConfirm = m_control.GetOldValue(text.tag(), tools.ChangedFrame);
 }
 
-void PageHandlers::TextBox_LostFocus(form::Control& text) {
+void PageHandlers::TextBox_LostFocus(form::Control& text, bool blDateField) {
     session::clsTools& tools = m_control.tools();
-    // A refused value stays red in its field and is not sent.
-    if (m_control.CheckValue(text) && !tools.ConfirmFlag) {
+    // A refused value stays red in its field and is not sent: a row of an
+    // earlier edit of the field no longer stands for what the field holds.
+    if (!m_control.CheckValue(text) || (blDateField && !CheckDeviceDate(text))) {
+        RemoveParameterRow(m_control.form(), text.tag());
+        return;
+    }
+    if (!tools.ConfirmFlag) {
         AddRow(text, text.text());
         tools.ConfirmFlag = true;
     }
 }
 
-void PageHandlers::CheckDeviceDate() {
-    if (m_control.deviceClass().GetDeviceDate() == "invalid") {
-        m_control.ShowMsg(
-            m_control.Translate("valueCheck"),
-            m_control.Translate("invalidValue") + " " + m_control.Translate("deviceDate"));
+bool PageHandlers::CheckDeviceDate(form::Control& year) {
+    if (m_control.deviceClass().GetDeviceDate() != "invalid") {
+        return true;
     }
+    m_control.ShowMsg(
+        m_control.Translate("valueCheck"),
+        m_control.Translate("invalidValue") + " " + m_control.Translate("deviceDate"));
+    year.setForeColor(devices::ColorRefused);
+    m_control.ChangeImage(year.tag(), m_control.deviceClass().FrameArrayName(), "error");
+    return false;
 }
 
 void PageHandlers::SaveOnce() {

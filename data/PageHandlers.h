@@ -24,11 +24,13 @@ public:
     // The handler families; marks are the page's changed mark arrays.
     void ListBox_GotFocus(form::Control& list);
     void ListBox_LostFocus(form::Control& list, std::span<const std::string_view> marks);
+    void TextBox_GotFocus();
     void TextBox_KeyPress(form::Control& text);
     void TextBox_Change(form::Control& text, std::span<const std::string_view> marks);
-    void TextBox_LostFocus(form::Control& text);
-    // The year of the device date: a date the device cannot hold is told.
-    void CheckDeviceDate();
+    void TextBox_LostFocus(form::Control& text, bool blDateField);
+    // The year of the device date: a date the device cannot hold is told and
+    // refused like any value that fails its check (red, the "error" mark).
+    bool CheckDeviceDate(form::Control& year);
 
 private:
     // The snapshot is taken once per edit session.

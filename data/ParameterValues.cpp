@@ -356,6 +356,13 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
         }
     }
 
+    // The device date arrives as one text, from a reply as from the data set,
+    // and goes to its day, month and year fields; the year box never takes it
+    // whole.
+    if (name == "deviceDate") {
+        showDeviceDate(value, intValueSynchronised);
+        return;
+    }
     putOnPage(name, type, value, !fromReply, intValueSynchronised);
 
     if (!unit.empty() && unit != "noUnit") {
@@ -364,14 +371,8 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
             m_control.ChangeParameterUnit(name, unit, 0, pageUnit);
         }
     }
-    if (fromReply) {
-        // Unless monitoring runs, the toolbar's second band is refreshed
-        // here; the toolbar's bands come with the toolbar commands.
-        return;
-    }
-    if (name == "deviceDate") {
-        showDeviceDate(value, intValueSynchronised);
-    }
+    // Unless monitoring runs, a reply refreshes the toolbar's second band
+    // here; the toolbar's bands come with the toolbar commands.
 }
 
 void ParameterValues::putOnPage(const std::string& strName, const std::string& strType,
@@ -455,9 +456,11 @@ void ParameterValues::showDeviceDate(const std::string& strValue,
         start = dot + 1;
     }
     parts.push_back(strValue.substr(start));
-    if (parts.size() < 3) {
-        throw std::out_of_range("Subscript out of range: the device date '" + strValue +
-                                "' has no day, month and year");
+    // A text that is not day "." month "." year in numbers leaves the fields
+    // as they are: the rest of the reply still reaches its page.
+    if (parts.size() < 3 || !devices::IsNum(parts[0]) || !devices::IsNum(parts[1]) ||
+        !devices::IsNum(parts[2])) {
+        return;
     }
     const std::int16_t day = devices::ToInt16(parts[0]);
     const std::int16_t month = devices::ToInt16(parts[1]);

@@ -7,6 +7,7 @@
 #include "session/DebugTrace.h"
 #include "xml/XPath.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -15,7 +16,6 @@ namespace kt500::data {
 namespace {
 
 constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSchema.xml";
-constexpr int kNormalPointer = 0;
 // Steps of the bar that one reply may advance.
 constexpr int kProgressSteps = 10;
 
@@ -61,7 +61,32 @@ void ReplyRouting::ItemListFromReply(const std::string& strReply) {
         m_control.deviceClass().Reply(empty);
         return;
     }
-    m_control.deviceClass().Reply(*parsed.document);
+    try {
+        m_control.deviceClass().Reply(*parsed.document);
+    } catch (...) {
+        // The failure is shown at the event's boundary; the request it
+        // answered must still close, or the toolbar would stay busy.
+        closeFailedReply(*parsed.document);
+        throw;
+    }
+}
+
+void ReplyRouting::closeFailedReply(const xml::Document& xmlDoc) {
+    const xml::Node response = xmlDoc.root().firstChildElement("communicationResponse");
+    if (!response || !session::ToBoolean(response.attribute("isFinal"))) {
+        return;
+    }
+    const std::string name = response.attribute("name");
+    const std::vector<std::string>& open = m_control.tools().OpenRequests;
+    if (std::find(open.begin(), open.end(), name) == open.end()) {
+        return;
+    }
+    try {
+        SetReadVariables(name, true, response.attribute("access"), true);
+    } catch (...) {
+        // The first failure is the one the user is shown.
+        m_control.tools().CloseRequest(name);
+    }
 }
 
 void ReplyRouting::ReplayDataFile(const xml::Document& xmlDocument) {
@@ -84,17 +109,16 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     form::Form& form = m_control.form();
     tools.ValuesOk(strRequestName, "1");
 
-    const bool blChainRunning = form.control("ProgressBar1").visible();
+    // The last open request's final reply ends the busy state, however far
+    // the bar got: a failed group may answer in fewer pieces than it counts.
+    const bool blLast = tools.CloseRequest(strRequestName);
     if (tools.CurrentAutoAction == 0) {
         m_control.UpdateGroupTimeStamp(strRequestName);
-        // A chain still counting keeps the toolbar busy until its last reply.
-        if (!blChainRunning) {
-            m_control.deviceClass().PrintErrorMessages();
-            GiveToolsBack(m_control);
-            form.userControl().setMousePointer(kNormalPointer);
-            tools.ReadGroup = false;
+        if (blLast) {
+            CloseBusyState(m_control, strAccessType);
+            // The pages hold what the device holds: the next edit takes a
+            // new snapshot.
             tools.value_saved = false;
-            tools.CommunicationSign(strAccessType, "0");
         }
     }
 
@@ -104,7 +128,7 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     if (!blError) {
         m_control.ClearChangedSigns(strRequestName);
     }
-    if (!blChainRunning && strAccessType == "write" && !blError) {
+    if (blLast && strAccessType == "write" && !blError) {
         RemoveCheckedRows(form);
     }
     if (strRequestName == "alertSettings") {

@@ -39,6 +39,9 @@ public:
                      const std::string& strImage);
 
 private:
+    // After Reply failed on a final reply: the request it answered closes,
+    // as a failed group, so that the busy state ends.
+    void closeFailedReply(const xml::Document& xmlDoc);
     devices::IUserControl& m_control;
 };
 

@@ -111,6 +111,11 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     const bool blWriteMode =
         blWriteWord && tools.CalibrationStep == 0 && tools.CurrentAutoAction == 0;
 
+    // A write takes the values of the page being written; a changed value
+    // of another page goes with that page's own write.
+    const auto pageFields = blWriteMode ? PageFields(m_control.form(), device.FrameArrayName(),
+                                                     tools.CurrentFrame)
+                                        : decltype(PageFields(m_control.form(), "", "")){};
     std::string strItems;
     for (const xml::Node& included : group.childElements("includedParam")) {
         const std::string name = included.attribute("name");
@@ -130,6 +135,10 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
             }
             special = device.SpecialUpploadCase(str_frame, name);
             if (!m_control.CheckIfValueChanged(name, true)) {
+                continue;
+            }
+            if (special.empty() && name != "deviceDate" && device.IsNormalParam(name) &&
+                !pageFields.contains(name)) {
                 continue;
             }
         }
@@ -242,9 +251,10 @@ void Requests::RequestTemplate(const std::string& strItems, const std::string& s
     };
 
     std::string strXml;
+    // The name the request goes out with; its final reply comes back under it.
+    std::string name = items[last - 2];
     if (document) {
         xml::Node request = document->root().firstChildElement("communicationRequest");
-        std::string name = items[last - 2];
         if (name == "testSettings") {
             if (tools.CurrentTest == 1) {
                 name = "stepResponseTest";
@@ -313,23 +323,22 @@ void Requests::RequestTemplate(const std::string& strItems, const std::string& s
     }
     if (!blAccepted) {
         refused();
+    } else if (tools.CurrentAutoAction != 2) {
+        tools.OpenRequests.push_back(name);
     }
 }
 
 void Requests::refused() {
     session::clsTools& tools = m_control.tools();
-    form::Form& form = m_control.form();
-    for (const char* action : {"write", "read", "test"}) {
-        tools.CommunicationSign(action, "0");
+    // With other requests of a chain still out, their last reply ends the
+    // busy state; with none, nothing is pending and the control is idle, so
+    // that the next upload can start.
+    if (tools.OpenRequests.empty()) {
+        for (const char* action : {"write", "read", "test"}) {
+            tools.CommunicationSign(action, "0");
+        }
+        CloseBusyState(m_control, "read");
     }
-    tools.ShowProgressbar = false;
-    form.control("fraProgress").setVisible(false);
-    form.control("ProgressBar1").setVisible(false);
-    m_control.deviceClass().PrintErrorMessages();
-    GiveToolsBack(m_control);
-    // Nothing is pending: a refused chain leaves the control idle, so that
-    // the next upload can start.
-    form.userControl().setMousePointer(0);
     m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
 }
 

@@ -1,5 +1,7 @@
 #include "data/ToolsBack.h"
 
+#include "devices/DeviceClass.h"
+
 namespace kt500::data {
 
 void GiveToolsBack(devices::IUserControl& control) {
@@ -11,6 +13,19 @@ void GiveToolsBack(devices::IUserControl& control) {
         toolbar.setEnabled("settings", true);
     }
     control.EnableDeviceActions(true);
+}
+
+void CloseBusyState(devices::IUserControl& control, const std::string& strAccessType) {
+    session::clsTools& tools = control.tools();
+    form::Form& form = control.form();
+    tools.ShowProgressbar = false;
+    form.control("ProgressBar1").setVisible(false);
+    form.control("fraProgress").setVisible(false);
+    control.deviceClass().PrintErrorMessages();
+    GiveToolsBack(control);
+    form.userControl().setMousePointer(0);
+    tools.ReadGroup = false;
+    tools.CommunicationSign(strAccessType, "0");
 }
 
 }  // namespace kt500::data

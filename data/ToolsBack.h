@@ -11,4 +11,9 @@ namespace kt500::data {
 // back with their role rules.
 void GiveToolsBack(devices::IUserControl& control);
 
+// The busy state ends once no request is out: the progress bar and its
+// frame hidden, the errors gathered on the way shown, the tools given back,
+// the pointer normal, the communication sign of strAccessType dark.
+void CloseBusyState(devices::IUserControl& control, const std::string& strAccessType);
+
 }  // namespace kt500::data

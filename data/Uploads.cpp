@@ -130,6 +130,10 @@ void Uploads::RunUploadGroup(const std::string& strGroup) {
         m_control.SendRequest(member(index), "read");
     }
     tools.ReadGroup = true;
+    if (tools.OpenRequests.empty()) {
+        // The BL refused every request of the chain: the control stays idle.
+        return;
+    }
     tools.ShowProgressbar = true;
     form.control("fraProgress").setVisible(true);
     form.control("ProgressBar1").setVisible(true);

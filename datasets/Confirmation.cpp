@@ -4,6 +4,7 @@
 #include "data/ParameterDocument.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
+#include "devices/SeparatedList.h"
 #include "services/IDtmDialogs.h"
 #include "xml/XPath.h"
 
@@ -121,6 +122,44 @@ bool Confirmation::HasBlockingEmptyValue() {
     return false;
 }
 
+bool Confirmation::HasRefusedValue() {
+    const form::Form& form = m_control.form();
+    const form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return false;
+    }
+    devices::DeviceClass& device = m_control.deviceClass();
+    const std::string frameArray = device.FrameArrayName();
+    std::vector<std::string> pages;
+    for (int row = 1; row <= rows->count(); ++row) {
+        if (rows->row(row).checked) {
+            pages.push_back(rows->subItem(row, kPageColumn));
+        }
+    }
+    const auto refuse = [this](const std::string& strTag) {
+        m_control.ShowMsg(m_control.Translate("valueCheck"),
+                          m_control.Translate("invalidValue") + " " + m_control.Translate(strTag));
+        return true;
+    };
+    for (const form::Control* field : form.controls()) {
+        if (!data::HoldsValue(*field) || field->tag().empty() ||
+            !field->has(form::PropertyId::ForeColor)) {
+            continue;
+        }
+        const form::Control* page = data::PageOf(*field, frameArray);
+        if (page == nullptr || std::ranges::find(pages, page->tag()) == pages.end()) {
+            continue;
+        }
+        if (field->foreColor() == devices::ColorRefused) {
+            return refuse(field->tag());
+        }
+        if (field->tag() == "deviceDate" && device.GetDeviceDate() == "invalid") {
+            return refuse("deviceDate");
+        }
+    }
+    return false;
+}
+
 void Confirmation::ReturnToPage(const std::string& strPage) {
     devices::DeviceClass& device = m_control.deviceClass();
     device.HideFrames();
@@ -131,7 +170,7 @@ void Confirmation::cmdSend_Click(int Index) {
     if (Index == kFlowPageSend) {
         return;
     }
-    if (HasBlockingEmptyValue()) {
+    if (HasBlockingEmptyValue() || HasRefusedValue()) {
         return;
     }
     session::clsTools& tools = m_control.tools();
@@ -282,17 +321,46 @@ void Confirmation::cmdAddAllValues_Click() {
             }
         }
         const std::string page = PageOfParameter(name);
-        int row = FindRow(*rows, name, name, page);
-        if (row == 0) {
-            row = rows->add(m_control.Translate(name), name);
-            rows->setSubItem(row, kNameColumn, name);
-            rows->setSubItem(row, kPageColumn, page);
+        if (!Sendable(source, page, value)) {
+            continue;
         }
+        // A pending row stays as the user made it.
+        if (FindRow(*rows, name, name, page) != 0) {
+            continue;
+        }
+        const int row = rows->add(m_control.Translate(name), name);
+        rows->setSubItem(row, kNameColumn, name);
+        rows->setSubItem(row, kPageColumn, page);
         rows->setSubItem(row, kOldValueColumn, value);
         rows->setSubItem(row, kNewValueColumn, value);
         rows->setChecked(row, true);
     }
     UpdateSendButton();
+}
+
+bool Confirmation::Sendable(const xml::Node& parameter, const std::string& strPage,
+                            const std::string& strValue) {
+    // Only a string may be written empty: an empty number would stop the
+    // whole send.
+    if (strValue.empty() && parameter.attribute("type") != "stringVal") {
+        return false;
+    }
+    // The day and month go out inside the device date's row.
+    const std::string name = parameter.attribute("name");
+    if (name == "deviceDay" || name == "deviceMonth") {
+        return false;
+    }
+    // A value goes out with the write of its page: only the configuration
+    // pages of the data set, not the calibration pages or a parameter on no
+    // page of the family.
+    devices::DeviceClass& device = m_control.deviceClass();
+    if (data::FindPage(m_control.form(), device.FrameArrayName(), strPage) == nullptr ||
+        !devices::InSeparated(device.SavedFrames(), PageName(strPage))) {
+        return false;
+    }
+    // The test settings are written as the request of the test chosen on
+    // their page; with none chosen there is no such request.
+    return !strPage.ends_with("testSettings") || m_control.tools().CurrentTest != 0;
 }
 
 void Confirmation::cmdUnSelectAll_Click() {

@@ -47,6 +47,13 @@ private:
     // A checked row of a non-string parameter without a new value names
     // itself in a message and blocks the send.
     bool HasBlockingEmptyValue();
+    // A page to be sent that holds a refused value (red) or an invalid
+    // device date sends nothing: the message names the field.
+    bool HasRefusedValue();
+    // Whether "Add all values" may put a parameter of the data set on the
+    // list: only what a write of its page can carry.
+    bool Sendable(const xml::Node& parameter, const std::string& strPage,
+                  const std::string& strValue);
     // Shows the page named strPage (a frame tag less its prefix).
     void ReturnToPage(const std::string& strPage);
     // Enables cmdSend element 8 when at least one row is checked.

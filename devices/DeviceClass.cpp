@@ -6,6 +6,7 @@
 #include "devices/clsKT540.h"
 #include "devices/clsPL500.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kt500::devices {
@@ -108,6 +109,15 @@ void DeviceClass::PrintErrorMessages() {
     m_strCancelledGroups.clear();
     if (!message.empty()) {
         control.ShowMsg(control.Translate("error"), message);
+    }
+}
+
+void DeviceClass::closeLiveValueRead(const std::string& strName, bool isFinal,
+                                     const std::string& strAccess, bool blFailed) {
+    IUserControl& control = userControl();
+    const std::vector<std::string>& open = control.tools().OpenRequests;
+    if (isFinal && std::find(open.begin(), open.end(), strName) != open.end()) {
+        control.SetReadVariables(strName, isFinal, strAccess, blFailed);
     }
 }
 

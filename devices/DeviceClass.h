@@ -228,6 +228,11 @@ protected:
     // no write when the element is not on the form yet.
     [[nodiscard]] std::string elementText(PageElement element) const;
     void setElementText(PageElement element, const std::string& strText) const;
+    // The monitoring loop's replies close nothing; a read of the live values
+    // that the user asked for (the page's upload) closes as any request does
+    // at its final reply, good or failed.
+    void closeLiveValueRead(const std::string& strName, bool isFinal, const std::string& strAccess,
+                            bool blFailed);
     [[nodiscard]] form::Control* findElement(PageElement element) const;
 
     // Shows the page of a node by the class's table. A node outside the

@@ -110,7 +110,7 @@ void clsKT520::Reply(xml::Document& xmlDoc) {
             control.SetReadVariables(name, isFinal, access, m_blError);
         }
     } else if (name != kMonitoring) {
-        gatherError(name, errorCode, topItems(xmlDoc));
+        gatherError(errorCode, topItems(xmlDoc));
     } else {
         // A failed monitoring reply shows only on the tree; the next good
         // one clears it.
@@ -133,6 +133,11 @@ void clsKT520::Reply(xml::Document& xmlDoc) {
         }
         m_blError = false;
         m_strErrorText.clear();
+    }
+
+    if (name == kMonitoring) {
+        closeLiveValueRead(name, isFinal, access,
+                           responseStatus != "ok" && responseStatus != "local");
     }
 
     // A "local" monitoring reply carries no live values for the chart.
@@ -189,17 +194,20 @@ void clsKT520::distributeItems(const std::string& strName, const std::vector<xml
     }
 }
 
-void clsKT520::gatherError(const std::string& strName, const std::string& strErrorCode,
+void clsKT520::gatherError(const std::string& strErrorCode,
                            const std::vector<xml::Node>& items) {
     IUserControl& control = userControl();
     m_blError = true;
-    const std::string group = control.Translate(strName);
-    if (m_strErrorText.find(group) == std::string::npos) {
-        if (!m_strErrorText.empty()) {
-            m_strErrorText += ", ";
-        }
-        m_strErrorText += group;
+    // The report says why: the BL's error code in the user's language, each
+    // code once in a group's sequence.
+    const std::string reason = control.Translate(strErrorCode.empty() ? "error" : strErrorCode);
+    if (m_strErrorText.find(reason) != std::string::npos) {
+        return;
     }
+    if (!m_strErrorText.empty()) {
+        m_strErrorText += ", ";
+    }
+    m_strErrorText += reason;
     if (strErrorCode == "missingItems") {
         m_strErrorText += ": ";
         for (const xml::Node& item : items) {

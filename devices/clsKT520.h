@@ -84,7 +84,7 @@ private:
     // Step of a good read: each item to its trend, test, event log or page.
     void distributeItems(const std::string& strName, const std::vector<xml::Node>& items);
     // Step of a failed group reply: the error flag and text.
-    void gatherError(const std::string& strName, const std::string& strErrorCode,
+    void gatherError(const std::string& strErrorCode,
                      const std::vector<xml::Node>& items);
 };
 

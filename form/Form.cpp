@@ -97,6 +97,9 @@ void Form::remove(Control& control) {
     if (array->second.m_elements.empty()) {
         m_arrays.erase(array);
     }
+    if (m_focused == &control) {
+        m_focused = nullptr;
+    }
     std::erase(m_order, &control);
     std::erase_if(m_owned, [&](const auto& owned) { return owned.get() == &control; });
 }
@@ -223,6 +226,7 @@ int Form::raiseKeyPress(Control& control, int keyAscii) {
 }
 
 void Form::raiseGotFocus(Control& control) {
+    m_focused = &control;
     FormEvent e = makeEvent(EventKind::GotFocus, control);
     raise(e);
 }
@@ -230,6 +234,9 @@ void Form::raiseGotFocus(Control& control) {
 void Form::raiseLostFocus(Control& control) {
     FormEvent e = makeEvent(EventKind::LostFocus, control);
     raise(e);
+    if (m_focused == &control) {
+        m_focused = nullptr;
+    }
 }
 
 void Form::raiseItemCheck(Control& listView, int row, bool checked) {

@@ -105,6 +105,10 @@ public:
     int raiseKeyPress(Control& control, int keyAscii);
     void raiseGotFocus(Control& control);
     void raiseLostFocus(Control& control);
+    // The control that holds the focus, from its GotFocus to its LostFocus;
+    // none between. Only the user edits the control that has the focus: a
+    // write into any other control is the program's own.
+    [[nodiscard]] const Control* focused() const noexcept { return m_focused; }
     // Sets the row's check box first, as the list view does, then raises.
     void raiseItemCheck(Control& listView, int row, bool checked);
     // Selects the node first, as the tree view does; an unknown key throws.
@@ -128,6 +132,7 @@ private:
     friend class Control;
     void notify(const PropertyChange& change);
     void optionSelected(Control& option);
+    Control* m_focused = nullptr;
 
     std::vector<std::unique_ptr<Control>> m_owned;
     std::vector<Control*> m_order;

@@ -134,6 +134,9 @@ void Toolbar::Stop() {
     device.setSmuiStopPressed(true);
     bool blCancelled = false;
     m_control.control().CancelRequests(tools.ConnectionID, blCancelled);
+    // The BL answers none of the cancelled requests: nothing is out any more.
+    tools.OpenRequests.clear();
+    tools.ReadGroup = false;
     form.userControl().setMousePointer(kArrowPointer);
     for (const char* action : {"read", "write", "calibration", "test"}) {
         tools.CommunicationSign(action, "0");

@@ -171,6 +171,14 @@ bool clsTools::ValuesOk(std::string_view strFrame, std::string_view strIsOk) {
     return index ? m_valuesOk[*index] : false;
 }
 
+bool clsTools::CloseRequest(std::string_view strName) {
+    const auto open = std::find(OpenRequests.begin(), OpenRequests.end(), strName);
+    if (open != OpenRequests.end()) {
+        OpenRequests.erase(open);
+    }
+    return OpenRequests.empty();
+}
+
 bool clsTools::CommunicationSign(std::string_view strAction, std::string_view strIsOk) {
     const auto index = indexOf(kSignActions, strAction);
     if (!index) {

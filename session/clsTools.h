@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kt500::session {
 
@@ -84,6 +85,13 @@ public:
     bool OnCommunication = false;
     bool ShowProgressbar = false;
     bool ReadGroup = false;
+    // The requests posted to the BL whose final reply has not come yet, by
+    // the name they went out with. The final reply of the last of them
+    // closes the busy state, whatever the progress bar counted.
+    std::vector<std::string> OpenRequests;
+    // Takes one request of that name off OpenRequests (a final reply of a
+    // group that is not open takes none); True when none is open any more.
+    bool CloseRequest(std::string_view strName);
     bool TimerFlag = false;
     std::int16_t StatusRequesCount = 0;
 

@@ -80,10 +80,40 @@ bool SameValue(const std::string& page, const std::string& device, const std::st
     return std::abs(shown - sent) <= 0.5 * std::pow(10.0, -decimals) + 1e-9;
 }
 
+// The field that shows a parameter: the first control of the KT520's pages
+// that holds a value under its tag.
+const form::Control* FieldOf(form::Form& form, const std::string& name) {
+    for (const form::Control* candidate : form.controls()) {
+        if (candidate->tag() == name && data::HoldsValue(*candidate) &&
+            data::LiesOn(*candidate, "fraKT520")) {
+            return candidate;
+        }
+    }
+    return nullptr;
+}
+
+// What the page shows of a parameter that it holds in another form than
+// the device: the date over its three fields, the packed serial number and
+// device id decoded. Empty when the page shows the device's value itself.
+std::optional<std::pair<std::string, std::string>> ShownAndExpected(host::RavikKT500& control,
+                                                                    const std::string& name,
+                                                                    const std::string& device) {
+    form::Form& form = control.form();
+    if (name == "deviceDate") {
+        return std::pair{control.deviceClass().DeviceDate(), device};
+    }
+    if (name == "kt500SerialNumber") {
+        return std::pair{FieldOf(form, name)->text(),
+                         devices::DecodeSerNro(devices::ToInt32(device))};
+    }
+    if (name == "deviceId") {
+        return std::pair{form.control("lblHAPositionerInformation", 14).caption(),
+                         devices::DecodeDeviceID(devices::ToInt32(device))};
+    }
+    return std::nullopt;
+}
+
 TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
-    // Values the pages show in another form than the device holds them.
-    const std::set<std::string> converted = {"deviceId", "kt500SerialNumber", "deviceDate",
-                                             "deviceDay", "deviceMonth"};
     // Groups whose values go to charts and lists not filled yet, and pages
     // whose charts are not drawn yet: their replies report what is missing,
     // the pages' values are in place all the same.
@@ -120,17 +150,15 @@ TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
             const xml::Node parameter = document.ParameterNodeByName(name);
             const std::optional<std::string> device =
                 session.bl().simulatedControl().deviceValue(name);
-            if (converted.contains(name) || !device || parameter.attribute("access") == "write") {
+            if (!device || parameter.attribute("access") == "write") {
                 continue;
             }
-            const form::Control* field = nullptr;
-            for (const form::Control* candidate : form.controls()) {
-                if (candidate->tag() == name && data::HoldsValue(*candidate) &&
-                    data::LiesOn(*candidate, "fraKT520")) {
-                    field = candidate;
-                    break;
-                }
+            if (const auto converted = ShownAndExpected(control(), name, *device)) {
+                EXPECT_EQ(converted->first, converted->second) << name;
+                ++compared;
+                continue;
             }
+            const form::Control* field = FieldOf(form, name);
             ASSERT_NE(field, nullptr) << "no field for " << name;
             const std::string decimals = parameter.attribute("decimals");
             EXPECT_TRUE(SameValue(data::FieldValue(*field, false), *device,

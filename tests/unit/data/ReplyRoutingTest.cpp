@@ -101,13 +101,19 @@ form::ToolbarModel& Toolbar(TestUserControl& uc) {
 }
 
 // The state of a running read: toolbar busy, hourglass, sign on.
-void StartRead(TestUserControl& uc, bool blBarVisible) {
+// A read of operationUnit out at the BL; with blChainOpen another request
+// of the same chain is still out as well.
+void StartRead(TestUserControl& uc, bool blChainOpen) {
     Toolbar(uc).setEnabled("stop", true);
     for (const char* key : {"uploadCurrent", "send", "settings"}) {
         Toolbar(uc).setEnabled(key, false);
     }
     uc.form().userControl().setMousePointer(11);
-    uc.form().control("ProgressBar1").setVisible(blBarVisible);
+    uc.form().control("ProgressBar1").setVisible(true);
+    uc.tools().OpenRequests = {"operationUnit"};
+    if (blChainOpen) {
+        uc.tools().OpenRequests.emplace_back("positionerInformation");
+    }
     uc.tools().ReadGroup = true;
     uc.tools().value_saved = true;
     uc.tools().CommunicationSign("read", "1");
@@ -156,7 +162,7 @@ TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
         const char* access;
         bool isFinal;
         bool error;
-        bool barVisible;
+        bool chainOpen;
         std::int16_t autoAction;
         bool observer;
         const char* state;
@@ -164,7 +170,8 @@ TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
         const char* rowsLeft;  // of the rows u (this page), a and b (unchecked)
     } cases[] = {
         {"read", false, false, false, 0, false, busy, {}, "u a b"},
-        // A chain still counting and a device action keep the tools busy.
+        // Another request of the chain still out, and a device action, keep
+        // the tools busy; the bar's count decides nothing.
         {"read", true, false, true, 0, false, busy, {T, C}, "a b"},
         {"read", true, false, false, 1, false, busy, {C}, "a b"},
         // A read drops its own page's rows, checked or not.
@@ -178,11 +185,11 @@ TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(::testing::Message()
-                     << c.access << " final " << c.isFinal << " error " << c.error << " bar "
-                     << c.barVisible << " action " << c.autoAction << " observer " << c.observer);
+                     << c.access << " final " << c.isFinal << " error " << c.error << " chain "
+                     << c.chainOpen << " action " << c.autoAction << " observer " << c.observer);
         TestUserControl uc(
             testing::SessionOf("KT520_7", true, c.observer ? "observer" : "maintenance"));
-        StartRead(uc, c.barVisible);
+        StartRead(uc, c.chainOpen);
         uc.tools().CurrentAutoAction = c.autoAction;
         const form::Control* signs[] = {
             &ChangedField(uc, ControlKind::TextBox, "txtHAOperationUnit", kFree, kOperationUnit,
@@ -198,6 +205,7 @@ TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
         EXPECT_EQ(uc.calls, c.calls);
         EXPECT_EQ(uc.tools().ValuesOk("operationUnit", ""), c.isFinal);
         EXPECT_EQ(ReadState(uc), c.state);
+        EXPECT_EQ(uc.form().control("ProgressBar1").visible(), std::string(c.state) == busy);
         for (const form::Control* sign : signs) {
             EXPECT_EQ(SignOn(*sign), !c.isFinal || c.error) << sign->displayName();
         }

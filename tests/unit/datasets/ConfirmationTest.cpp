@@ -28,6 +28,10 @@ protected:
             sent.emplace_back(group, access);
         };
         uc.tools().CurrentFrame = "HAalertSettings";
+        // The operation unit page holds a date the device can take: a page
+        // with an invalid date sends nothing.
+        uc.values.FillDateFields();
+        uc.deviceClass().SetDeviceDate(15, 3, 2024);
     }
     form::ListViewModel& rows() { return uc.form().control("lsvConfirmation").listView(); }
     // The snapshot of a page as the first edit takes it.
@@ -94,6 +98,30 @@ TEST_F(ConfirmationTest, OnlineSendWritesCheckedRowsOnePerPage) {
     EXPECT_EQ(rows().subItem(1, kNameColumn), "splitRangeHigh");
     EXPECT_EQ(uc.tools().CurrentFrame, "HAalertSettings");
     EXPECT_TRUE(uc.form().control("ProgressBar1").visible());
+}
+
+// A page holding a refused value or an invalid device date sends nothing at
+// all, and says which field stops it.
+TEST_F(ConfirmationTest, ARefusedFieldOrAnInvalidDateStopsTheWholeSend) {
+    for (const bool dateInvalid : {false, true}) {
+        SCOPED_TRACE(dateInvalid ? "date" : "refused field");
+        sent.clear();
+        rows().clear();
+        uc.confirmation.AddConfirmationRow("hartTag", "HAoperationUnit", "", "A", "B");
+        form::Control& description = uc.form().control("txtHAOperationUnit", 1);
+        description.setForeColor(dateInvalid ? devices::ColorSynchronised : devices::ColorRefused);
+        uc.deviceClass().SetDeviceDate(15, 3, dateInvalid ? 2156 : 2024);
+
+        uc.confirmation.cmdSend_Click(kConfirmationSend);
+
+        EXPECT_TRUE(sent.empty());
+        EXPECT_EQ(rows().count(), 1);
+        EXPECT_EQ(uc.messages,
+                  std::vector<std::string>{uc.Translate("valueCheck") + ": " +
+                                           uc.Translate("invalidValue") + " " +
+                                           uc.Translate(dateInvalid ? "deviceDate" : "description")});
+        uc.messages.clear();
+    }
 }
 
 TEST_F(ConfirmationTest, EmptyNumericValueBlocksTheSendUnlessUnticked) {
