@@ -1,6 +1,7 @@
 #include "data/Uploads.h"
 
 #include "data/ProgramWrite.h"
+#include "data/RoleRules.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "xml/XPath.h"
@@ -17,6 +18,8 @@ namespace kt500::data {
 namespace {
 
 constexpr int kHourglass = 11;
+// The toolbar's second band holds the upload items.
+constexpr int kUploadBand = 1;
 constexpr int kNormalPointer = 0;
 constexpr std::string_view kProgressReading = "progressReading";
 
@@ -83,7 +86,16 @@ form::ToolbarModel& Toolbar(form::Form& form) {
 }  // namespace
 
 void Uploads::EnableUploadTools() {
+    // The band reads the device: online "uploadCurrent" and each upload
+    // group that the GUIInit document names, offline none of them.
+    const bool online = Allows(m_control.tools(), Right::Upload);
     form::ToolbarModel& toolbar = Toolbar(m_control.form());
+    for (const std::string& key : toolbar.bandItems(kUploadBand)) {
+        toolbar.setEnabled(key, online && key == "uploadCurrent");
+    }
+    if (!online) {
+        return;
+    }
     for (const xml::Node& group : UploadGroups(m_control.tools())) {
         toolbar.setEnabled(group.attribute("name"), true);
     }
