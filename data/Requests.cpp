@@ -2,6 +2,7 @@
 
 #include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
+#include "data/RoleRules.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -26,24 +27,10 @@ form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
 }
 
-// The commands of the pages that must not run beside communication.
-constexpr std::string_view MonitoringCommands[] = {"cmdHAMonitoring", "cmdPAMonitoring",
-                                                   "cmdPLMonitoring"};
-constexpr std::string_view CalibrationCommands[] = {"cmdHAAutoTravelCalibration",
-                                                    "cmdHAInputSignalMeasurementCalibration",
-                                                    "cmdHAPositionTransmitterCalibration",
-                                                    "cmdHAPressureSensorCalibration",
-                                                    "cmdHATemperatureSensorCalibration",
-                                                    "cmdPAAutoTravelCalStart",
-                                                    "cmdPAPositionSensorCalibration",
-                                                    "cmdPAPressureSensorCalibration",
-                                                    "cmdPATemperatureSensorCalibration",
-                                                    "cmdPAFactoryReset",
-                                                    "cmdPLAutocalibration"};
+// The commands of the pages that must not run beside communication and
+// that no role rule limits.
 constexpr std::string_view OtherCommands[] = {"cmdHALoadFactorUpdate", "cmdHAFlowModification",
-                                              "cmdPAFlowModification", "cmdStartTest",
-                                              "cmdPLSetTestSettings",  "cmdPLStartTest"};
-constexpr std::string_view ResetCommand = "cmdResetDiagnostics";
+                                              "cmdPAFlowModification"};
 
 // Every element of a command (array) that is on the form.
 void SetCommandEnabled(const form::Form& form, std::string_view strName, bool blEnabled) {
@@ -343,22 +330,19 @@ void Requests::refused() {
 }
 
 void Requests::EnableDeviceActions(bool blEnabled) {
-    session::clsTools& tools = m_control.tools();
-    form::Form& form = m_control.form();
-    const std::string& role = tools.ActorRole;
-
+    const session::clsTools& tools = m_control.tools();
+    const form::Form& form = m_control.form();
+    // A running monitor or device action keeps its own commands.
     if (!tools.MonitoringFlag && tools.CurrentAutoAction == 0) {
-        for (const std::string_view name : MonitoringCommands) {
-            SetCommandEnabled(form, name, blEnabled);
-        }
+        EnableCommands(form, tools, Right::Monitoring, blEnabled);
     }
     for (const std::string_view name : OtherCommands) {
         SetCommandEnabled(form, name, blEnabled);
     }
-    SetCommandEnabled(form, ResetCommand, blEnabled && role != "observer");
-    const bool blCalibrations = blEnabled && role != "observer" && role != "operator";
-    for (const std::string_view name : CalibrationCommands) {
-        SetCommandEnabled(form, name, blCalibrations);
+    // What the role and the mode withhold stays off.
+    for (const Right right : {Right::Test, Right::Calibration, Right::ResetDiagnostics,
+                              Right::FactoryReset}) {
+        EnableCommands(form, tools, right, blEnabled);
     }
 }
 

@@ -114,7 +114,8 @@ public:
                                        const std::string& strGraphValues) = 0;
 
     // --- Presentation ---
-    // Enables the toolbar item of every upload group of the GUIInit document.
+    // The upload band for the mode: online "uploadCurrent" and every upload
+    // group of the GUIInit document, offline none.
     virtual void EnableUploadTools() = 0;
     // The limits of a role on the toolbar and the page commands.
     virtual void ApplyRole(const std::string& strRole) = 0;

@@ -1,5 +1,6 @@
 #include "host/RavikKT500.h"
 
+#include "data/RoleRules.h"
 #include "devices/MemberMissing.h"
 
 #include <charconv>
@@ -33,7 +34,14 @@ std::optional<std::int32_t> numberOf(const std::string& strText) {
 RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platform)
     : m_form(std::move(form)),
       m_platform(std::move(platform)),
-      m_session(*this, m_platform.settings, m_platform.debugOutput, m_platform.defaults.SavePath) {
+      m_session(*this, m_platform.settings, m_platform.debugOutput, m_platform.defaults.SavePath,
+                [this] {
+                    std::vector<std::int32_t> ids;
+                    if (m_pLanguage) {
+                        m_pLanguage->GetLanguageIds(ids);
+                    }
+                    return ids;
+                }) {
     if (!m_form) {
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
@@ -189,14 +197,9 @@ xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {
 }
 
 void RavikKT500::EnableTesting(bool blValue) {
-    // The test commands of every family, as far as their pages are on the form.
-    for (const char* name : {"cmdStartTest", "cmdPLSetTestSettings", "cmdPLStartTest"}) {
-        for (const int element : {0, 1}) {
-            if (form::Control* command = m_form->find(name, element)) {
-                command->setEnabled(blValue);
-            }
-        }
-    }
+    // The test commands of every family, as far as their pages are on the
+    // form; the role and the mode may still hold them off.
+    data::EnableCommands(*m_form, tools(), data::Right::Test, blValue);
 }
 
 // --- Events of the BL ---

@@ -55,6 +55,7 @@ void Captions::TranslateForm() {
     TranslateColumns("lsvEventLog");
     TranslateColumns("lsvConfirmation");
     TranslateToolbar();
+    TranslateStatusItems();
     TranslateControls();
     TranslatePopupItems();
     TranslateConfirmationRows();
@@ -89,6 +90,21 @@ void Captions::TranslateToolbar() {
         const std::string& tipKey = item.toolTipKey.empty() ? item.captionKey : item.toolTipKey;
         toolbar.setText(item.key, m_control.Translate(item.captionKey));
         toolbar.setToolTip(item.key, m_control.Translate(tipKey));
+    }
+}
+
+void Captions::TranslateStatusItems() {
+    form::ToolbarModel& toolbar = m_control.form().control("smuiDTM", kToolbarElement).toolbar();
+    // An empty text has not been set yet (no session): it stays empty.
+    if (!toolbar.item("strDtmStatus").text.empty()) {
+        toolbar.setText("strDtmStatus", m_control.Translate(m_control.tools().OnlineConf
+                                                                ? "dtmConnected"
+                                                                : "dtmDisconnected"));
+    }
+    // The header status shows the picture's state by name.
+    const std::string& state = toolbar.item("imgHeaderStatus").picture;
+    if (!toolbar.item("strHeaderStatus").text.empty() && !state.empty()) {
+        toolbar.setText("strHeaderStatus", m_control.Translate(state));
     }
 }
 
@@ -209,11 +225,7 @@ void Captions::comSelectLanguage_Click() {
 void Captions::cmdSettingsOK_Click() {
     session::clsTools& tools = m_control.tools();
     devices::DeviceClass& device = m_control.deviceClass();
-    // A family page's tag carries the family prefix, the name of its node
-    // follows; the status and address pages are named by their node.
-    const std::string prefix = device.DevicePrefix();
-    const std::string& frame = tools.CurrentFrame;
-    const std::string page = frame.starts_with(prefix) ? frame.substr(prefix.size()) : frame;
+    const std::string page = data::NodeOfFrame(tools.CurrentFrame, device.DevicePrefix());
     device.HideFrames();
     device.ShowFrame(page);
 }

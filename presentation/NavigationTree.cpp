@@ -42,6 +42,9 @@ void NavigationTree::BuildNavigationTree() {
     devices::DeviceClass& device = m_control.deviceClass();
     SelectNode(device.DefaultNodeIndex());
     tools.CurrentFrame = device.DevicePrefix() + tools.strDefaultFrame();
+    // The default page stands alone: the page in view (the settings page,
+    // say, after a language change) gives way.
+    device.HideFrames();
     device.ShowFrame(tools.strDefaultFrame());
 }
 

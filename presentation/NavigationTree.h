@@ -27,7 +27,7 @@ public:
     explicit NavigationTree(devices::IUserControl& control) : m_control(control) {}
 
     // Rebuilds treeNavigation, selects the default node and shows the
-    // default page.
+    // default page alone.
     void BuildNavigationTree();
     // Selects the node at a 1-based position in the tree's order and keeps
     // it as LatestSelectedNode; a position outside the tree selects nothing.
