@@ -119,6 +119,9 @@ void FlowModification::Start() {
     }
     tools.DesiredFlowCurve.clear();
     tools.InstalledFlowCurve.clear();
+    // The list shows no curve while the empty table is drawn, so that the
+    // curve names stay empty until the user's choice.
+    ShowCurve("");
     ClearFlowModificationTable();
     for (const int subset : {kSignalModificationSubset, kDesiredSubset, kInstalledSubset}) {
         UpdateFlowModificationGraph(subset);
@@ -299,7 +302,16 @@ void FlowModification::SetFlowModificationTable(int intSubset) {
 }
 
 void FlowModification::ClearFlowModificationTable() {
-    m_control.deviceClass().ClearFlowModificationTable();
+    // Emptying the table is a write of the program: the list keeps its curve.
+    session::clsTools& tools = m_control.tools();
+    tools.UpdateCurveFlag = true;
+    try {
+        m_control.deviceClass().ClearFlowModificationTable();
+    } catch (...) {
+        tools.UpdateCurveFlag = false;
+        throw;
+    }
+    tools.UpdateCurveFlag = false;
 }
 
 bool FlowModification::ValidateCurve() {
