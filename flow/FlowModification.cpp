@@ -239,6 +239,11 @@ void FlowModification::Apply() {
     if (form::Control* characterization = form.find(page.points, kCharacterizationElement)) {
         characterization->setText(blLinear ? "0" : "1");
     }
+    // The PROFIBUS class keeps whether the applied curve is the identity.
+    devices::DeviceClass& device = m_control.deviceClass();
+    if (device.DevicePrefix() == "PA") {
+        device.setFlowModCurveLinear(blLinear);
+    }
     SetStep(FlowStep::Idle);
     ClearFlowModificationTable();
     for (const int subset : {kSignalModificationSubset, kDesiredSubset, kInstalledSubset}) {
@@ -251,7 +256,6 @@ void FlowModification::Apply() {
     UpdateFlowModificationGraph(kSignalModificationSubset);
     SetIdleControls();
     if (blConfirmedBefore) {
-        devices::DeviceClass& device = m_control.deviceClass();
         device.HideFrames();
         device.ShowFrame("confirmation1");
     }
