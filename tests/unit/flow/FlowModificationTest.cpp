@@ -1,5 +1,6 @@
 #include "flow/FlowModification.h"
 #include "flow/CurveArithmetic.h"
+#include "flow/CurveFile.h"
 #include "flow/PresetCurves.h"
 #include "support/TestUserControl.h"
 
@@ -96,18 +97,20 @@ TEST_F(FlowPageTest, ACurveFileJumpsToTheResultWithItsInverseAsInstalledCurve) {
     EXPECT_EQ(kt->tools().FlowModificationStep, 3);
     EXPECT_EQ(kt->tools().InstalledFlowCurve, "Kurvant");
     EXPECT_EQ(kt->tools().DesiredFlowCurve, "Linear");
-    EXPECT_TRUE(kt->tools().value_saved);
     // The page shows the file's curve; subset 0 holds it with the means.
     EXPECT_NEAR(std::stof(point(1)), quick[2], 1e-3);
     EXPECT_NEAR(table.at(1, kSignalModificationSubset), quick[2] / 2.0F, 1e-3);
-    // The installed curve is the file curve's inverse: applied to the file
-    // curve it gives the identity.
-    CurveTable check;
-    check.setColumn(kInstalledSubset, table.column(kInstalledSubset));
-    check.setColumn(kWorkingSubset, table.column(kWorkingSubset));
-    const CurveRowList desired = CalculateDesiredCurve(check, 11);
-    for (int j = 1; j < 10; ++j) {
-        EXPECT_NEAR(desired[2 * j], 10.0F * j, 0.05) << j;
+    // The installed curve is the file curve inverted at the linear curve.
+    CurveTable direct;
+    CurveFilePoints chr{};
+    for (int j = 0; j <= 10; ++j) {
+        chr[j] = quick[2 * j];
+    }
+    FillFromCurveFile(direct, chr);
+    const ModifiedCurve inverse = CalculateModifiedCurve(direct, 11);
+    for (int j = 0; j <= 10; ++j) {
+        EXPECT_NEAR(table.at(2 * j, kInstalledSubset), inverse.rows[2 * j], 1e-3) << j;
+        EXPECT_FLOAT_EQ(table.at(2 * j, kDesiredSubset), 10.0F * j) << j;
     }
     const form::Control& label = kt->form().control("lblHAFlowModification", 15);
     EXPECT_EQ(label.tag(), "newSignalModificationCurve");
