@@ -389,8 +389,9 @@ void FlowModification::LoadCurveFile(const std::string& strPath) {
         }
         throw std::runtime_error(text);
     };
+    std::error_code folder;
     std::ifstream file(strPath, std::ios::binary);
-    if (!file || std::filesystem::is_directory(strPath)) {
+    if (!file || std::filesystem::is_directory(strPath, folder)) {
         refuse("", 0);
     }
     std::string bytes(kCurveFileMaxBytes + 1, '\0');

@@ -120,6 +120,38 @@ TEST_F(FlowPageTest, ACurveFileJumpsToTheResultWithItsInverseAsInstalledCurve) {
     EXPECT_TRUE(kt->form().control("txtHAFlowModification", 4).enabled());
 }
 
+TEST_F(FlowPageTest, CancelAfterALoadShowsTheLoadedCurve) {
+    open("KT520_7");
+    flow->SetFlowModificationTable(*PresetCurve("Linear"));
+    flow->UpdateFlowModificationGraph(kSignalModificationSubset);
+    flow->LoadCurveFile(file("cancel.chr", "0 p.u\n0.3 p.u\n0.45 p.u\n0.55 p.u\n0.63 p.u\n0.7 p.u\n"
+                                           "0.77 p.u\n0.83 p.u\n0.89 p.u\n0.95 p.u\n1 p.u\n")
+                            .string());
+    flow->cmdFlowModification_Click(kCancel);
+    EXPECT_EQ(kt->tools().FlowModificationStep, 0);
+    EXPECT_EQ(point(1), "30");
+    EXPECT_EQ(point(5), "70");
+    EXPECT_FALSE(kt->form().control("txtHAFlowModification", 5).enabled());
+    EXPECT_TRUE(kt->form().control("cmdHAFlowModification", kStart).enabled());
+    EXPECT_FALSE(kt->form().control("cmdHAFlowModification", kApply).enabled());
+}
+
+TEST_F(FlowPageTest, ThePaClassReadsAFileIntoAllTwentyOneRows) {
+    open("KT540_1.0");
+    flow->LoadCurveFile(file("pa.chr", "0 p.u\n0.3 p.u\n0.45 p.u\n0.55 p.u\n0.63 p.u\n0.7 p.u\n"
+                                       "0.77 p.u\n0.83 p.u\n0.89 p.u\n0.95 p.u\n1 p.u\n")
+                            .string());
+    EXPECT_EQ(kt->tools().FlowModificationStep, 3);
+    CurveTable direct;
+    CurveFilePoints chr{0, 30, 45, 55, 63, 70, 77, 83, 89, 95, 100, 0};
+    FillFromCurveFile(direct, chr);
+    const ModifiedCurve inverse = CalculateModifiedCurve(direct, 21);
+    for (int row = 0; row < kUsedRows; ++row) {
+        EXPECT_NEAR(table.at(row, kInstalledSubset), inverse.rows[row], 1e-3) << row;
+    }
+    EXPECT_GT(table.at(1, kInstalledSubset), 0.0F);  // odd rows are points here
+}
+
 TEST_F(FlowPageTest, AnObserverSeesTheLoadedResultButCannotApply) {
     open("KT520_7", "observer");
     flow->LoadCurveFile(file("observer.chr", "0 p.u\n0.1 p.u\n0.2 p.u\n0.3 p.u\n0.4 p.u\n0.5 p.u\n"
