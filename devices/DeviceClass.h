@@ -250,6 +250,8 @@ protected:
     // The end point of a step test: the sum of elements 1 and 2 of the test
     // settings fields when both hold text, else 0.
     [[nodiscard]] float stepEndPointOf(std::string_view strSettingsArray) const;
+    // Empties the point boxes 0 to ModificationPoints - 1 of a flow page.
+    void clearFlowPoints(std::string_view strPointArray) const;
 
     // The trend time spans this class carries, by property name.
     [[nodiscard]] virtual bool hasTrendTime(std::string_view /*strProperty*/) const {

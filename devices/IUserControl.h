@@ -110,6 +110,9 @@ public:
     // The online fill of the event log from the items of one reply.
     virtual void FillEventLog(const std::vector<xml::Node>& items) = 0;
     virtual void UpdateFlowModificationGraph(int intSubset) = 0;
+    // Reads a *.chr curve file onto the flow modification page (the file
+    // page's confirmation of a curve file); a file it cannot read throws.
+    virtual void LoadCurveFile(const std::string& strPath) = 0;
     virtual void UpdateMonitoringGraph(const std::string& strValues,
                                        const std::string& strGraphValues) = 0;
 

@@ -50,6 +50,7 @@ public:
     [[nodiscard]] std::string txtFlowModification(int intIndex) override {
         return elementText({"txtHAFlowModification", intIndex});
     }
+    void ClearFlowModificationTable() override { clearFlowPoints("txtHAFlowModification"); }
 
     void Reply(xml::Document& xmlDoc) override;
     [[nodiscard]] std::string MonitorLogHeaders() override;

@@ -49,6 +49,7 @@ public:
     [[nodiscard]] std::string txtFlowModification(int intIndex) override {
         return elementText({"txtPAFlowModification", intIndex});
     }
+    void ClearFlowModificationTable() override { clearFlowPoints("txtPAFlowModification"); }
 
     // One revision: nothing to adapt.
     void SetDeviceRevisionChanges() override {}

@@ -52,6 +52,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_toolbar.addHandlers(m_handlers);
     m_captions.addHandlers(m_handlers);
     m_confirmation.addHandlers(m_handlers);
+    m_flow.addHandlers(m_handlers);
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }

@@ -18,6 +18,8 @@
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
 #include "devices/Units.h"
+#include "flow/CurveTable.h"
+#include "flow/FlowModification.h"
 #include "form/EventHandlers.h"
 #include "form/Form.h"
 #include "session/DebugTrace.h"
@@ -205,9 +207,10 @@ public:
     void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
         throw devices::MemberMissing("FillEventLog");
     }
-    void UpdateFlowModificationGraph(int /*intSubset*/) override {
-        throw devices::MemberMissing("UpdateFlowModificationGraph");
+    void UpdateFlowModificationGraph(int intSubset) override {
+        m_flow.UpdateFlowModificationGraph(intSubset);
     }
+    void UpdateFlowModification() { m_flow.UpdateFlowModification(); }
     void UpdateMonitoringGraph(const std::string& /*strValues*/,
                                const std::string& /*strGraphValues*/) override {
         throw devices::MemberMissing("UpdateMonitoringGraph");
@@ -256,6 +259,10 @@ public:
     }
     void UndoAllPages() override { m_undo.UndoAllPages(); }
 
+    // --- Flow characteristic ---
+    void LoadCurveFile(const std::string& strPath) override { m_flow.LoadCurveFile(strPath); }
+    void SaveCurveFile(const std::string& strPath) { m_flow.SaveCurveFile(strPath); }
+
     // --- Members of the control ---
     std::unique_ptr<session::clsTools> m_objTools;
     std::shared_ptr<services::IDtmControl> m_pControl;
@@ -265,6 +272,8 @@ public:
     std::unique_ptr<devices::DeviceClass> m_objDeviceClass;
     int m_buttonPressed = 0;
     std::string strPresetCurveValues;
+    // The flow curves: 22 rows by the four subsets of their roles.
+    flow::CurveTable m_arrFlowCurves;
 
 private:
     void UserControl_Initialize();
@@ -304,6 +313,7 @@ private:
     data::PageHandlers m_pageHandlers{*this};
     datasets::Confirmation m_confirmation{*this};
     datasets::Undo m_undo{*this};
+    flow::FlowModification m_flow{*this, m_arrFlowCurves, strPresetCurveValues};
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};

@@ -67,8 +67,8 @@ void RavikKT500::UserControl_Initialize() {
             curves.addItem(name);
         }
     }
-    // The flow curve tables and their presets arrive with the flow
-    // characteristic (m_arrFlowCurves); until then there is nothing to mark empty.
+    // Every slot of the flow curves is marked empty; the presets are constant.
+    m_arrFlowCurves.fill(-1.0F);
 
     m_objTools->FlowModificationStep = 0;
     m_objTools->CalibrationStep = 0;

@@ -78,6 +78,37 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         Settle(desktop);
         take({});
     }
+    // The flow modification procedure, one picture a step: an installed
+    // "1/25" curve made linear.
+    const std::string flowPage = control.m_objDeviceClass ? control.m_objDeviceClass->DevicePrefix() + "flowModification" : "";
+    const std::string flowCommands = "cmd" + flowPage.substr(0, 2) + "FlowModification";
+    if (!flowPage.empty() && form.find(flowCommands, 0) != nullptr &&
+        std::find(keys.begin(), keys.end(), "flowModification") != keys.end()) {
+        const auto press = [&](int element) {
+            desktop.gate().run([&form, &flowCommands, element] {
+                form.raiseClick(form.control(flowCommands, element));
+            });
+            Settle(desktop);
+        };
+        desktop.gate().run([&form, &tree] { form.raiseNodeClick(tree, "flowModification"); });
+        press(0);
+        desktop.gate().run([&form, &control] {
+            form::Control& curves =
+                form.control("comFlowModification", control.m_objDeviceClass->FlowModificationIndex());
+            for (int item = 0; item < curves.listCount(); ++item) {
+                if (curves.list(item) == "1/25") {
+                    curves.setListIndex(item);
+                }
+            }
+        });
+        Settle(desktop);
+        take(flowPage + "_step1");
+        press(3);
+        take(flowPage + "_step2");
+        press(3);
+        take(flowPage + "_step3");
+        press(4);
+    }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");

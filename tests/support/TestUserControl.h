@@ -220,6 +220,7 @@ public:
     void UpdateFlowModificationGraph(int intSubset) override {
         record("UpdateFlowModificationGraph " + std::to_string(intSubset));
     }
+    void LoadCurveFile(const std::string& strPath) override { record("LoadCurveFile " + strPath); }
     void UpdateMonitoringGraph(const std::string& strValues,
                                const std::string& strGraphValues) override {
         record("UpdateMonitoringGraph " + strValues + " | " + strGraphValues);

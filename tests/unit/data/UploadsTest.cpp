@@ -137,15 +137,17 @@ TEST(CmdReloadTest, NoToTheQuestionLeavesTheProgressAsItWas) {
     EXPECT_EQ(s.bar().max(), 50);
 }
 
-TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
+TEST(CmdReloadTest, TheFlowModificationPageEmptiesItsCurveTableAndReads) {
     Session s;
     s.uc.tools().CurrentFrame = "HAflowModification";
-    EXPECT_THROW(s.uc.uploads.cmdReload(), devices::MemberMissing);
+    s.uc.form().control("txtHAFlowModification", 3).setText("30");
+    s.uc.uploads.cmdReload();
+    EXPECT_EQ(s.uc.form().control("txtHAFlowModification", 3).text(), "");
     EXPECT_FALSE(s.uc.form().control("comFlowModification", 0).enabled());
     EXPECT_TRUE(s.uc.form().control("comFlowModification", 1).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 0).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 10).enabled());
-    EXPECT_TRUE(s.sent.empty());
+    EXPECT_FALSE(s.sent.empty());
 }
 
 TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
