@@ -91,6 +91,9 @@ void Form::remove(Control& control) {
                     [&](const Control* c) { return c->m_container == &control; })) {
         throw std::invalid_argument(control.displayName() + " still contains controls");
     }
+    if (m_focused == &control) {
+        m_focused = nullptr;
+    }
     notify(PropertyChange{control, PropertyId::Name, {}, -1});
     const auto array = m_arrays.find(control.name());
     array->second.m_elements.erase(control.index());
@@ -223,6 +226,7 @@ int Form::raiseKeyPress(Control& control, int keyAscii) {
 }
 
 void Form::raiseGotFocus(Control& control) {
+    m_focused = &control;
     FormEvent e = makeEvent(EventKind::GotFocus, control);
     raise(e);
 }
@@ -230,6 +234,9 @@ void Form::raiseGotFocus(Control& control) {
 void Form::raiseLostFocus(Control& control) {
     FormEvent e = makeEvent(EventKind::LostFocus, control);
     raise(e);
+    if (m_focused == &control) {
+        m_focused = nullptr;
+    }
 }
 
 void Form::raiseItemCheck(Control& listView, int row, bool checked) {

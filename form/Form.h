@@ -105,6 +105,9 @@ public:
     int raiseKeyPress(Control& control, int keyAscii);
     void raiseGotFocus(Control& control);
     void raiseLostFocus(Control& control);
+    // The control between its GotFocus and its LostFocus, or nothing: a
+    // handler tells the user's choice from the program's write by it.
+    [[nodiscard]] const Control* focusedControl() const noexcept { return m_focused; }
     // Sets the row's check box first, as the list view does, then raises.
     void raiseItemCheck(Control& listView, int row, bool checked);
     // Selects the node first, as the tree view does; an unknown key throws.
@@ -131,6 +134,7 @@ private:
 
     std::vector<std::unique_ptr<Control>> m_owned;
     std::vector<Control*> m_order;
+    const Control* m_focused = nullptr;
     std::map<std::string, ControlArray, std::less<>> m_arrays;
     std::unique_ptr<Control> m_userControl;
     EventSink m_sink;
