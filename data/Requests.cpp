@@ -88,7 +88,7 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
         RemoveGroupRows(m_control.form(), str_frame);
         tools.ValuesOk(str_frame, "0");
         if (str_frame == "valveTest" || str_frame == "pneumaticsTest") {
-            throw devices::MemberMissing("EnableTestKeyFigures");
+            m_control.EnableTestKeyFigures(true);
         }
     }
 

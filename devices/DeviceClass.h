@@ -269,6 +269,42 @@ protected:
     using FrameGroup = std::pair<std::string_view, std::string_view>;
     void sendOfflineGroups(std::span<const FrameGroup> groups);
 
+    // --- The shape of Reply that the PROFIBUS and safety valve classes share
+    // (devices/SharedReply.cpp); each difference is one of the hooks below.
+    void replyShared(xml::Document& xmlDoc);
+    // A "deviceStatus" reply: the status tree and the header.
+    virtual void statusReply(xml::Document& xmlDoc);
+    // Whether an item of a "deviceStatus" reply decides ShowDeviationAlert;
+    // called for every item before it reaches the status tree.
+    virtual void deviationAlertItem(xml::Node /*item*/) {}
+    // The items of a good read of a group with a row of the class's item
+    // table; False leaves them to the shared rows (event log, page values).
+    virtual bool classItems(const std::string& /*strName*/,
+                            const std::vector<xml::Node>& /*items*/) {
+        return false;
+    }
+    // After the items of a good read or write, before the group closes.
+    virtual void afterGoodReply(const std::string& /*strName*/, const std::string& /*strAccess*/,
+                                bool /*isFinal*/, const std::vector<xml::Node>& /*items*/) {}
+    // The tree node that a good final reply of a reset group marks "read".
+    [[nodiscard]] virtual std::string resetTreeNode() const { return "resetDiagnostics"; }
+    // Whether a failed group with this error code is reported to the user.
+    [[nodiscard]] virtual bool reportsFailure(const std::string& /*strErrorCode*/) const {
+        return true;
+    }
+    // The monitoring reply while monitoring is off: the page's state label.
+    virtual void monitoringStopped() { missing("monitoringStopped"); }
+    // The shared status walk: every item to the tree, then parents and header.
+    void sharedDeviceStatus(xml::Document& xmlDoc);
+    // Good read: each item to the class's table, the event log or its page.
+    void sharedItems(const std::string& strName, const std::vector<xml::Node>& items);
+    // Failed reply: the error flag and the text of the failed group.
+    void sharedGatherError(const std::string& strName, const std::string& strErrorCode,
+                           const std::vector<xml::Node>& items);
+    // Whether a reply holds an item of that name.
+    [[nodiscard]] static bool holdsItem(const std::vector<xml::Node>& items,
+                                        std::string_view strName);
+
     // Reply state of a sequence: the error flag, the monitoring error flag,
     // the error text and the graph values that ArrangeValues leaves.
     bool m_blError = false;

@@ -109,6 +109,15 @@ public:
     virtual void AddHysteresisTestValuePair(xml::Node item) = 0;
     // The online fill of the event log from the items of one reply.
     virtual void FillEventLog(const std::vector<xml::Node>& items) = 0;
+    // The safety valve controller's trends and tests.
+    virtual void AddBreakawayPressureValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddLeakageSignalValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddValveTestValuePair(xml::Node item) = 0;
+    virtual void AddPneumaticsTestValuePair(xml::Node item) = 0;
+    virtual void EnableTestKeyFigures(bool blValue) = 0;
+    // Empties the safety valve controller's target mode in the data set and
+    // on its page, once the device has taken it.
+    virtual void ResetTargetMode() = 0;
     virtual void UpdateFlowModificationGraph(int intSubset) = 0;
     // Reads a *.chr curve file onto the flow modification page (the file
     // page's confirmation of a curve file); a file it cannot read throws.

@@ -48,6 +48,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_units.addHandlers(m_handlers);
     m_uploads.addHandlers(m_handlers);
     m_pageHandlers.addHandlers(m_handlers);
+    m_familyPageEvents.addHandlers(m_handlers);
     m_navigation.addHandlers(m_handlers);
     m_toolbar.addHandlers(m_handlers);
     m_captions.addHandlers(m_handlers);
@@ -201,6 +202,38 @@ void RavikKT500::EnableTesting(bool blValue) {
     // The test commands of every family, as far as their pages are on the
     // form; the role and the mode may still hold them off.
     data::EnableCommands(*m_form, tools(), data::Right::Test, blValue);
+}
+
+void RavikKT500::EnableTestKeyFigures(bool blValue) {
+    // The key figures of the safety valve controller's valve test page and
+    // their captions.
+    const auto enable = [this, blValue](std::string_view name, int first, int last) {
+        for (int index = first; index <= last; ++index) {
+            if (form::Control* field = m_form->find(name, index)) {
+                field->setEnabled(blValue);
+            }
+        }
+    };
+    enable("lblPLParams", 26, 32);
+    enable("lblPLParamTitle", 99, 99);
+    enable("lblPLParamTitle", 101, 108);
+}
+
+void RavikKT500::ResetTargetMode() {
+    try {
+        xml::Node node = ParameterNodeByName("targetMode");
+        if (!node) {
+            return;
+        }
+        // The device has taken the mode: the data set holds no pending one.
+        node.setAttribute("value", "");
+        node.setAttribute("synchronised", "1");
+        if (form::Control* list = m_form->find("comPLParams", 3)) {
+            list->setListIndex(-1);
+        }
+    } catch (const std::exception& failure) {
+        ShowMsg("ResetTargetMode", failure.what());
+    }
 }
 
 // --- Events of the BL ---

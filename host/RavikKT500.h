@@ -6,6 +6,7 @@
 #pragma once
 
 #include "data/ChangeTracking.h"
+#include "data/FamilyPageEvents.h"
 #include "data/PageHandlers.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
@@ -207,6 +208,20 @@ public:
     void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
         throw devices::MemberMissing("FillEventLog");
     }
+    void AddBreakawayPressureValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddBreakawayPressureValuePair");
+    }
+    void AddLeakageSignalValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddLeakageSignalValuePair");
+    }
+    void AddValveTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddValveTestValuePair");
+    }
+    void AddPneumaticsTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddPneumaticsTestValuePair");
+    }
+    void EnableTestKeyFigures(bool blValue) override;
+    void ResetTargetMode() override;
     void UpdateFlowModificationGraph(int intSubset) override {
         m_flow.UpdateFlowModificationGraph(intSubset);
     }
@@ -311,6 +326,7 @@ private:
     data::ChangeTracking m_changes{*this};
     data::Uploads m_uploads{*this};
     data::PageHandlers m_pageHandlers{*this};
+    data::FamilyPageEvents m_familyPageEvents{*this};
     datasets::Confirmation m_confirmation{*this};
     datasets::Undo m_undo{*this};
     flow::FlowModification m_flow{*this, m_arrFlowCurves, strPresetCurveValues};

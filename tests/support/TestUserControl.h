@@ -217,6 +217,22 @@ public:
     void FillEventLog(const std::vector<xml::Node>& items) override {
         record("FillEventLog " + std::to_string(items.size()));
     }
+    void AddBreakawayPressureValuePair(xml::Node item, bool) override {
+        record("AddBreakawayPressureValuePair " + item.attribute("name"));
+    }
+    void AddLeakageSignalValuePair(xml::Node item, bool) override {
+        record("AddLeakageSignalValuePair " + item.attribute("name"));
+    }
+    void AddValveTestValuePair(xml::Node item) override {
+        record("AddValveTestValuePair " + item.attribute("name"));
+    }
+    void AddPneumaticsTestValuePair(xml::Node item) override {
+        record("AddPneumaticsTestValuePair " + item.attribute("name"));
+    }
+    void EnableTestKeyFigures(bool blValue) override {
+        record("EnableTestKeyFigures " + std::to_string(blValue));
+    }
+    void ResetTargetMode() override { record("ResetTargetMode"); }
     void UpdateFlowModificationGraph(int intSubset) override {
         record("UpdateFlowModificationGraph " + std::to_string(intSubset));
     }
