@@ -298,9 +298,9 @@ protected:
     void sharedDeviceStatus(xml::Document& xmlDoc);
     // Good read: each item to the class's table, the event log or its page.
     void sharedItems(const std::string& strName, const std::vector<xml::Node>& items);
-    // Failed reply: the error flag and the text of the failed group.
-    void sharedGatherError(const std::string& strName, const std::string& strErrorCode,
-                           const std::vector<xml::Node>& items);
+    // Failed reply: the error flag and the text of the failed group, the
+    // translated error code once a group, the missing items behind it.
+    void sharedGatherError(const std::string& strErrorCode, const std::vector<xml::Node>& items);
     // Whether a reply holds an item of that name.
     [[nodiscard]] static bool holdsItem(const std::vector<xml::Node>& items,
                                         std::string_view strName);

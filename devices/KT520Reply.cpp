@@ -110,7 +110,7 @@ void clsKT520::Reply(xml::Document& xmlDoc) {
             control.SetReadVariables(name, isFinal, access, m_blError);
         }
     } else if (name != kMonitoring) {
-        gatherError(errorCode, topItems(xmlDoc));
+        sharedGatherError(errorCode, topItems(xmlDoc));
     } else {
         // A failed monitoring reply shows only on the tree; the next good
         // one clears it.
@@ -191,32 +191,6 @@ void clsKT520::distributeItems(const std::string& strName, const std::vector<xml
                 AppendSeparated(tools.MonitoringValues, value);
             }
         }
-    }
-}
-
-void clsKT520::gatherError(const std::string& strErrorCode,
-                           const std::vector<xml::Node>& items) {
-    IUserControl& control = userControl();
-    m_blError = true;
-    // The report says why: the BL's error code in the user's language, each
-    // code once in a group's sequence.
-    const std::string reason = control.Translate(strErrorCode.empty() ? "error" : strErrorCode);
-    if (m_strErrorText.find(reason) != std::string::npos) {
-        return;
-    }
-    if (!m_strErrorText.empty()) {
-        m_strErrorText += ", ";
-    }
-    m_strErrorText += reason;
-    if (strErrorCode == "missingItems") {
-        m_strErrorText += ": ";
-        for (const xml::Node& item : items) {
-            const std::string itemName = item.attribute("name");
-            control.ChangeImage(itemName, FrameArrayName(), "error");
-            m_strErrorText += control.Translate(itemName) + ", ";
-        }
-        // Only the blank goes: the message shows the list ending in a comma.
-        m_strErrorText.pop_back();
     }
 }
 

@@ -114,7 +114,7 @@ void DeviceClass::replyShared(xml::Document& xmlDoc) {
         // would take back what the class shows.
         afterGoodReply(name, access, isFinal, items);
     } else if (name != kMonitoring) {
-        sharedGatherError(name, errorCode, topItems(xmlDoc));
+        sharedGatherError(errorCode, topItems(xmlDoc));
     } else {
         control.ChangeTreeIcon(std::string(kMonitoring), "error");
         m_blMonitoringError = true;
@@ -138,6 +138,11 @@ void DeviceClass::replyShared(xml::Document& xmlDoc) {
         }
         m_blError = false;
         m_strErrorText.clear();
+    }
+
+    if (name == kMonitoring) {
+        closeLiveValueRead(name, isFinal, access,
+                           responseStatus != "ok" && responseStatus != "local");
     }
 
     if (name == kMonitoring && responseStatus == "ok") {
@@ -188,17 +193,20 @@ void DeviceClass::sharedItems(const std::string& strName, const std::vector<xml:
     }
 }
 
-void DeviceClass::sharedGatherError(const std::string& strName, const std::string& strErrorCode,
+void DeviceClass::sharedGatherError(const std::string& strErrorCode,
                                     const std::vector<xml::Node>& items) {
     IUserControl& control = userControl();
     m_blError = true;
-    const std::string group = control.Translate(strName);
-    if (m_strErrorText.find(group) == std::string::npos) {
-        if (!m_strErrorText.empty()) {
-            m_strErrorText += ", ";
-        }
-        m_strErrorText += group;
+    // The report says why: the BL's error code in the user's language, each
+    // code once in a group's sequence.
+    const std::string reason = control.Translate(strErrorCode.empty() ? "error" : strErrorCode);
+    if (m_strErrorText.find(reason) != std::string::npos) {
+        return;
     }
+    if (!m_strErrorText.empty()) {
+        m_strErrorText += ", ";
+    }
+    m_strErrorText += reason;
     if (strErrorCode == "missingItems") {
         m_strErrorText += ": ";
         for (const xml::Node& item : items) {

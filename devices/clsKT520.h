@@ -84,9 +84,6 @@ private:
     void deviceStatus(xml::Document& xmlDoc);
     // Step of a good read: each item to its trend, test, event log or page.
     void distributeItems(const std::string& strName, const std::vector<xml::Node>& items);
-    // Step of a failed group reply: the error flag and text.
-    void gatherError(const std::string& strErrorCode,
-                     const std::vector<xml::Node>& items);
 };
 
 }  // namespace kt500::devices
