@@ -44,6 +44,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_toolbar.addHandlers(m_handlers);
     m_captions.addHandlers(m_handlers);
     m_confirmation.addHandlers(m_handlers);
+    m_calibrations.addHandlers(m_handlers);
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }
@@ -188,17 +189,6 @@ xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {
     return m_parameterDocument->ParameterNodeByName(strName);
 }
 
-void RavikKT500::EnableTesting(bool blValue) {
-    // The test commands of every family, as far as their pages are on the form.
-    for (const char* name : {"cmdStartTest", "cmdPLSetTestSettings", "cmdPLStartTest"}) {
-        for (const int element : {0, 1}) {
-            if (form::Control* command = m_form->find(name, element)) {
-                command->setEnabled(blValue);
-            }
-        }
-    }
-}
-
 // --- Events of the BL ---
 
 bool RavikKT500::IQDLGuiEvent_UpdateSessionData(const std::string& strSessionData) {
@@ -215,18 +205,19 @@ bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
     return true;
 }
 
-void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool /*blReady*/) {
-    // The device action framework, which starts the calibration or the test
-    // that asked for the device, is not part of the control yet.
-    Guard("IQDLGuiEvent_ReadyForAutoAction", [] { throw MemberMissing("StartAutoCalibration"); });
+void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool blReady) {
+    Guard("IQDLGuiEvent_ReadyForAutoAction",
+          [this, blReady] { m_calibrations.IQDLGuiEvent_ReadyForAutoAction(blReady); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool /*blSuccess*/) {
-    Guard("IQDLGuiEvent_AutoActionComplete", [] { throw MemberMissing("AutoActionComplete"); });
+void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool blSuccess) {
+    Guard("IQDLGuiEvent_AutoActionComplete",
+          [this, blSuccess] { m_calibrations.IQDLGuiEvent_AutoActionComplete(blSuccess); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool /*blStopped*/) {
-    Guard("IQDLGuiEvent_AutoActionStopped", [] { throw MemberMissing("AutoActionStopped"); });
+void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool blStopped) {
+    Guard("IQDLGuiEvent_AutoActionStopped",
+          [this, blStopped] { m_calibrations.IQDLGuiEvent_AutoActionStopped(blStopped); });
 }
 
 void RavikKT500::IQDLGuiEvent_OnLockDataSet(const std::string& /*strFirst*/,
