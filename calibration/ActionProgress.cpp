@@ -53,4 +53,24 @@ void RestoreToolbar(devices::IUserControl& control, bool blKeepSettings) {
     toolbar.setEnabled("stop", false);
 }
 
+void StepAnswered(devices::IUserControl& control, std::string_view strButtons) {
+    Toolbar(control).setEnabled("stop", false);
+    form::Form& form = control.form();
+    form::Control* first = form.find(strButtons, 0);
+    if (first == nullptr) {
+        first = form.find(strButtons, -1);
+    }
+    if (first != nullptr) {
+        first->setEnabled(true);
+    }
+}
+
+void ReleaseDevice(devices::IUserControl& control) {
+    if (!control.tools().OnlineConf) {
+        return;
+    }
+    RestoreToolbar(control);
+    control.EnableDeviceActions(true);
+}
+
 }  // namespace kt500::calibration

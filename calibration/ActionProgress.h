@@ -21,5 +21,12 @@ void UnlockUploadAndSend(devices::IUserControl& control);
 // The toolbar after a stopped action or a failed test: as above, "settings"
 // too unless blKeepSettings, and "stop" disabled.
 void RestoreToolbar(devices::IUserControl& control, bool blKeepSettings = false);
+// A written calibration step was answered: nothing is pending ("stop" off),
+// but the procedure still owns the device, so the toolbar's upload and send
+// stay locked; the page's own first button works again.
+void StepAnswered(devices::IUserControl& control, std::string_view strButtons);
+// A calibration gives the device back: online, the toolbar and the action
+// buttons come back by the role's rules.
+void ReleaseDevice(devices::IUserControl& control);
 
 }  // namespace kt500::calibration

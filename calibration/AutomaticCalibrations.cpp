@@ -114,6 +114,7 @@ void AutomaticCalibrations::TwoButtonClick(const AutomaticProcedure& procedure, 
             m_page.show(page.second, false);
             tools.CalibrationStep = Step::Idle;
             tools.CurrentAutoAction = Action::None;
+            ReleaseDevice(m_control);
             break;
         default:
             stop(page);
@@ -147,6 +148,7 @@ void AutomaticCalibrations::OneButtonClick(const AutomaticProcedure& procedure,
             m_page.say(page->first, "start");
             tools.CalibrationStep = Step::Idle;
             tools.CurrentAutoAction = Action::None;
+            ReleaseDevice(m_control);
             break;
         default:
             stop(*page);
@@ -277,6 +279,7 @@ void AutomaticCalibrations::ManualPrestageTrimClick(int element) {
             tools.CurrentAutoAction = Action::None;
             bool blOff = false;
             m_control.control().SetCalibrationMode(false, blOff);
+            ReleaseDevice(m_control);
             break;
         }
         default:
@@ -298,6 +301,7 @@ void AutomaticCalibrations::ManualTrimWritten(bool blOk) {
     manualTrimFields(false);
     m_control.tools().CalibrationStep = Step::Finished;
     m_control.ChangeTreeIcon("manualPrestageTrim", blOk ? "read" : "error");
+    StepAnswered(m_control, ManualButtons);
 }
 
 void AutomaticCalibrations::addHandlers(form::EventHandlers& handlers) {

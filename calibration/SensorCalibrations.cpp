@@ -221,6 +221,7 @@ void SensorCalibrations::reset(const SensorProcedure& procedure) {
     tools().CurrentAutoAction = Action::None;
     bool blOff = false;
     m_control.control().SetCalibrationMode(false, blOff);
+    ReleaseDevice(m_control);
 }
 
 // The first button where the procedure has no row of its own:
@@ -280,6 +281,7 @@ void SensorCalibrations::Replied(bool blOk) {
             // The pages of the code that the family's form holds.
             if (m_page.control(procedure->label) != nullptr) {
                 (blOk ? row.ok : row.failed)(*this, *procedure);
+                StepAnswered(m_control, procedure->buttons);
             }
         }
         return;
