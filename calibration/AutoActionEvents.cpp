@@ -88,9 +88,21 @@ void AutoActionEvents::TestFailed() {
     RestoreToolbar(m_control, true);
 }
 
+bool AutoActionEvents::calibrationRuns() const {
+    const session::clsTools& tools = m_control.tools();
+    if (tools.CurrentAutoAction == Action::Calibration) {
+        return true;
+    }
+    // New session data put the action members back while the device went
+    // on with an automatic calibration: its end still closes the page.
+    return tools.CurrentAutoAction == Action::None && tools.CalibrationStep == Step::Running &&
+           (tools.CurrentCalibration == Code::AutoTravel ||
+            tools.CurrentCalibration == Code::AutoPrestageTrim);
+}
+
 void AutoActionEvents::AutoActionComplete(bool blSuccess) {
     session::clsTools& tools = m_control.tools();
-    const std::int16_t action = tools.CurrentAutoAction;
+    const std::int16_t action = calibrationRuns() ? Action::Calibration : tools.CurrentAutoAction;
     if (action == Action::Test) {
         if (blSuccess) {
             // The read of the test's results comes with the tests.
@@ -103,7 +115,7 @@ void AutoActionEvents::AutoActionComplete(bool blSuccess) {
 
     if (tools.CurrentAutoAction == Action::Test) {
         tools.CommunicationSign("test", "0");
-    } else if (tools.CurrentAutoAction == Action::Calibration) {
+    } else if (action == Action::Calibration) {
         // The result stays on the page until the user presses "ok".
         tools.CalibrationStep = Step::Finished;
         tools.CommunicationSign("calibration", "0");
@@ -117,7 +129,7 @@ void AutoActionEvents::AutoActionComplete(bool blSuccess) {
 
 void AutoActionEvents::AutoActionStopped(bool blStopped) {
     session::clsTools& tools = m_control.tools();
-    const std::int16_t action = tools.CurrentAutoAction;
+    const std::int16_t action = calibrationRuns() ? Action::Calibration : tools.CurrentAutoAction;
     if (!blStopped) {
         // The action goes on.
         if (action == Action::Calibration) {

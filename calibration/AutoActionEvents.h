@@ -38,6 +38,8 @@ public:
 
 private:
     [[nodiscard]] AutomaticCalibrations& calibrations() const;
+    // A calibration owns the device, or an automatic one still runs in it.
+    [[nodiscard]] bool calibrationRuns() const;
     void TestFailed();
 
     devices::IUserControl& m_control;
