@@ -43,17 +43,17 @@ void DeviceActionLock::EnableDeviceActions(bool blValue) {
         setEnabled("cmdPAMonitoring", {1, 0}, blValue);
         setEnabled("cmdPLMonitoring", {0, 1}, blWatch);
     }
-    setEnabled("cmdStartTest", {0, 1}, blWatch);
     setEnabled("cmdPAFlowModification", {0, 1}, blValue);
 
-    if (tools.ActorRole == "observer") {
+    // An observer starts no test; a test that runs keeps its stop.
+    const bool blObserver = tools.ActorRole == "observer";
+    setEnabled("cmdStartTest", {0, 1}, blTestRuns || (blValue && !blObserver));
+
+    // Neither an observer nor an operator resets diagnostics or calibrates.
+    if (blObserver || tools.ActorRole == "operator") {
         blValue = false;
     }
     setEnabled("cmdResetDiagnostics", {0, 1, 2, 3}, blValue);
-
-    if (tools.ActorRole == "operator") {
-        blValue = false;
-    }
     for (const char* name : CalibrationStarts) {
         setEnabled(name, {0}, blValue);
     }

@@ -2,9 +2,10 @@
 // buttons of the pages may be pressed. Communication that takes the device
 // (an upload, a send, a device action) locks them and gives them back when
 // it ends; the role of the session then decides what comes back: an
-// "operator" runs tests but calibrates nothing, an "observer" in addition
-// resets no diagnostics. Monitoring and the test buttons stay usable while
-// a test runs, so that the test can be watched and stopped.
+// "operator" runs the tests of the KT520 and KT540 pages but resets no
+// diagnostics and calibrates nothing, an "observer" in addition starts no
+// test. Monitoring and the test buttons stay usable while a test runs, so
+// that the test can be watched and stopped.
 #pragma once
 
 #include "devices/IUserControl.h"
