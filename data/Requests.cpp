@@ -27,18 +27,6 @@ form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
 }
 
-// The commands of the pages that must not run beside communication and
-// that no role rule limits.
-constexpr std::string_view OtherCommands[] = {"cmdHALoadFactorUpdate", "cmdHAFlowModification",
-                                              "cmdPAFlowModification"};
-
-// Every element of a command (array) that is on the form.
-void SetCommandEnabled(const form::Form& form, std::string_view strName, bool blEnabled) {
-    for (form::Control* command : form.elements(strName)) {
-        command->setEnabled(blEnabled);
-    }
-}
-
 // The value fields of the page shown: a check box, text box or list box
 // whose container is the family's page frame tagged CurrentFrame. The first
 // field of a tag wins.
@@ -327,23 +315,6 @@ void Requests::refused() {
         CloseBusyState(m_control, "read");
     }
     m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
-}
-
-void Requests::EnableDeviceActions(bool blEnabled) {
-    const session::clsTools& tools = m_control.tools();
-    const form::Form& form = m_control.form();
-    // A running monitor or device action keeps its own commands.
-    if (!tools.MonitoringFlag && tools.CurrentAutoAction == 0) {
-        EnableCommands(form, tools, Right::Monitoring, blEnabled);
-    }
-    for (const std::string_view name : OtherCommands) {
-        SetCommandEnabled(form, name, blEnabled);
-    }
-    // What the role and the mode withhold stays off.
-    for (const Right right : {Right::Test, Right::Calibration, Right::ResetDiagnostics,
-                              Right::FactoryReset}) {
-        EnableCommands(form, tools, right, blEnabled);
-    }
 }
 
 }  // namespace kt500::data

@@ -75,6 +75,9 @@ public:
     virtual void SendRequest(const std::string& str_frame, const std::string& str_accessType) = 0;
     virtual void EnableDeviceActions(bool blEnabled) = 0;
     virtual void EnableTesting(bool blValue) = 0;
+    // Shows the progress of a group's read with its caption key.
+    virtual void SetProgressBar(const std::string& strRequestGroup,
+                                const std::string& strCaption) = 0;
     // Reads the pages of an upload group ("uploadAll", "uploadIdentification"...).
     virtual void RunUploadGroup(const std::string& strGroup) = 0;
     // The click of cmdReload element 0: re-reads the current page.

@@ -54,6 +54,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_captions.addHandlers(m_handlers);
     m_confirmation.addHandlers(m_handlers);
     m_flow.addHandlers(m_handlers);
+    m_calibrations.addHandlers(m_handlers);
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }
@@ -198,12 +199,6 @@ xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {
     return m_parameterDocument->ParameterNodeByName(strName);
 }
 
-void RavikKT500::EnableTesting(bool blValue) {
-    // The test commands of every family, as far as their pages are on the
-    // form; the role and the mode may still hold them off.
-    data::EnableCommands(*m_form, tools(), data::Right::Test, blValue);
-}
-
 void RavikKT500::EnableTestKeyFigures(bool blValue) {
     // The key figures of the safety valve controller's valve test page and
     // their captions.
@@ -252,18 +247,19 @@ bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
     return true;
 }
 
-void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool /*blReady*/) {
-    // The device action framework, which starts the calibration or the test
-    // that asked for the device, is not part of the control yet.
-    Guard("IQDLGuiEvent_ReadyForAutoAction", [] { throw MemberMissing("StartAutoCalibration"); });
+void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool blReady) {
+    Guard("IQDLGuiEvent_ReadyForAutoAction",
+          [this, blReady] { m_calibrations.IQDLGuiEvent_ReadyForAutoAction(blReady); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool /*blSuccess*/) {
-    Guard("IQDLGuiEvent_AutoActionComplete", [] { throw MemberMissing("AutoActionComplete"); });
+void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool blSuccess) {
+    Guard("IQDLGuiEvent_AutoActionComplete",
+          [this, blSuccess] { m_calibrations.IQDLGuiEvent_AutoActionComplete(blSuccess); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool /*blStopped*/) {
-    Guard("IQDLGuiEvent_AutoActionStopped", [] { throw MemberMissing("AutoActionStopped"); });
+void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool blStopped) {
+    Guard("IQDLGuiEvent_AutoActionStopped",
+          [this, blStopped] { m_calibrations.IQDLGuiEvent_AutoActionStopped(blStopped); });
 }
 
 void RavikKT500::IQDLGuiEvent_OnLockDataSet(const std::string& /*strFirst*/,

@@ -5,6 +5,7 @@
 // behaviour lives in a class of its own, which the control owns and forwards to.
 #pragma once
 
+#include "calibration/Calibrations.h"
 #include "data/ChangeTracking.h"
 #include "data/FamilyPageEvents.h"
 #include "data/PageHandlers.h"
@@ -158,8 +159,16 @@ public:
     void SendRequest(const std::string& str_frame, const std::string& str_accessType) override {
         m_requests.SendRequest(str_frame, str_accessType);
     }
-    void EnableDeviceActions(bool blEnabled) override { m_requests.EnableDeviceActions(blEnabled); }
-    void EnableTesting(bool blValue) override;
+    void EnableDeviceActions(bool blEnabled) override {
+        m_calibrations.EnableDeviceActions(blEnabled);
+    }
+    void EnableTesting(bool blValue) override { m_calibrations.EnableTesting(blValue); }
+    void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption) override {
+        m_uploads.SetProgressBar(strRequestGroup, strCaption);
+    }
+    // A device action asks for the device: "" when the BL will answer with
+    // the ready event, else the translated refusal.
+    std::string PrepareAutoAction() { return m_calibrations.PrepareAutoAction(); }
     // The toolbar's upload groups and the Reload of the page shown.
     void RunUploadGroup(const std::string& strGroup) override {
         m_uploads.RunUploadGroup(strGroup);
@@ -180,9 +189,7 @@ public:
     }
     // The trend charts' limits come with the trends.
     void UpdateLimits() override { throw devices::MemberMissing("UpdateLimits"); }
-    void CalibrationValueSet(bool /*blOk*/) override {
-        throw devices::MemberMissing("CalibrationValueSet");
-    }
+    void CalibrationValueSet(bool blOk) override { m_calibrations.CalibrationValueSet(blOk); }
     void BuildStatusTree() override { m_statusTree.BuildStatusTree(); }
     void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList, xml::Node xmlItem) override {
         m_statusTree.UpdateStatusTree(xmlStatusList, xmlItem);
@@ -335,6 +342,7 @@ private:
     presentation::NavigationTree m_navigation{*this};
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
+    calibration::Calibrations m_calibrations{*this};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

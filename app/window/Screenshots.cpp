@@ -112,6 +112,25 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");
+    // A travel calibration while it runs and when it has ended, on the
+    // family's two-button page.
+    constexpr const char* travel = "automaticTravelCalibration";
+    form::Control* start = form.find("cmdHAAutoTravelCalibration", 0);
+    if (started && options.online && start != nullptr && tree.tree().find(travel) != nullptr) {
+        desktop.gate().run([&form, &tree, travel] { form.raiseNodeClick(tree, travel); });
+        desktop.gate().run([&form, start] {
+            form.raiseClick(*start);
+            form.raiseClick(form.control("cmdHAAutoTravelCalibration", 1));
+        });
+        const std::string page = control.m_objTools->CurrentFrame;
+        desktop.gate().run([&desktop] { desktop.session().wait(1000); });
+        QCoreApplication::processEvents();
+        take(page + "Running");
+        Settle(desktop);
+        take(page + "Finished");
+        desktop.gate().run([&form, start] { form.raiseClick(*start); });
+        Settle(desktop);
+    }
     // The messages the boxes showed on the way, each once with its count.
     std::vector<std::pair<std::string, int>> messages;
     for (const auto& box : desktop.session().dialogs().takeBoxes()) {

@@ -5,6 +5,7 @@
 // test; the members of the other subsystems are the real ones.
 #pragma once
 
+#include "calibration/DeviceActionLock.h"
 #include "data/ChangeTracking.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
@@ -100,7 +101,10 @@ public:
         }
         requests.SendRequest(str_frame, str_accessType);
     }
-    void EnableDeviceActions(bool blEnabled) override { requests.EnableDeviceActions(blEnabled); }
+    void EnableDeviceActions(bool blEnabled) override { actionLock.EnableDeviceActions(blEnabled); }
+    void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption) override {
+        uploads.SetProgressBar(strRequestGroup, strCaption);
+    }
     void EnableTesting(bool blValue) override {
         calls.push_back("EnableTesting " + std::to_string(blValue));
     }
@@ -302,6 +306,7 @@ public:
 
     data::ParameterValues values{*this};
     data::Requests requests{*this};
+    calibration::DeviceActionLock actionLock{*this};
     // The upload chains; RunUploadGroup and cmdReload above only record.
     data::Uploads uploads{*this};
     presentation::NavigationTree navigation{*this};

@@ -236,30 +236,6 @@ TEST_P(RequestsRefusalTest, ARefusedRequestGivesTheToolsBackAndReports) {
 
 INSTANTIATE_TEST_SUITE_P(Roles, RequestsRefusalTest, ::testing::Values("maintenance", "observer"));
 
-TEST_F(RequestsTest, EnablingKeepsTheRoleRulesAndLeavesRunningMonitoringAlone) {
-    // An operator may reset the diagnostics but not calibrate.
-    uc.tools().ActorRole = "operator";
-    const std::vector<form::Control*> resets = uc.form().elements("cmdResetDiagnostics");
-    const std::vector<form::Control*> calibrations =
-        uc.form().elements("cmdHAAutoTravelCalibration");
-    ASSERT_FALSE(resets.empty() || calibrations.empty());
-    uc.requests.EnableDeviceActions(false);
-    EXPECT_FALSE(uc.form().control("cmdHAMonitoring", 1).enabled());
-    EXPECT_FALSE(uc.form().control("cmdStartTest", 1).enabled());
-    EXPECT_FALSE(resets[0]->enabled());
-
-    uc.tools().MonitoringFlag = true;
-    uc.requests.EnableDeviceActions(true);
-    EXPECT_FALSE(uc.form().control("cmdHAMonitoring", 0).enabled());
-    EXPECT_TRUE(uc.form().control("cmdStartTest", 1).enabled());
-    for (const form::Control* reset : resets) {
-        EXPECT_TRUE(reset->enabled()) << reset->displayName();
-    }
-    for (const form::Control* calibration : calibrations) {
-        EXPECT_FALSE(calibration->enabled()) << calibration->displayName();
-    }
-}
-
 TEST(AutoActionRequestTest, IsAValidRequestWithoutItems) {
     TestUserControl uc;
     const xml::LoadResult parsed =
