@@ -28,7 +28,7 @@ const std::map<std::string, Arity, std::less<>>& commands() {
         {"toolbar", {1, 2}},      {"row", {3, 3}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
-        {"confirmation", {1, 1}}, {"chart", {2, 2}},
+        {"confirmation", {1, 1}}, {"chart", {2, 2}},    {"focus", {2, 2}},
     };
     return table;
 }
@@ -166,6 +166,8 @@ void ScriptRunner::execute(const ScriptLine& line) {
         click(line);
     } else if (name == "type") {
         type(line);
+    } else if (name == "focus") {
+        focus(line);
     } else if (name == "select") {
         select(line);
     } else if (name == "check") {
@@ -286,6 +288,14 @@ void ScriptRunner::type(const ScriptLine& line) {
     (void)form.raiseKeyPress(control,
                              text.empty() ? kBackspace : static_cast<unsigned char>(text.front()));
     control.setText(text);
+    form.raiseLostFocus(control);
+}
+
+void ScriptRunner::focus(const ScriptLine& line) {
+    form::Control& control = ScriptTargets(m_session).control(line.words[1]);
+    form::Form& form = *control.form();
+    // The focus passes through the field: no key, no change.
+    form.raiseGotFocus(control);
     form.raiseLostFocus(control);
 }
 
