@@ -159,6 +159,9 @@ std::pair<std::optional<double>, std::optional<double>> RandomActions::limits(
 std::string RandomActions::validValue(const std::string& tag) {
     const xml::Node parameter = m_session.control().ParameterNodeByName(tag);
     const auto [lowLimit, highLimit] = limits(tag);
+    if (tag == "deviceDate") {
+        return std::to_string(1990 + below(70));  // the year box of the date
+    }
     if (parameter.attribute("type") == "stringVal") {
         const int length = 1 + below(static_cast<int>(std::min(highLimit.value_or(12.0), 12.0)));
         std::string text = "R";
@@ -184,7 +187,9 @@ std::string RandomActions::invalidValue(const std::string& tag) {
     const xml::Node parameter = m_session.control().ParameterNodeByName(tag);
     const auto [low, high] = limits(tag);
     std::vector<std::string> choices;
-    if (parameter.attribute("type") == "stringVal") {
+    if (tag == "deviceDate") {
+        choices = {"20x4", "year"};
+    } else if (parameter.attribute("type") == "stringVal") {
         if (high) {
             choices.push_back(std::string(static_cast<std::size_t>(*high) + 3, 'X'));
         }
@@ -291,7 +296,8 @@ bool RandomActions::build(const std::string& kind, Step& step) {
                              (below(2) == 0 ? " on" : " off"));
     } else if (kind == "send") {
         step.lines.emplace_back("toolbar send");
-        if (!online) {
+        // With no ticked row the send button takes no click and asks nothing.
+        if (!online && rows.listView().checkedCount() > 0) {
             step.lines.emplace_back(below(4) == 0 ? "answer no" : "answer yes");
             step.allowedHeaders.insert(control.Translate("offlineConfiguratoin"));
         }
@@ -305,7 +311,8 @@ bool RandomActions::build(const std::string& kind, Step& step) {
     } else if (kind == "undoAll") {
         step.lines = {"toolbar undoAll"};
     } else if (kind == "reload") {
-        if (below(3) == 0) {
+        // The reload asks only while the page has unsaved edits.
+        if (control.tools().value_saved && below(3) == 0) {
             step.lines.emplace_back("answer no");
         }
         step.lines.emplace_back("toolbar uploadCurrent");

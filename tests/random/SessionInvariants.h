@@ -34,6 +34,7 @@ private:
     [[nodiscard]] std::map<std::string, std::string> dataSetValues() const;
     [[nodiscard]] bool sameAsRow(const Row& row, const std::string& wire,
                                  const std::string& wireUnit) const;
+    [[nodiscard]] std::string confirmedDate(const std::string& held) const;
     [[nodiscard]] double toUnit(double value, const std::string& from, const std::string& to) const;
     void checkBoxes(const Step& step, std::vector<std::string>& broken) const;
     void checkWrites(std::vector<std::string>& broken, std::map<std::string, std::string>& written);
