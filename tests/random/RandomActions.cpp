@@ -1,5 +1,6 @@
 #include "random/RandomSession.h"
 
+#include "app/ScriptTargets.h"
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -277,12 +278,7 @@ bool RandomActions::build(const std::string& kind, Step& step) {
             return false;
         }
         const Field& field = fieldOf(listFields);
-        const int count = control.form().control(field.reference.substr(0, field.reference.find('[')),
-                                                 field.reference.find('[') == std::string::npos
-                                                     ? -1
-                                                     : std::stoi(field.reference.substr(
-                                                           field.reference.find('[') + 1)))
-                              .listCount();
+        const int count = app::ScriptTargets(m_session).control(field.reference).listCount();
         if (count == 0) {
             return false;
         }
