@@ -24,7 +24,8 @@ struct Arity {
 const std::map<std::string, Arity, std::less<>>& commands() {
     static const std::map<std::string, Arity, std::less<>> table = {
         {"start", {2, 9}},        {"session", {2, kAny}}, {"release", {1, 1}},   {"click", {2, 2}},
-        {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},     {"check", {3, 3}},     {"node", {2, 2}},
+        {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},    {"check", {3, 3}},
+        {"node", {2, 2}},
         {"toolbar", {1, 2}},      {"row", {3, 3}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
@@ -294,6 +295,7 @@ void ScriptRunner::type(const ScriptLine& line) {
 void ScriptRunner::focus(const ScriptLine& line) {
     form::Control& control = ScriptTargets(m_session).control(line.words[1]);
     form::Form& form = *control.form();
+    // The focus passes through the field: no key, no change.
     form.raiseGotFocus(control);
     form.raiseLostFocus(control);
 }
