@@ -52,6 +52,7 @@ public:
     }
 
     void Reply(xml::Document& xmlDoc) override;
+    void ArrangeValues() override;
     [[nodiscard]] std::string MonitorLogHeaders() override;
     void SetDeviceRevisionChanges() override;
     void SetDeviceTypeIdChanges() override;
