@@ -234,6 +234,7 @@ void Monitoring::StopMonitoring() {
         return;
     }
     tools.MonitoringFlag = false;
+    tools.CommunicationSign("monitoring", "0");
     if (form::Control* toolbar = m_control.form().find("smuiDTM")) {
         toolbar->toolbar().setText("strDtmStatus", "Stopped");
     }
@@ -246,7 +247,6 @@ void Monitoring::StopMonitoring() {
         command->setCaption(m_control.Translate("start"));
         command->setTag("start");
     }
-    tools.CommunicationSign("monitoring", "0");
 }
 
 void Monitoring::PageChanging(const std::string& strKey) {
