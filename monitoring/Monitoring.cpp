@@ -235,7 +235,7 @@ void Monitoring::StopMonitoring() {
     }
     tools.MonitoringFlag = false;
     tools.CommunicationSign("monitoring", "0");
-    if (form::Control* toolbar = m_control.form().find("smuiDTM")) {
+    if (form::Control* toolbar = m_control.form().find("smuiDTM", 1)) {
         toolbar->toolbar().setText("strDtmStatus", "Stopped");
     }
     m_control.control().StopMonitoringRequests(tools.ConnectionID);
