@@ -113,14 +113,14 @@ TEST_F(MonitoringTest, EachReplyIsOnePointAndASwitchedOffSeriesReadsMinus500) {
 TEST_F(MonitoringTest, TheWindowMovesByItsStepWhenAPointPassesItsEnd) {
     monitoring.cmdMonitoring_Click(0);
     const double start = monitoring.windowStart();
-    EXPECT_DOUBLE_EQ(monitoring.windowEnd() - start, kWindowWidth);
+    EXPECT_NEAR(monitoring.windowEnd() - start, kWindowWidth, 1e-9);
     clock = clock.addSecs(179);
     reply(all());
     EXPECT_EQ(monitoring.windowStart(), start);
     clock = clock.addSecs(2);
     reply(all());
-    EXPECT_DOUBLE_EQ(monitoring.windowEnd(), start + kWindowWidth + kWindowStep);
-    EXPECT_DOUBLE_EQ(monitoring.windowStart(), monitoring.windowEnd() - kWindowWidth);
+    EXPECT_NEAR(monitoring.windowEnd(), start + kWindowWidth + kWindowStep, 1e-9);
+    EXPECT_NEAR(monitoring.windowStart(), monitoring.windowEnd() - kWindowWidth, 1e-9);
     EXPECT_EQ(chart().axis(ChartAxisId::X).manualMax, monitoring.windowEnd());
     EXPECT_EQ(chart().option("ZoomMinX"), monitoring.windowStart());
 }

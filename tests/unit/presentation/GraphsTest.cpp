@@ -21,6 +21,7 @@ struct GraphsTest : ::testing::TestWithParam<const char*> {
 // Every row of the placement table: the chart sits in its frame element,
 // sized from the frame by the margins, and is set up by its builder.
 TEST_P(GraphsTest, EveryChartOfTheTableSitsInItsFrameWithTheMarginsOfItsRow) {
+    const bool inputSignalOnForm = uc.form().find("pesgoInputSignalVsTravel") != nullptr;
     graphs.PlaceAllCharts();
     const std::string type = uc.tools().DeviceType;
     const std::string_view frames = PlacementFrameArray(type);
@@ -43,8 +44,6 @@ TEST_P(GraphsTest, EveryChartOfTheTableSitsInItsFrameWithTheMarginsOfItsRow) {
     }
     // Only the charts the session created go at its end; a chart of the
     // form stays.
-    const bool inputSignalOnForm = uc.form().find("pesgoInputSignalVsTravel") != nullptr &&
-                                   type.rfind("KT520", 0) == 0;
     graphs.RemoveDeviceCharts();
     EXPECT_TRUE(graphs.sessionCharts().empty());
     for (const ChartPlacement& row : PlacementsOf(type)) {
