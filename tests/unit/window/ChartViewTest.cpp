@@ -39,7 +39,7 @@ protected:
         form().raiseClick(form().control("cmdHAMonitoring", 0));
         QTest::qWait(100);
     }
-    DesktopSession desktop;
+    DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
 TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
