@@ -304,6 +304,21 @@ protected:
     // Whether a reply holds an item of that name.
     [[nodiscard]] static bool holdsItem(const std::vector<xml::Node>& items,
                                         std::string_view strName);
+    // One monitored series of a family: the item's name, the page switch
+    // that shows it on the chart (a check box or an option), and whether its
+    // value is kept as the set point or the travel of the deviation label.
+    enum class MonitoringKeep { None, Setpoint, Travel };
+    struct MonitoringSeries {
+        std::string_view name;
+        PageElement shownBy;
+        MonitoringKeep keep;
+    };
+    // ArrangeValues over a family's series: MonitoringValues (name, value,
+    // name, value, ...) becomes the chart list in the series' order, with
+    // "-500" for a series switched off, the graph values the log list with
+    // every value; the deviation element shows set point less travel.
+    void arrangeMonitoringValues(std::span<const MonitoringSeries> series,
+                                 PageElement deviation);
 
     // Reply state of a sequence: the error flag, the monitoring error flag,
     // the error text and the graph values that ArrangeValues leaves.

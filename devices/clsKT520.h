@@ -53,6 +53,7 @@ public:
     void ClearFlowModificationTable() override { clearFlowPoints("txtHAFlowModification"); }
 
     void Reply(xml::Document& xmlDoc) override;
+    void ArrangeValues() override;
     [[nodiscard]] std::string MonitorLogHeaders() override;
     void SetDeviceRevisionChanges() override;
     void SetDeviceTypeIdChanges() override;

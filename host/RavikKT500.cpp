@@ -55,6 +55,13 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_confirmation.addHandlers(m_handlers);
     m_flow.addHandlers(m_handlers);
     m_calibrations.addHandlers(m_handlers);
+    m_filePage.addHandlers(m_handlers);
+    m_graphs.addHandlers(m_handlers);
+    m_monitoring.addHandlers(m_handlers);
+    m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
+                         [this] { m_monitoring.StartMonitorLog(); });
+    m_navigation.setPageChangeHandler(
+        [this](const std::string& strKey) { m_monitoring.PageChanging(strKey); });
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }

@@ -29,7 +29,10 @@
 #include "host/SessionData.h"
 #include "session/clsTools.h"
 #include "session/modRegistry.h"
+#include "monitoring/Monitoring.h"
 #include "presentation/Captions.h"
+#include "presentation/FileDialog.h"
+#include "presentation/Graphs.h"
 #include "presentation/NavigationTree.h"
 #include "presentation/Toolbar.h"
 #include "services/IDtmLanguage.h"
@@ -52,6 +55,9 @@ struct ControlPlatform {
     session::ISettingsStore& settings;
     session::IDebugOutput& debugOutput;
     session::PathDefaults defaults;
+    // The current date and time of the monitoring chart and log; the
+    // system clock when empty.
+    std::function<QDateTime()> clock = {};
 };
 
 class RavikKT500 final : public services::IQDLGuiEvent, public devices::IUserControl {
@@ -233,10 +239,13 @@ public:
         m_flow.UpdateFlowModificationGraph(intSubset);
     }
     void UpdateFlowModification() { m_flow.UpdateFlowModification(); }
-    void UpdateMonitoringGraph(const std::string& /*strValues*/,
-                               const std::string& /*strGraphValues*/) override {
-        throw devices::MemberMissing("UpdateMonitoringGraph");
+    void UpdateMonitoringGraph(const std::string& strValues,
+                               const std::string& strGraphValues) override {
+        m_monitoring.UpdateMonitoringGraph(strValues, strGraphValues);
     }
+    // The chart layer and the monitoring loop.
+    [[nodiscard]] presentation::Graphs& graphs() noexcept { return m_graphs; }
+    [[nodiscard]] monitoring::Monitoring& monitoring() noexcept { return m_monitoring; }
     void ChangeImage(const std::string& strTag, const std::string& strContainer,
                      const std::string& strImage) override {
         m_replies.ChangeImage(strTag, strContainer, strImage);
@@ -343,6 +352,9 @@ private:
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
     calibration::Calibrations m_calibrations{*this};
+    presentation::FilePage m_filePage{*this};
+    presentation::Graphs m_graphs{*this};
+    monitoring::Monitoring m_monitoring{*this, m_graphs, m_platform.clock};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

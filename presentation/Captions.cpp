@@ -5,6 +5,7 @@
 #include "datasets/Confirmation.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
+#include "presentation/Graphs.h"
 
 #include <string>
 #include <string_view>
@@ -172,18 +173,10 @@ void Captions::TranslateMappedTexts() {
 }
 
 void Captions::TranslateCharts() {
+    const auto translate = [this](const std::string& key) { return m_control.Translate(key); };
     for (form::Control* control : m_control.form().controls()) {
-        if (control->kind() != ControlKind::Chart) {
-            continue;
-        }
-        form::ChartModel& chart = control->chart();
-        for (const form::ChartAxisId id :
-             {form::ChartAxisId::X, form::ChartAxisId::Y, form::ChartAxisId::RightY}) {
-            form::ChartAxis axis = chart.axis(id);
-            if (!axis.labelKey.empty()) {
-                axis.label = m_control.Translate(axis.labelKey);
-                chart.setAxis(id, std::move(axis));
-            }
+        if (control->kind() == ControlKind::Chart) {
+            Graphs::TranslateChart(control->chart(), translate);
         }
     }
 }

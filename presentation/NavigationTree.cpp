@@ -74,6 +74,9 @@ void NavigationTree::NodeClick(const std::string& strKey) {
         NodeClick(nodes.at(nodes.indexOf(strKey) + 1).key);
         return;
     }
+    if (m_onPageChange) {
+        m_onPageChange(strKey);
+    }
     LayOutPage(strKey);
     m_control.tools().LatestSelectedNode = strKey;
     devices::DeviceClass& device = m_control.deviceClass();

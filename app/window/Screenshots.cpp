@@ -3,6 +3,7 @@
 #include "app/window/DesktopSession.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPixmap>
 
 #include <algorithm>
@@ -108,6 +109,28 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         press(3);
         take(flowPage + "_step3");
         press(4);
+    // The monitoring page after a minute of monitoring, stopped again.
+    const std::string monitoringCommand = "cmd" + control.deviceClass().DevicePrefix() + "Monitoring";
+    form::Control* monitoringStart = form.find(monitoringCommand, 0);
+    if (started && options.online && monitoringStart != nullptr &&
+        std::find(keys.begin(), keys.end(), "monitoringVariables") != keys.end()) {
+        desktop.gate().run([&form, &tree] { form.raiseNodeClick(tree, "monitoringVariables"); });
+        desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
+        desktop.session().wait(60'000);
+        desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
+        // The chart redraws once its batch of changes is due.
+        QElapsedTimer batch;
+        batch.start();
+        while (batch.elapsed() < 150) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        }
+        const std::filesystem::path file = folder / "monitoringVariables-after-a-minute.png";
+        if (view.grab().save(QString::fromStdString(file.string()), "PNG")) {
+            out << file.string() << '\n';
+        } else {
+            out << "kt500-dtm: cannot write " << file.string() << '\n';
+            failures = 1;
+        }
     }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
