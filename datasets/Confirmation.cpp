@@ -354,7 +354,7 @@ bool Confirmation::Sendable(const xml::Node& parameter, const std::string& strPa
     // page of the family.
     devices::DeviceClass& device = m_control.deviceClass();
     if (data::FindPage(m_control.form(), device.FrameArrayName(), strPage) == nullptr ||
-        !devices::InSeparated(device.SavedFrames(), PageName(strPage))) {
+        !devices::InSeparated(device.SavedFrames(), data::NodeOfFrame(strPage, device.DevicePrefix()))) {
         return false;
     }
     // The test settings are written as the request of the test chosen on

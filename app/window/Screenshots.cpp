@@ -109,6 +109,7 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         press(3);
         take(flowPage + "_step3");
         press(4);
+    }
     // The monitoring page after a minute of monitoring, stopped again.
     const std::string monitoringCommand = "cmd" + control.deviceClass().DevicePrefix() + "Monitoring";
     form::Control* monitoringStart = form.find(monitoringCommand, 0);
