@@ -42,7 +42,8 @@ constexpr std::array<PageInstance, 26> kPages{{
     {"comPAWriteProtection", {"", ""}, {"imgPAWriteProtection", ""}},
     {"comPAActuatorInformation", {"", ""}, {"imgPAActuatorInformation", ""}},
     {"comPAFactoryReset", {"", ""}, {"imgPAFactoryReset", ""}},
-    {"comPAFlowModification", {"txtPAFlowModification", ""}, {"imgPAFlowModification", ""}},
+    // The flow page's points belong to the flow modification procedure.
+    {"comPAFlowModification", {"", ""}, {"imgPAFlowModification", ""}},
     {"", {"txtPAActuatorInformation", ""}, {"imgPAActuatorInformation", ""}},
     {"", {"txtPAAlertLimits", ""}, {"imgPAAlertSettings", ""}},
     {"", {"txtPADeadAngle", "txtPAPositionControl"}, {"imgPAPositionControl", ""}},
