@@ -292,10 +292,8 @@ void ParameterValues::ApplyInitialValues() {
             }
         }
         UpdateGroupTimeStamp(page);
-        // The flow curves and their chart follow the points just shown.
-        if (page == "flowModification") {
-            m_control.UpdateFlowModificationGraph(0);
-        }
+        // The curve table of "flowModification" is brought up to date by the
+        // flow modification procedure, which is not part of the control yet.
         if (allValuesEmpty && state == "changed") {
             state = "notRead";
         }
