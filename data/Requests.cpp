@@ -113,9 +113,10 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
 
     // A write takes the values of the page being written; a changed value
     // of another page goes with that page's own write.
-    const auto pageFields = blWriteMode ? PageFields(m_control.form(), device.FrameArrayName(),
-                                                     tools.CurrentFrame)
-                                        : decltype(PageFields(m_control.form(), "", "")){};
+    std::unordered_map<std::string, form::Control*> pageFields;
+    if (blWriteMode) {
+        pageFields = PageFields(m_control.form(), device.FrameArrayName(), tools.CurrentFrame);
+    }
     std::string strItems;
     for (const xml::Node& included : group.childElements("includedParam")) {
         const std::string name = included.attribute("name");
@@ -334,7 +335,7 @@ void Requests::refused() {
     // busy state; with none, nothing is pending and the control is idle, so
     // that the next upload can start.
     if (tools.OpenRequests.empty()) {
-        for (const char* action : {"write", "read", "test"}) {
+        for (const char* action : {"write", "test"}) {
             tools.CommunicationSign(action, "0");
         }
         CloseBusyState(m_control, "read");
