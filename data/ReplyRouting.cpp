@@ -7,7 +7,6 @@
 #include "session/DebugTrace.h"
 #include "xml/XPath.h"
 
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -77,8 +76,7 @@ void ReplyRouting::closeFailedReply(const xml::Document& xmlDoc) {
         return;
     }
     const std::string name = response.attribute("name");
-    const std::vector<std::string>& open = m_control.tools().OpenRequests;
-    if (std::find(open.begin(), open.end(), name) == open.end()) {
+    if (!m_control.tools().IsRequestOpen(name)) {
         return;
     }
     try {

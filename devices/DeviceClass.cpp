@@ -6,7 +6,6 @@
 #include "devices/clsKT540.h"
 #include "devices/clsPL500.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace kt500::devices {
@@ -115,8 +114,7 @@ void DeviceClass::PrintErrorMessages() {
 void DeviceClass::closeLiveValueRead(const std::string& strName, bool isFinal,
                                      const std::string& strAccess, bool blFailed) {
     IUserControl& control = userControl();
-    const std::vector<std::string>& open = control.tools().OpenRequests;
-    if (isFinal && std::find(open.begin(), open.end(), strName) != open.end()) {
+    if (isFinal && control.tools().IsRequestOpen(strName)) {
         control.SetReadVariables(strName, isFinal, strAccess, blFailed);
     }
 }

@@ -179,6 +179,10 @@ bool clsTools::CloseRequest(std::string_view strName) {
     return OpenRequests.empty();
 }
 
+bool clsTools::IsRequestOpen(std::string_view strName) const {
+    return std::find(OpenRequests.begin(), OpenRequests.end(), strName) != OpenRequests.end();
+}
+
 bool clsTools::CommunicationSign(std::string_view strAction, std::string_view strIsOk) {
     const auto index = indexOf(kSignActions, strAction);
     if (!index) {

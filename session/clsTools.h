@@ -92,6 +92,8 @@ public:
     // Takes one request of that name off OpenRequests (a final reply of a
     // group that is not open takes none); True when none is open any more.
     bool CloseRequest(std::string_view strName);
+    // Whether a request of that name is waiting for its final reply.
+    [[nodiscard]] bool IsRequestOpen(std::string_view strName) const;
     bool TimerFlag = false;
     std::int16_t StatusRequesCount = 0;
 
