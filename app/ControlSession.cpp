@@ -116,9 +116,11 @@ bool ControlSession::start(const simulator::SessionOptions& options) {
     }
     m_debugOutput = m_environment.debugOutput ? m_environment.debugOutput
                                               : std::make_shared<SilentDebugOutput>();
+    m_startTime = m_environment.startTime.value_or(QDateTime(QDate(2026, 1, 5), QTime(8, 0)));
     host::ControlPlatform platform{
         *m_settings, *m_debugOutput,
-        session::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString())};
+        session::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString()),
+        [this] { return m_startTime.addMSecs(now()); }};
 
     m_bl = std::make_unique<simulator::BuiltInBL>(m_options, m_shareDir);
     m_recorder = std::make_shared<RecordingControl>(m_bl->control());

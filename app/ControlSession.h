@@ -20,10 +20,12 @@
 #include "simulator/BuiltInBL.h"
 #include "simulator/SessionOptions.h"
 
+#include <QDateTime>
 #include <QTemporaryDir>
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +40,11 @@ struct SessionEnvironment {
     QString installationPrefix;
     // Where the debug output goes; none: nowhere.
     std::shared_ptr<session::IDebugOutput> debugOutput;
+    // The wall clock at the start of the session, from which the control's
+    // date and time run on with the virtual clock; none: a fixed morning
+    // (Monday 5 January 2026, 08:00 local time), so that scripts print the
+    // same times on every run.
+    std::optional<QDateTime> startTime;
 };
 
 class ControlSession {
@@ -90,6 +97,7 @@ private:
     SessionEnvironment m_environment;
     QTemporaryDir m_settingsDir;
     simulator::SessionOptions m_options;
+    QDateTime m_startTime;
     std::string m_sessionData;  // the last session data the BL sent
     // Destroyed in reverse: the control lets go of the BL's services first.
     std::unique_ptr<simulator::BuiltInBL> m_bl;

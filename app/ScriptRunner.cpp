@@ -5,6 +5,9 @@
 #include "app/ScriptViews.h"
 #include "services/IDtmDialogs.h"
 
+#include <QDir>
+#include <QTemporaryDir>
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -24,11 +27,12 @@ struct Arity {
 const std::map<std::string, Arity, std::less<>>& commands() {
     static const std::map<std::string, Arity, std::less<>> table = {
         {"start", {2, 9}},        {"session", {2, kAny}}, {"release", {1, 1}},   {"click", {2, 2}},
-        {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},     {"check", {3, 3}},     {"node", {2, 2}},
+        {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},    {"check", {3, 3}},
+        {"node", {2, 2}},
         {"toolbar", {1, 2}},      {"row", {3, 3}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
-        {"confirmation", {1, 1}}, {"chart", {2, 2}},
+        {"confirmation", {1, 1}}, {"chart", {2, 3}},    {"file", {2, 2}},
     };
     return table;
 }
@@ -294,6 +298,7 @@ void ScriptRunner::type(const ScriptLine& line) {
 void ScriptRunner::focus(const ScriptLine& line) {
     form::Control& control = ScriptTargets(m_session).control(line.words[1]);
     form::Form& form = *control.form();
+    // The focus passes through the field: no key, no change.
     form.raiseGotFocus(control);
     form.raiseLostFocus(control);
 }
@@ -448,14 +453,34 @@ void ScriptRunner::looking(const ScriptLine& line) {
         if (chart.kind() != form::ControlKind::Chart) {
             throw ScriptError(line.number, chart.displayName() + " is not a chart");
         }
-        PrintChart(chart, m_out);
+        int last = -1;
+        if (line.words.size() == 3) {
+            const std::string& count = line.words[2];
+            if (count.empty() || count.find_first_not_of("0123456789") != std::string::npos ||
+                count.size() > 6) {
+                throw ScriptError(line.number, "not a count of points: '" + count + "'");
+            }
+            last = std::stoi(count);
+        }
+        PrintChart(chart, m_out, last);
+    } else if (name == "file") {
+        PrintFile(line.words[1], m_out);
     }
 }
 
 int RunScript(std::string_view text, const std::filesystem::path& shareDir, std::ostream& out,
               std::ostream& err) {
+    // A relative file name (a log file the script chooses) lands in a
+    // folder of the run, gone with it.
+    const QTemporaryDir scratch;
+    const QString before = QDir::currentPath();
+    if (scratch.isValid()) {
+        QDir::setCurrent(scratch.path());
+    }
     ScriptRunner runner(shareDir, out);
-    return runner.run(text, err);
+    const int status = runner.run(text, err);
+    QDir::setCurrent(before);
+    return status;
 }
 
 }  // namespace kt500::app

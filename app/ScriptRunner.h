@@ -32,8 +32,13 @@ public:
 
     ScriptRunner(const std::filesystem::path& shareDir, std::ostream& out);
 
-    // Runs the script; errors of status 2 go to err as "line N: why".
+    // Runs the script; errors of status 2 go to err as "line N: why". A
+    // further run goes on in the same session, so a driver may feed a
+    // script a few lines at a time.
     int run(std::string_view text, std::ostream& err);
+
+    // The session the script drives, for a driver that looks between runs.
+    [[nodiscard]] ControlSession& session() noexcept { return m_session; }
 
 private:
     void execute(const ScriptLine& line);

@@ -189,6 +189,10 @@ std::string ScriptTargets::readControlMember(std::string_view member) const {
     if (member == "strPresetCurveValues") {
         return control.strPresetCurveValues;
     }
+    if (member == "MousePointer") {
+        // The user control's own pointer: 11 the hourglass of long work.
+        return std::to_string(m_session.control().form().userControl().mousePointer());
+    }
     throw TargetError("unknown target 'control." + std::string(member) +
                       "': the control has no such member");
 }

@@ -2,6 +2,10 @@
 
 #include "form/Property.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
 #include <string>
 
 namespace kt500::app {
@@ -18,6 +22,15 @@ int depthOf(const form::TreeModel& tree, const form::TreeNode& node) {
 
 // Confirmation columns after the first: old value, new value, name, page.
 constexpr int kConfirmationSubItems = 4;
+
+// A day count's time of day, to the millisecond: "08:00:30.500".
+std::string TimeOfDay(double dblDays) {
+    const auto ms = static_cast<long long>(std::llround((dblDays - std::floor(dblDays)) * 86400000.0));
+    char text[32];
+    std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld.%03lld", ms / 3600000 % 24,
+                  ms / 60000 % 60, ms / 1000 % 60, ms % 1000);
+    return text;
+}
 
 }  // namespace
 
@@ -54,16 +67,37 @@ void PrintToolbar(const form::Control& toolbar, std::ostream& out) {
     }
 }
 
-void PrintChart(const form::Control& chartControl, std::ostream& out) {
+void PrintChart(const form::Control& chartControl, std::ostream& out, int intLast) {
     const form::ChartModel& chart = chartControl.chart();
+    const bool dateTime = chart.option("DateTimeMode") != 0.0;
+    const bool ownX = chart.scientific() || chart.option("UsingXDataII") != 0.0;
+    int first = 0;
+    if (intLast >= 0) {
+        out << "points " << chart.points() << '\n';
+        first = std::max(0, chart.points() - intLast);
+    }
     for (int subset = 0; subset < chart.subsets(); ++subset) {
         out << "subset " << subset << ':';
-        for (int point = 0; point < chart.points(); ++point) {
-            const double x = chart.scientific() ? chart.x(subset, point) : point;
-            out << ' ' << form::formatNumber(x) << ','
+        for (int point = first; point < chart.points(); ++point) {
+            const double x = ownX ? chart.x(subset, point) : point;
+            out << ' ' << (dateTime ? TimeOfDay(x) : form::formatNumber(x)) << ','
                 << form::formatNumber(chart.y(subset, point));
         }
         out << '\n';
+    }
+}
+
+void PrintFile(const std::string& strPath, std::ostream& out) {
+    std::ifstream in(strPath, std::ios::binary);
+    if (!in) {
+        out << "no file " << strPath << '\n';
+        return;
+    }
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        out << "| " << line << '\n';
     }
 }
 

@@ -6,6 +6,7 @@
 #include "form/Control.h"
 
 #include <ostream>
+#include <string>
 
 namespace kt500::app {
 
@@ -18,7 +19,12 @@ void PrintStatusHeader(const form::Control& toolbar, std::ostream& out);
 void PrintConfirmation(const form::Control& listView, std::ostream& out);
 // "KEY enabled=True pressed=False text=TEXT" for each toolbar item.
 void PrintToolbar(const form::Control& toolbar, std::ostream& out);
-// "subset N: x,y x,y ..." for each subset; a graph's x is the point index.
-void PrintChart(const form::Control& chart, std::ostream& out);
+// "subset N: x,y x,y ..." for each subset; a graph's x is the point index,
+// a date-time chart's x the time of day. With intLast, first "points N",
+// then only the last intLast points of each subset.
+void PrintChart(const form::Control& chart, std::ostream& out, int intLast = -1);
+
+// "| LINE" for each line of a text file; "no file PATH" when it cannot be read.
+void PrintFile(const std::string& strPath, std::ostream& out);
 
 }  // namespace kt500::app

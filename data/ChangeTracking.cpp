@@ -135,7 +135,14 @@ bool ChangeTracking::CheckValue(form::Control& control) {
         return false;
     };
     const std::string invalid = m_control.Translate("invalidValue");
-    if (type != "stringVal") {
+    if (type != "stringVal" && devices::IsSerialNumber(tag)) {
+        // The page form "yyyy-ww-nnnn" is what goes out encoded; a text it
+        // cannot encode (a plain number among them) would reach the device
+        // as -1.
+        if (devices::EnCodeSerNro(text) == -1) {
+            return refuse(invalid);
+        }
+    } else if (type != "stringVal") {
         if (!devices::IsNum(text)) {
             return refuse(invalid);
         }

@@ -48,6 +48,13 @@ std::string FieldValue(const form::Control& control, bool blCaption) {
     }
 }
 
+std::string NodeOfFrame(std::string_view strFrame, std::string_view strPrefix) {
+    if (!strPrefix.empty() && strFrame.starts_with(strPrefix)) {
+        strFrame.remove_prefix(strPrefix.size());
+    }
+    return std::string(strFrame);
+}
+
 form::Control* FindPage(const form::Form& form, std::string_view frameArray,
                         std::string_view strFrame) {
     const form::ControlArray* pages = form.findArray(frameArray);

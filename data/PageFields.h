@@ -27,6 +27,11 @@ namespace kt500::data {
 // text with blCaption, and "" with no entry chosen.
 [[nodiscard]] std::string FieldValue(const form::Control& control, bool blCaption);
 
+// The node of a page from its frame tag: a family page's tag less the family
+// prefix ("HAoperationUnit" is "operationUnit"); the common pages ("status",
+// "hartAddress", "settings") carry their node's name as it stands.
+[[nodiscard]] std::string NodeOfFrame(std::string_view strFrame, std::string_view strPrefix);
+
 // The page of frameArray whose Tag is strFrame; nullptr when none.
 [[nodiscard]] form::Control* FindPage(const form::Form& form, std::string_view frameArray,
                                       std::string_view strFrame);

@@ -19,7 +19,7 @@ struct PageInstance {
     std::array<std::string_view, 2> marks;
 };
 
-constexpr std::array<PageInstance, 23> kPages{{
+constexpr std::array<PageInstance, 26> kPages{{
     // HART positioner
     {"comHAAlertSettings", {"txtHAAlertLimit", ""}, {"imgHAAlertSettings", ""}},
     {"comAssemblyRelatedConfiguration",
@@ -40,6 +40,10 @@ constexpr std::array<PageInstance, 23> kPages{{
      {"imgPAInputSignalDirection", "imgPAInputValueConfiguration"}},
     {"comPATargetMode", {"txtPAOperationMode", ""}, {"imgPAOperationMode1", "imgPAOperationMode2"}},
     {"comPAWriteProtection", {"", ""}, {"imgPAWriteProtection", ""}},
+    {"comPAActuatorInformation", {"", ""}, {"imgPAActuatorInformation", ""}},
+    {"comPAFactoryReset", {"", ""}, {"imgPAFactoryReset", ""}},
+    // The flow page's points belong to the flow modification procedure.
+    {"comPAFlowModification", {"", ""}, {"imgPAFlowModification", ""}},
     {"", {"txtPAActuatorInformation", ""}, {"imgPAActuatorInformation", ""}},
     {"", {"txtPAAlertLimits", ""}, {"imgPAAlertSettings", ""}},
     {"", {"txtPADeadAngle", "txtPAPositionControl"}, {"imgPAPositionControl", ""}},
@@ -107,6 +111,10 @@ void PageHandlers::ListBox_GotFocus(form::Control& list) {
 }
 
 void PageHandlers::ListBox_LostFocus(form::Control& list, std::span<const std::string_view> marks) {
+    if (list.tag().empty()) {
+        // A switch of the page, no parameter: its own handler did the work.
+        return;
+    }
     session::clsTools& tools = m_control.tools();
     const std::string newText = EntryText(list);
     if (!tools.ConfirmFlag) {

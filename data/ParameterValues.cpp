@@ -292,8 +292,10 @@ void ParameterValues::ApplyInitialValues() {
             }
         }
         UpdateGroupTimeStamp(page);
-        // The curve table of "flowModification" is brought up to date by the
-        // flow modification procedure, which is not part of the control yet.
+        // The flow curves and their chart follow the points just shown.
+        if (page == "flowModification") {
+            m_control.UpdateFlowModificationGraph(0);
+        }
         if (allValuesEmpty && state == "changed") {
             state = "notRead";
         }

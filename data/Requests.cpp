@@ -2,6 +2,7 @@
 
 #include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
+#include "data/RoleRules.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -24,32 +25,6 @@ using devices::SplitSeparated;
 
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
-}
-
-// The commands of the pages that must not run beside communication.
-constexpr std::string_view MonitoringCommands[] = {"cmdHAMonitoring", "cmdPAMonitoring",
-                                                   "cmdPLMonitoring"};
-constexpr std::string_view CalibrationCommands[] = {"cmdHAAutoTravelCalibration",
-                                                    "cmdHAInputSignalMeasurementCalibration",
-                                                    "cmdHAPositionTransmitterCalibration",
-                                                    "cmdHAPressureSensorCalibration",
-                                                    "cmdHATemperatureSensorCalibration",
-                                                    "cmdPAAutoTravelCalStart",
-                                                    "cmdPAPositionSensorCalibration",
-                                                    "cmdPAPressureSensorCalibration",
-                                                    "cmdPATemperatureSensorCalibration",
-                                                    "cmdPAFactoryReset",
-                                                    "cmdPLAutocalibration"};
-constexpr std::string_view OtherCommands[] = {"cmdHALoadFactorUpdate", "cmdHAFlowModification",
-                                              "cmdPAFlowModification", "cmdStartTest",
-                                              "cmdPLSetTestSettings",  "cmdPLStartTest"};
-constexpr std::string_view ResetCommand = "cmdResetDiagnostics";
-
-// Every element of a command (array) that is on the form.
-void SetCommandEnabled(const form::Form& form, std::string_view strName, bool blEnabled) {
-    for (form::Control* command : form.elements(strName)) {
-        command->setEnabled(blEnabled);
-    }
 }
 
 // The value fields of the page shown: a check box, text box or list box
@@ -101,7 +76,7 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
         RemoveGroupRows(m_control.form(), str_frame);
         tools.ValuesOk(str_frame, "0");
         if (str_frame == "valveTest" || str_frame == "pneumaticsTest") {
-            throw devices::MemberMissing("EnableTestKeyFigures");
+            m_control.EnableTestKeyFigures(true);
         }
     }
 
@@ -341,26 +316,6 @@ void Requests::refused() {
         CloseBusyState(m_control, "read");
     }
     m_control.ShowMsg("RequestTemplate", m_control.Translate("errRequestFailed"));
-}
-
-void Requests::EnableDeviceActions(bool blEnabled) {
-    session::clsTools& tools = m_control.tools();
-    form::Form& form = m_control.form();
-    const std::string& role = tools.ActorRole;
-
-    if (!tools.MonitoringFlag && tools.CurrentAutoAction == 0) {
-        for (const std::string_view name : MonitoringCommands) {
-            SetCommandEnabled(form, name, blEnabled);
-        }
-    }
-    for (const std::string_view name : OtherCommands) {
-        SetCommandEnabled(form, name, blEnabled);
-    }
-    SetCommandEnabled(form, ResetCommand, blEnabled && role != "observer");
-    const bool blCalibrations = blEnabled && role != "observer" && role != "operator";
-    for (const std::string_view name : CalibrationCommands) {
-        SetCommandEnabled(form, name, blCalibrations);
-    }
 }
 
 }  // namespace kt500::data

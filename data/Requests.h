@@ -32,8 +32,6 @@ public:
     // Builds the XML from the item and value strings and sends it; an empty
     // strValues sets no value texts.
     void RequestTemplate(const std::string& strItems, const std::string& strValues);
-    // The page commands that must not run beside communication.
-    void EnableDeviceActions(bool blEnabled);
 
 private:
     // The copy's request group of that name, or nothing.

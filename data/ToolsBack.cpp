@@ -1,17 +1,17 @@
 #include "data/ToolsBack.h"
 
+#include "data/RoleRules.h"
 #include "devices/DeviceClass.h"
 
 namespace kt500::data {
 
 void GiveToolsBack(devices::IUserControl& control) {
+    const session::clsTools& tools = control.tools();
     form::ToolbarModel& toolbar = control.form().control("smuiDTM", 1).toolbar();
     toolbar.setEnabled("stop", false);
-    toolbar.setEnabled("uploadCurrent", true);
-    if (control.tools().ActorRole != "observer") {
-        toolbar.setEnabled("send", true);
-        toolbar.setEnabled("settings", true);
-    }
+    toolbar.setEnabled("uploadCurrent", Allows(tools, Right::Upload));
+    toolbar.setEnabled("send", Allows(tools, Right::Send));
+    toolbar.setEnabled("settings", Allows(tools, Right::Settings));
     control.EnableDeviceActions(true);
 }
 

@@ -1,6 +1,7 @@
 #include "data/Uploads.h"
 
 #include "data/ProgramWrite.h"
+#include "data/RoleRules.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "xml/XPath.h"
@@ -17,6 +18,8 @@ namespace kt500::data {
 namespace {
 
 constexpr int kHourglass = 11;
+// The toolbar's second band holds the upload items.
+constexpr int kUploadBand = 1;
 constexpr int kNormalPointer = 0;
 constexpr std::string_view kProgressReading = "progressReading";
 
@@ -76,6 +79,12 @@ std::vector<xml::Node> UploadGroups(const session::clsTools& tools) {
     return xml::XPath(*guiInit, xml::Namespaces{}).select("//uploadGroups/uploadGroup");
 }
 
+// The test settings are read as the settings of the chosen test (1 step,
+// 2 hysteresis); with no test chosen there is nothing to read.
+bool NothingToRead(const session::clsTools& tools, std::string_view strGroup) {
+    return strGroup == "testSettings" && tools.CurrentTest != 1 && tools.CurrentTest != 2;
+}
+
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
 }
@@ -83,7 +92,16 @@ form::ToolbarModel& Toolbar(form::Form& form) {
 }  // namespace
 
 void Uploads::EnableUploadTools() {
+    // The band reads the device: online "uploadCurrent" and each upload
+    // group that the GUIInit document names, offline none of them.
+    const bool online = Allows(m_control.tools(), Right::Upload);
     form::ToolbarModel& toolbar = Toolbar(m_control.form());
+    for (const std::string& key : toolbar.bandItems(kUploadBand)) {
+        toolbar.setEnabled(key, online && key == "uploadCurrent");
+    }
+    if (!online) {
+        return;
+    }
     for (const xml::Node& group : UploadGroups(m_control.tools())) {
         toolbar.setEnabled(group.attribute("name"), true);
     }
@@ -119,15 +137,28 @@ void Uploads::RunUploadGroup(const std::string& strGroup) {
         return members[static_cast<std::size_t>(index)].attribute("name");
     };
 
+    // A group with nothing to read (the test settings with no test chosen)
+    // stays out of the chain.
+    int index = 0;
+    while (index < count && NothingToRead(tools, member(index))) {
+        ++index;
+    }
+    if (index >= count) {
+        user.setMousePointer(kNormalPointer);
+        return;
+    }
     // The bar counts every reply of the chain once: the first group's replies
     // by SetProgressBar, each further group's by its own request.
-    const std::string first = member(0);
+    const std::string first = member(index);
     SetProgressBar(first, std::string(kProgressReading));
     tools.ReadGroup = true;
     m_control.SendRequest(first, "read");
     tools.ReadGroup = false;
-    for (int index = 1; index < count; ++index) {
-        m_control.SendRequest(member(index), "read");
+    for (++index; index < count; ++index) {
+        const std::string name = member(index);
+        if (!NothingToRead(tools, name)) {
+            m_control.SendRequest(name, "read");
+        }
     }
     tools.ReadGroup = true;
     if (tools.OpenRequests.empty()) {
@@ -209,6 +240,10 @@ void Uploads::resetFlowModification() {
 ReloadTarget Uploads::ResolveReloadGroup(const std::string& strFrame) {
     const std::string key = strFrame.size() > 2 ? strFrame.substr(2) : std::string();
     std::string group = key;
+    if (strFrame == kReadTestSettingsFrame && NothingToRead(m_control.tools(), "testSettings")) {
+        m_control.ShowMsg(m_control.Translate("testSettings"), m_control.Translate("nothingToUpload"));
+        return {};
+    }
     if (strFrame == kReadTestSettingsFrame) {
         group = "testSettings";
     } else if (const PageGroup* nothing = FindPage(kNothingToUpload, key)) {

@@ -22,7 +22,8 @@ class Uploads {
 public:
     explicit Uploads(devices::IUserControl& control) : m_control(control) {}
 
-    // Enables the toolbar item of every upload group of the GUIInit document.
+    // The upload band for the mode: online "uploadCurrent" and the item of
+    // every upload group of the GUIInit document, offline nothing.
     void EnableUploadTools();
     // Reads the request groups of one upload group ("uploadAll", ...) in a
     // chain. Returns at once while a chain runs.

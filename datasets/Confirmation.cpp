@@ -27,10 +27,6 @@ form::ListViewModel* Rows(const form::Form& form) {
     return list == nullptr ? nullptr : &list->listView();
 }
 
-std::string PageName(const std::string& strFrame) {
-    return strFrame.size() > 2 ? strFrame.substr(2) : std::string();
-}
-
 void SetVisible(const form::Form& form, std::string_view name, int index, bool visible) {
     if (form::Control* control = form.find(name, index)) {
         control->setVisible(visible);
@@ -179,7 +175,8 @@ void Confirmation::cmdSend_Click(int Index) {
         return;
     }
     const std::string strCurrentFrame = tools.CurrentFrame;
-    const std::string strPage = PageName(strCurrentFrame);
+    const std::string strPage =
+        data::NodeOfFrame(strCurrentFrame, m_control.deviceClass().DevicePrefix());
     const form::ListViewModel* rows = Rows(m_control.form());
     if (rows == nullptr || rows->count() == 0) {
         ReturnToPage(strPage);
@@ -230,9 +227,10 @@ void Confirmation::SendConfirmedValues() {
         SetVisible(form, "ProgressBar1", -1, true);
     }
 
+    const std::string prefix = m_control.deviceClass().DevicePrefix();
     for (const std::string& page : pages) {
         tools.CurrentFrame = page;
-        m_control.SendRequest(PageName(page), strAccess);
+        m_control.SendRequest(data::NodeOfFrame(page, prefix), strAccess);
         if (online && bar != nullptr && bar->value() < bar->max()) {
             bar->setValue(bar->value() + 1);
         }
@@ -248,7 +246,8 @@ void Confirmation::SendConfirmedValues() {
 
 void Confirmation::cmdCancel_Click() {
     SetVisible(m_control.form(), "fraConfirmation", 0, false);
-    m_control.deviceClass().ShowFrame(PageName(m_control.tools().CurrentFrame));
+    devices::DeviceClass& device = m_control.deviceClass();
+    device.ShowFrame(data::NodeOfFrame(m_control.tools().CurrentFrame, device.DevicePrefix()));
 }
 
 std::string Confirmation::PageOfParameter(const std::string& strName) {
@@ -355,7 +354,7 @@ bool Confirmation::Sendable(const xml::Node& parameter, const std::string& strPa
     // page of the family.
     devices::DeviceClass& device = m_control.deviceClass();
     if (data::FindPage(m_control.form(), device.FrameArrayName(), strPage) == nullptr ||
-        !devices::InSeparated(device.SavedFrames(), PageName(strPage))) {
+        !devices::InSeparated(device.SavedFrames(), data::NodeOfFrame(strPage, device.DevicePrefix()))) {
         return false;
     }
     // The test settings are written as the request of the test chosen on

@@ -268,6 +268,12 @@ void DeviceClass::sendOfflineGroups(std::span<const FrameGroup> groups) {
     tools.CurrentFrame = oldFrame;
 }
 
+void DeviceClass::clearFlowPoints(std::string_view strPointArray) const {
+    for (int point = 0; point < ModificationPoints(); ++point) {
+        setElementText({strPointArray, point}, "");
+    }
+}
+
 form::Control* DeviceClass::findElement(PageElement element) const {
     return userControl().form().find(element.array, element.index);
 }

@@ -250,6 +250,8 @@ protected:
     // The end point of a step test: the sum of elements 1 and 2 of the test
     // settings fields when both hold text, else 0.
     [[nodiscard]] float stepEndPointOf(std::string_view strSettingsArray) const;
+    // Empties the point boxes 0 to ModificationPoints - 1 of a flow page.
+    void clearFlowPoints(std::string_view strPointArray) const;
 
     // The trend time spans this class carries, by property name.
     [[nodiscard]] virtual bool hasTrendTime(std::string_view /*strProperty*/) const {
@@ -266,6 +268,57 @@ protected:
     // gets its old value back at the end.
     using FrameGroup = std::pair<std::string_view, std::string_view>;
     void sendOfflineGroups(std::span<const FrameGroup> groups);
+
+    // --- The shape of Reply that the PROFIBUS and safety valve classes share
+    // (devices/SharedReply.cpp); each difference is one of the hooks below.
+    void replyShared(xml::Document& xmlDoc);
+    // A "deviceStatus" reply: the status tree and the header.
+    virtual void statusReply(xml::Document& xmlDoc);
+    // Whether an item of a "deviceStatus" reply decides ShowDeviationAlert;
+    // called for every item before it reaches the status tree.
+    virtual void deviationAlertItem(xml::Node /*item*/) {}
+    // The items of a good read of a group with a row of the class's item
+    // table; False leaves them to the shared rows (event log, page values).
+    virtual bool classItems(const std::string& /*strName*/,
+                            const std::vector<xml::Node>& /*items*/) {
+        return false;
+    }
+    // After the items of a good read or write, before the group closes.
+    virtual void afterGoodReply(const std::string& /*strName*/, const std::string& /*strAccess*/,
+                                bool /*isFinal*/, const std::vector<xml::Node>& /*items*/) {}
+    // The tree node that a good final reply of a reset group marks "read".
+    [[nodiscard]] virtual std::string resetTreeNode() const { return "resetDiagnostics"; }
+    // Whether a failed group with this error code is reported to the user.
+    [[nodiscard]] virtual bool reportsFailure(const std::string& /*strErrorCode*/) const {
+        return true;
+    }
+    // The monitoring reply while monitoring is off: the page's state label.
+    virtual void monitoringStopped() { missing("monitoringStopped"); }
+    // The shared status walk: every item to the tree, then parents and header.
+    void sharedDeviceStatus(xml::Document& xmlDoc);
+    // Good read: each item to the class's table, the event log or its page.
+    void sharedItems(const std::string& strName, const std::vector<xml::Node>& items);
+    // Failed reply: the error flag and the text of the failed group, the
+    // translated error code once a group, the missing items behind it.
+    void sharedGatherError(const std::string& strErrorCode, const std::vector<xml::Node>& items);
+    // Whether a reply holds an item of that name.
+    [[nodiscard]] static bool holdsItem(const std::vector<xml::Node>& items,
+                                        std::string_view strName);
+    // One monitored series of a family: the item's name, the page switch
+    // that shows it on the chart (a check box or an option), and whether its
+    // value is kept as the set point or the travel of the deviation label.
+    enum class MonitoringKeep { None, Setpoint, Travel };
+    struct MonitoringSeries {
+        std::string_view name;
+        PageElement shownBy;
+        MonitoringKeep keep;
+    };
+    // ArrangeValues over a family's series: MonitoringValues (name, value,
+    // name, value, ...) becomes the chart list in the series' order, with
+    // "-500" for a series switched off, the graph values the log list with
+    // every value; the deviation element shows set point less travel.
+    void arrangeMonitoringValues(std::span<const MonitoringSeries> series,
+                                 PageElement deviation);
 
     // Reply state of a sequence: the error flag, the monitoring error flag,
     // the error text and the graph values that ArrangeValues leaves.

@@ -15,11 +15,18 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// A number in at least intDigits digits, the sign in front of them: -1 in
+// four digits is "-0001".
+std::string padded(std::int32_t value, int intDigits) {
+    char text[16];
+    const long long magnitude = value < 0 ? -static_cast<long long>(value) : value;
+    std::snprintf(text, sizeof text, "%s%0*lld", value < 0 ? "-" : "", intDigits, magnitude);
+    return text;
+}
+
 // year "-" two-digit period "-" four-digit number.
 std::string formatNumber(std::int32_t year, std::int32_t period, std::int32_t serial) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%d-%02d-%04d", year, period, serial);
-    return text;
+    return std::to_string(year) + "-" + padded(period, 2) + "-" + padded(serial, 4);
 }
 
 }  // namespace
@@ -88,6 +95,10 @@ std::int32_t EnCodeSerNro(std::string_view NroStr) {
     return ((static_cast<std::int32_t>(year) - 1996) * 52 + static_cast<std::int32_t>(week)) *
                10000 +
            static_cast<std::int32_t>(serial);
+}
+
+bool IsSerialNumber(std::string_view strParameter) noexcept {
+    return strParameter == "kt500SerialNumber" || strParameter == "deviceSerialNumber";
 }
 
 bool IsNum(std::string_view Number) {

@@ -21,6 +21,9 @@ inline constexpr std::string_view NoNumber = "0000-00-0000";
 [[nodiscard]] std::string DecodeSerNro(std::int32_t lngSerNro);
 // The packed serial number of "yyyy-ww-nnnn"; -1 for a bad text.
 [[nodiscard]] std::int32_t EnCodeSerNro(std::string_view NroStr);
+// Whether a parameter is a serial number in the packed form of weeks, which
+// a page shows and takes as "yyyy-ww-nnnn" (never as a plain number).
+[[nodiscard]] bool IsSerialNumber(std::string_view strParameter) noexcept;
 // Digits with at most one "." or ",", an optional leading "-"; "" and "-" count.
 [[nodiscard]] bool IsNum(std::string_view Number);
 // A locale-free parse; NoValue for a text without a number.

@@ -75,6 +75,9 @@ public:
     virtual void SendRequest(const std::string& str_frame, const std::string& str_accessType) = 0;
     virtual void EnableDeviceActions(bool blEnabled) = 0;
     virtual void EnableTesting(bool blValue) = 0;
+    // Shows the progress of a group's read with its caption key.
+    virtual void SetProgressBar(const std::string& strRequestGroup,
+                                const std::string& strCaption) = 0;
     // Reads the pages of an upload group ("uploadAll", "uploadIdentification"...).
     virtual void RunUploadGroup(const std::string& strGroup) = 0;
     // The click of cmdReload element 0: re-reads the current page.
@@ -109,12 +112,25 @@ public:
     virtual void AddHysteresisTestValuePair(xml::Node item) = 0;
     // The online fill of the event log from the items of one reply.
     virtual void FillEventLog(const std::vector<xml::Node>& items) = 0;
+    // The safety valve controller's trends and tests.
+    virtual void AddBreakawayPressureValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddLeakageSignalValuePair(xml::Node item, bool blInit) = 0;
+    virtual void AddValveTestValuePair(xml::Node item) = 0;
+    virtual void AddPneumaticsTestValuePair(xml::Node item) = 0;
+    virtual void EnableTestKeyFigures(bool blValue) = 0;
+    // Empties the safety valve controller's target mode in the data set and
+    // on its page, once the device has taken it.
+    virtual void ResetTargetMode() = 0;
     virtual void UpdateFlowModificationGraph(int intSubset) = 0;
+    // Reads a *.chr curve file onto the flow modification page (the file
+    // page's confirmation of a curve file); a file it cannot read throws.
+    virtual void LoadCurveFile(const std::string& strPath) = 0;
     virtual void UpdateMonitoringGraph(const std::string& strValues,
                                        const std::string& strGraphValues) = 0;
 
     // --- Presentation ---
-    // Enables the toolbar item of every upload group of the GUIInit document.
+    // The upload band for the mode: online "uploadCurrent" and every upload
+    // group of the GUIInit document, offline none.
     virtual void EnableUploadTools() = 0;
     // The limits of a role on the toolbar and the page commands.
     virtual void ApplyRole(const std::string& strRole) = 0;

@@ -1,6 +1,6 @@
-// clsKT520::Reply: where every communicationResponse of the BL turns into
-// page values, trend points, progress and error reporting; and the private
-// handler of the "deviceStatus" push.
+// clsKT520::Reply: the shared shape of a reply with the HART positioner's
+// differences (its trend and test groups, the label of stopped monitoring),
+// and the handler of the "deviceStatus" push.
 #include "devices/Encodings.h"
 #include "devices/clsKT520.h"
 
@@ -10,29 +10,6 @@
 namespace kt500::devices {
 
 namespace {
-
-constexpr std::string_view kMonitoring = "monitoringVariables";
-
-// Every communicationResponse element at or below node, in document order.
-void collectResponses(xml::Node node, std::vector<xml::Node>& responses) {
-    if (node.name() == "communicationResponse") {
-        responses.push_back(node);
-    }
-    for (const xml::Node& child : node.childElements()) {
-        collectResponses(child, responses);
-    }
-}
-
-// "//communicationResponse/item": the items of every response.
-std::vector<xml::Node> allItems(const std::vector<xml::Node>& responses) {
-    std::vector<xml::Node> items;
-    for (const xml::Node& response : responses) {
-        for (const xml::Node& item : response.childElements("item")) {
-            items.push_back(item);
-        }
-    }
-    return items;
-}
 
 // "communicationResponse/item" under the document element.
 std::vector<xml::Node> topItems(const xml::Document& document) {
@@ -49,175 +26,35 @@ bool isBlank(std::string_view text) {
     return text.find_first_not_of(' ') == std::string_view::npos;
 }
 
-bool beginsWithReset(std::string_view name) {
-    return name.starts_with("reset");
-}
-
 }  // namespace
 
 void clsKT520::Reply(xml::Document& xmlDoc) {
-    IUserControl& control = userControl();
-    session::clsTools& tools = control.tools();
-    std::vector<xml::Node> responses;
-    collectResponses(xmlDoc.root(), responses);
-    if (responses.empty()) {
-        // A reply that did not parse leaves an empty document: nothing to route.
-        return;
-    }
-    const xml::Node response = responses.front();
-    const std::string name = response.attribute("name");
-    const std::string responseStatus = response.attribute("responseStatus");
-    const std::string access = response.attribute("access");
-    const std::string errorCode = response.attribute("errorCode");
-    const bool isFinal = session::ToBoolean(response.attribute("isFinal"));
-
-    if (name == "deviceStatus") {
-        deviceStatus(xmlDoc);
-        return;
-    }
-    if (tools.CurrentAutoAction == 1) {
-        control.CalibrationValueSet(responseStatus == "ok");
-    }
-    if (name != kMonitoring) {
-        // A write advances the progress by its items, a read by one step.
-        const std::size_t steps = access == "write" ? topItems(xmlDoc).size() : 1;
-        for (std::size_t step = 0; step < steps; ++step) {
-            control.IncreaseProgress();
-        }
-    }
-    if (tools.DebugLevel == 2) {
-        control.ShowMsg("Debug level 2", "XML from BL: " + xmlDoc.toXml());
-    }
-
-    if (responseStatus == "local" || responseStatus == "ok") {
-        if (access != "write") {
-            distributeItems(name, allItems(responses));
-            if (name == "flowModification" && isFinal) {
-                control.UpdateFlowModificationGraph(0);
-            }
-        } else {
-            if (name.size() > 5 && beginsWithReset(name)) {
-                ClearResetDiagnostics();
-            }
-            if (isFinal) {
-                control.form().userControl().setMousePointer(1);
-            }
-        }
-        if (name != kMonitoring) {
-            if (tools.OnlineConf && name.size() >= 6 && isFinal) {
-                control.ChangeTreeIcon(beginsWithReset(name) ? "resetDiagnostics" : name, "read");
-            }
-            control.SetReadVariables(name, isFinal, access, m_blError);
-        }
-    } else if (name != kMonitoring) {
-        gatherError(errorCode, topItems(xmlDoc));
-    } else {
-        // A failed monitoring reply shows only on the tree; the next good
-        // one clears it.
-        control.ChangeTreeIcon(std::string(kMonitoring), "error");
-        m_blMonitoringError = true;
-    }
-
-    if (isFinal && m_blError) {
-        // A sequence the user stopped ends without a report, on purpose.
-        if (!m_smuiStopPressed) {
-            std::string entry = control.Translate(name);
-            if (!m_strErrorText.empty()) {
-                entry += " (" + m_strErrorText + ")";
-            }
-            AppendSeparated(m_strCancelledGroups, entry);
-            tools.ValuesOk(name, "0");
-            control.form().userControl().setMousePointer(1);
-            control.ChangeTreeIcon(name, "error");
-            control.SetReadVariables(name, isFinal, access, m_blError);
-        }
-        m_blError = false;
-        m_strErrorText.clear();
-    }
-
-    if (name == kMonitoring) {
-        closeLiveValueRead(name, isFinal, access,
-                           responseStatus != "ok" && responseStatus != "local");
-    }
-
-    // A "local" monitoring reply carries no live values for the chart.
-    if (name == kMonitoring && responseStatus == "ok") {
-        if (tools.MonitoringFlag) {
-            ArrangeValues();
-            control.UpdateMonitoringGraph(tools.MonitoringValues, m_strGraphValues);
-            m_strGraphValues.clear();
-            tools.MonitoringValues.clear();
-            if (m_blMonitoringError) {
-                control.ChangeTreeIcon(std::string(kMonitoring), "read");
-                m_blMonitoringError = false;
-            }
-        } else {
-            setElementText({"lblHAMonitoringSettings", 6}, control.Translate("stopped"));
-        }
-    }
+    replyShared(xmlDoc);
 }
 
-void clsKT520::distributeItems(const std::string& strName, const std::vector<xml::Node>& items) {
+bool clsKT520::classItems(const std::string& strName, const std::vector<xml::Node>& items) {
     IUserControl& control = userControl();
-    session::clsTools& tools = control.tools();
-    if (strName == "eventLog" && tools.OnlineConf) {
-        control.FillEventLog(items);
-        return;
-    }
-    for (const xml::Node& item : items) {
-        if (strName == "travelDeviation") {
-            control.AddTravelDeviationValuePair(item, false);
-        } else if (strName == "loadFactor") {
-            control.AddLoadFactorValuePair(item, false);
-        } else if (strName == "travelVsTime") {
-            control.AddTravelVsTimeValuePair(item, false);
-        } else if (strName == "stepTestValues") {
-            control.AddStepTestValuePair(item);
-        } else if (strName == "hysteresisTestValues") {
-            control.AddHysteresisTestValuePair(item);
-        } else if (strName == "eventLog") {
-            AddEventLogFromDataFile(item, false);
-        } else {
-            control.SetItemValueToGUI(item, "", "", "", 0);
-            if (strName == kMonitoring) {
-                // Name and value in the page's unit for the chart and the log.
-                const std::string itemName = item.attribute("name");
-                const std::string unit = item.attribute("unit");
-                std::string value = item.text();
-                if (unit != "mA" && unit != "noUnit") {
-                    value = control.ConvertUnit(value, unit, control.FetchUnitName(itemName));
-                }
-                AppendSeparated(tools.MonitoringValues, itemName);
-                AppendSeparated(tools.MonitoringValues, value);
+    using Route = void (*)(IUserControl&, xml::Node);
+    static constexpr std::pair<std::string_view, Route> kRoutes[] = {
+        {"travelDeviation", [](IUserControl& c, xml::Node i) { c.AddTravelDeviationValuePair(i, false); }},
+        {"loadFactor", [](IUserControl& c, xml::Node i) { c.AddLoadFactorValuePair(i, false); }},
+        {"travelVsTime", [](IUserControl& c, xml::Node i) { c.AddTravelVsTimeValuePair(i, false); }},
+        {"stepTestValues", [](IUserControl& c, xml::Node i) { c.AddStepTestValuePair(i); }},
+        {"hysteresisTestValues", [](IUserControl& c, xml::Node i) { c.AddHysteresisTestValuePair(i); }},
+    };
+    for (const auto& [group, route] : kRoutes) {
+        if (group == strName) {
+            for (const xml::Node& item : items) {
+                route(control, item);
             }
+            return true;
         }
     }
+    return false;
 }
 
-void clsKT520::gatherError(const std::string& strErrorCode,
-                           const std::vector<xml::Node>& items) {
-    IUserControl& control = userControl();
-    m_blError = true;
-    // The report says why: the BL's error code in the user's language, each
-    // code once in a group's sequence.
-    const std::string reason = control.Translate(strErrorCode.empty() ? "error" : strErrorCode);
-    if (m_strErrorText.find(reason) != std::string::npos) {
-        return;
-    }
-    if (!m_strErrorText.empty()) {
-        m_strErrorText += ", ";
-    }
-    m_strErrorText += reason;
-    if (strErrorCode == "missingItems") {
-        m_strErrorText += ": ";
-        for (const xml::Node& item : items) {
-            const std::string itemName = item.attribute("name");
-            control.ChangeImage(itemName, FrameArrayName(), "error");
-            m_strErrorText += control.Translate(itemName) + ", ";
-        }
-        // Only the blank goes: the message shows the list ending in a comma.
-        m_strErrorText.pop_back();
-    }
+void clsKT520::monitoringStopped() {
+    setElementText({"lblHAMonitoringSettings", 6}, userControl().Translate("stopped"));
 }
 
 void clsKT520::deviceStatus(xml::Document& xmlDoc) {

@@ -2,6 +2,7 @@
 
 #include "form/TreeModel.h"
 
+#include <algorithm>
 #include <exception>
 #include <stdexcept>
 
@@ -54,6 +55,10 @@ void StatusTree::BuildStatusTree() {
     try {
         const xml::Document* guiInit = m_control.tools().RavikDTMParameters();
         form::TreeModel& tree = StatusNodes(m_control);
+        // A rebuild (the texts of a new language) keeps what the device
+        // reported: each node that stands again takes its former picture and
+        // expansion.
+        const std::vector<form::TreeNode> former = tree.nodes();
         tree.clear();
         if (guiInit == nullptr) {
             // A GUIInit document that did not load leaves the trees empty.
@@ -62,8 +67,13 @@ void StatusTree::BuildStatusTree() {
         const auto addNode = [&](const std::string& strParentKey, const xml::Node& node) {
             const std::string tag = node.attribute("name");
             const std::string key = FreeKey(tree, tag);
-            tree.add(strParentKey, key, m_control.Translate(tag), kUnknown);
+            const auto kept = std::ranges::find(former, key, &form::TreeNode::key);
+            const bool known = kept != former.end() && kept->tag == tag;
+            tree.add(strParentKey, key, m_control.Translate(tag), known ? kept->image : kUnknown);
             tree.setTag(key, tag);
+            if (known) {
+                tree.setExpanded(key, kept->expanded);
+            }
             return key;
         };
         for (const xml::Node& deviceStatus : guiInit->root().childElements("deviceStatus")) {

@@ -19,7 +19,9 @@ public:
     explicit StatusTree(IUserControl& control) : m_control(control) {}
 
     // Fills TreeView3 from deviceStatus/statusGroup of the GUIInit document,
-    // every node "unknown". A failure is shown under "StatusTree".
+    // each node "unknown" unless it stood before (a rebuild for the texts of
+    // another language keeps pictures and expansion). A failure is shown
+    // under "StatusTree".
     void BuildStatusTree();
     // Sets the picture of every node tagged with the item's name from the
     // item's value, and lifts the node's parent provisionally.

@@ -118,6 +118,10 @@ void clsKT520::SetDeviceRevisionChanges() {
         for (const int index : {4, 9, 10, 12}) {
             setVisible(form, "lblHAActuatorAndValveMeters", index, false);
         }
+        // The value boxes of those four counters go with their captions.
+        for (const int index : {1, 3, 5, 7}) {
+            setVisible(form, "lblHAMeterValue", index, false);
+        }
     }
     if (revision == 4) {
         setVisible(form, "imgHAAssemblyRelatedConfiguration", 0, false);

@@ -50,8 +50,10 @@ public:
     [[nodiscard]] std::string txtFlowModification(int intIndex) override {
         return elementText({"txtHAFlowModification", intIndex});
     }
+    void ClearFlowModificationTable() override { clearFlowPoints("txtHAFlowModification"); }
 
     void Reply(xml::Document& xmlDoc) override;
+    void ArrangeValues() override;
     [[nodiscard]] std::string MonitorLogHeaders() override;
     void SetDeviceRevisionChanges() override;
     void SetDeviceTypeIdChanges() override;
@@ -77,15 +79,17 @@ protected:
                strProperty == "TravelVsTimeTime";
     }
 
+    // The hooks of the shared reply: the trend and test groups go to their
+    // charts, a "deviceStatus" push to the status tree and the deviation
+    // alert, a monitoring reply while monitoring is off to the state label.
+    bool classItems(const std::string& strName, const std::vector<xml::Node>& items) override;
+    void statusReply(xml::Document& xmlDoc) override { deviceStatus(xmlDoc); }
+    void monitoringStopped() override;
+
 private:
     [[nodiscard]] float fixedLimit(float sngLimit);
     // The "deviceStatus" reply: the status tree and the deviation alert.
     void deviceStatus(xml::Document& xmlDoc);
-    // Step of a good read: each item to its trend, test, event log or page.
-    void distributeItems(const std::string& strName, const std::vector<xml::Node>& items);
-    // Step of a failed group reply: the error flag and text.
-    void gatherError(const std::string& strErrorCode,
-                     const std::vector<xml::Node>& items);
 };
 
 }  // namespace kt500::devices

@@ -49,6 +49,18 @@ public:
     [[nodiscard]] std::string txtFlowModification(int intIndex) override {
         return elementText({"txtPAFlowModification", intIndex});
     }
+    void ClearFlowModificationTable() override { clearFlowPoints("txtPAFlowModification"); }
+
+    void Reply(xml::Document& xmlDoc) override;
+    // A "deviceStatus" reply: the status tree and the header; the item
+    // "positioningValue" decides whether the deviation alert shows.
+    void DeviceStatus(xml::Document& xmlDoc);
+    // The target mode list (comPATargetMode element 0) took a new entry: a
+    // question, then the operation mode page rearranged for that mode.
+    void TargetModeChanged();
+    // Shows and enables the elements of the operation mode page for a
+    // target mode (0 automatic, 1 manual, 2 remote cascade).
+    void ArrangeOperationModePage(int intMode);
 
     // One revision: nothing to adapt.
     void SetDeviceRevisionChanges() override {}
@@ -64,6 +76,12 @@ public:
     void HideFrames() override;
 
 protected:
+    void statusReply(xml::Document& xmlDoc) override { DeviceStatus(xmlDoc); }
+    void deviationAlertItem(xml::Node item) override;
+    bool classItems(const std::string& strName, const std::vector<xml::Node>& items) override;
+    void afterGoodReply(const std::string& strName, const std::string& strAccess, bool isFinal,
+                        const std::vector<xml::Node>& items) override;
+    void monitoringStopped() override;
     [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
                                                    std::string_view strItem) const override;
     [[nodiscard]] bool hasTrendTime(std::string_view strProperty) const override {
@@ -71,6 +89,9 @@ protected:
     }
 
 private:
+    // The curves of the one test group go to the test that is selected.
+    void testValues(const std::vector<xml::Node>& items);
+    bool m_targetModeInReply = false;
     bool m_flowModCurveLinear = false;
     std::int16_t m_flowModProgress = 0;
 };

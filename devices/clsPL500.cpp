@@ -3,6 +3,8 @@
 #include "devices/Encodings.h"
 #include "devices/SpecialSets.h"
 
+#include <initializer_list>
+
 namespace kt500::devices {
 
 namespace {
@@ -130,12 +132,12 @@ const DateFields* clsPL500::deviceDateFields() const {
 
 PageElement clsPL500::propertyElement(std::string_view strProperty) const {
     static constexpr std::pair<std::string_view, PageElement> own[] = {
-        {"SupplyPressureUnit", {"lblHALoadFactor", 5}},
+        {"SupplyPressureUnit", {"lblPLParamTitle", 70}},
         {"ActuatorPressureUnit", {"lblPLParamTitle", 24}},
         {"PressureSpanUnit", {"lblHAPressureCalSpan", 0}},
         {"MeasuredTemperatureUnit", {"lblHAAmbientTemperature", 0}},
         {"PcbTemperatureUnit", {"lblPLParamTitle", 25}},
-        {"SupplyPressureValue", {"txtLoadFactor", 0}},
+        {"SupplyPressureValue", {"txtPLParams", 6}},
         {"ActuatorPressureValue", {"lblPLParams", 9}},
         {"PressureSpanValue", {"txtHAPressureSensorCal", 0}},
         {"MeasuredTemperatureValue", {"txtHATemperatureSensorCal", 0}},
@@ -194,7 +196,8 @@ void clsPL500::HideFrames() {
 }
 
 void clsPL500::SetDeviceRevisionChanges() {
-    form::Form& form = userControl().form();
+    IUserControl& control = userControl();
+    form::Form& form = control.form();
     // Every element of a run that is on the form.
     const auto each = [&form](std::string_view array, int first, int last, auto action) {
         for (int index = first; index <= last; ++index) {
@@ -203,17 +206,42 @@ void clsPL500::SetDeviceRevisionChanges() {
             }
         }
     };
+    // The switches and unit selectors of the pages, which no parameter maps.
+    const auto fill = [&form](int index, std::initializer_list<std::string> entries) {
+        if (form::Control* list = form.find("comPLParams", index)) {
+            list->clear();
+            for (const std::string& entry : entries) {
+                list->addItem(entry);
+                list->setItemData(list->newIndex(), list->newIndex());
+            }
+        }
+    };
+    const std::string off = control.Translate("off");
+    const std::string on = control.Translate("on");
+    for (const int index : {LeakageSwitch.index, 12, 13}) {
+        fill(index, {off, on});
+    }
+    for (const int index : {11, 14}) {
+        fill(index, {"h", "d"});
+    }
     const auto enable = [](form::Control& field) { field.setEnabled(true); };
     const auto hide = [](form::Control& field) { field.setVisible(false); };
-    if (userControl().tools().DeviceRevision != "1") {
+    if (control.tools().DeviceRevision != "1") {
+        // Revision 2 devices take the valve test timer.
         each("txtPLParams", 41, 41, enable);
         each("lblPLParamTitle", 80, 81, enable);
         return;
     }
+    // Revision 1 devices run the pneumatics test with fixed settings and
+    // report no key figures nor the time to the next test.
     each("txtPLParams", 42, 45, hide);
     each("lblPLParamTitle", 82, 86, hide);
-    each("lblPLParamTitle", 99, 108, hide);
-    each("lblPLParams", 26, 26, hide);
+    each("lblPLParamTitle", 88, 88, hide);
+    each("lblPLParamUnit", 42, 45, hide);
+    each("imgPLChanged", 42, 45, hide);
+    each("lblPLParamTitle", 99, 109, hide);
+    each("lblPLParams", 25, 32, hide);
+    each("lblPLParamUnit", 125, 126, hide);
 }
 
 }  // namespace kt500::devices

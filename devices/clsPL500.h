@@ -18,6 +18,9 @@ public:
     static constexpr PageElement YearField{"txtPLParams", 2};
     static constexpr PageElement LeakageSwitch{"comPLParams", 17};
     static constexpr int LeakageFields[] = {28, 29, 30};
+    static constexpr PageElement TargetModeList{"comPLParams", 3};
+    static constexpr PageElement ActualModeList{"comPLActualMode", -1};
+    static constexpr PageElement MonitoringState{"lblPLParams", 11};
 
     [[nodiscard]] std::string ImagePrefix() const override { return "imgPL"; }
     [[nodiscard]] std::string DevicePrefix() const override { return "PL"; }
@@ -73,6 +76,11 @@ public:
         setSettingText("pressureRecoveryTime", strValue);
     }
 
+    void Reply(xml::Document& xmlDoc) override;
+    // The leakage measurement switch (comPLParams element 17) took an entry
+    // from the user: 0 off, 1 on.
+    void LeakageSwitchChanged(int intListIndex);
+
     void SetDeviceTypeIdChanges() override {}
     // Revision 2 fields enabled; revision 1 hides the runs of fields that
     // only revision 2 devices fill.
@@ -89,6 +97,18 @@ public:
     void HideFrames() override;
 
 protected:
+    bool classItems(const std::string& strName, const std::vector<xml::Node>& items) override;
+    void afterGoodReply(const std::string& strName, const std::string& strAccess, bool isFinal,
+                        const std::vector<xml::Node>& items) override;
+    [[nodiscard]] std::string resetTreeNode() const override {
+        return m_resetingFrame == "alarms" ? "resetAlarms" : "resetStatistics";
+    }
+    // The device refuses a selection it does not offer; the page already
+    // tells that, so the group is not listed as failed.
+    [[nodiscard]] bool reportsFailure(const std::string& strErrorCode) const override {
+        return strErrorCode != "hartCmdErrInvalidSelection";
+    }
+    void monitoringStopped() override;
     [[nodiscard]] const SpecialSet* findSpecialSet(std::string_view strRequestGroup,
                                                    std::string_view strItem) const override;
 
@@ -103,6 +123,7 @@ private:
     [[nodiscard]] std::string settingText(std::string_view strItem) const;
     void setSettingText(std::string_view strItem, const std::string& strValue);
     std::string m_resetingFrame;
+    bool m_targetModeInReply = false;
     // Switches the leakage measurement fields with the measurement time.
     void showLeakageMeasurement(bool blOn);
 };

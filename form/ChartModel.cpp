@@ -115,6 +115,14 @@ void ChartModel::setSubsetLabel(int subset, std::string label) {
     }
 }
 
+std::string ChartModel::subsetLabelKey(int subset) const {
+    return this->subset(subset).labelKey;
+}
+
+void ChartModel::setSubsetLabelKey(int subset, std::string key) {
+    this->subset(subset).labelKey = std::move(key);
+}
+
 std::uint32_t ChartModel::subsetColor(int subset) const {
     return this->subset(subset).color;
 }

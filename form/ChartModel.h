@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kt500::form {
@@ -48,6 +49,9 @@ public:
 
     [[nodiscard]] std::string subsetLabel(int subset) const;
     void setSubsetLabel(int subset, std::string label);
+    // The translation key of a subset's label; "" keeps the label as written.
+    [[nodiscard]] std::string subsetLabelKey(int subset) const;
+    void setSubsetLabelKey(int subset, std::string key);
     [[nodiscard]] std::uint32_t subsetColor(int subset) const;
     void setSubsetColor(int subset, std::uint32_t bgr);
     [[nodiscard]] int subsetLineType(int subset) const;
@@ -59,6 +63,11 @@ public:
     [[nodiscard]] const std::string& subTitle() const noexcept { return m_subTitle; }
     void setMainTitle(std::string title);
     void setSubTitle(std::string title);
+    // Translation keys of the titles; "" keeps a title as written.
+    [[nodiscard]] const std::string& mainTitleKey() const noexcept { return m_mainTitleKey; }
+    [[nodiscard]] const std::string& subTitleKey() const noexcept { return m_subTitleKey; }
+    void setMainTitleKey(std::string key) { m_mainTitleKey = std::move(key); }
+    void setSubTitleKey(std::string key) { m_subTitleKey = std::move(key); }
     [[nodiscard]] const ChartAxis& axis(ChartAxisId id) const noexcept;
     void setAxis(ChartAxisId id, ChartAxis axis);
 
@@ -73,6 +82,7 @@ public:
 private:
     struct Subset {
         std::string label;
+        std::string labelKey;
         std::uint32_t color = 0;
         int lineType = 0;
         std::vector<double> x;
@@ -92,6 +102,8 @@ private:
     std::vector<std::string> m_pointLabels;
     std::string m_mainTitle;
     std::string m_subTitle;
+    std::string m_mainTitleKey;
+    std::string m_subTitleKey;
     ChartAxis m_axes[3];
     std::map<std::string, double, std::less<>> m_options;
 };

@@ -91,14 +91,14 @@ void Form::remove(Control& control) {
                     [&](const Control* c) { return c->m_container == &control; })) {
         throw std::invalid_argument(control.displayName() + " still contains controls");
     }
+    if (m_focused == &control) {
+        m_focused = nullptr;
+    }
     notify(PropertyChange{control, PropertyId::Name, {}, -1});
     const auto array = m_arrays.find(control.name());
     array->second.m_elements.erase(control.index());
     if (array->second.m_elements.empty()) {
         m_arrays.erase(array);
-    }
-    if (m_focused == &control) {
-        m_focused = nullptr;
     }
     std::erase(m_order, &control);
     std::erase_if(m_owned, [&](const auto& owned) { return owned.get() == &control; });

@@ -1,5 +1,6 @@
 #include "host/RavikKT500.h"
 
+#include "data/RoleRules.h"
 #include "devices/MemberMissing.h"
 
 #include <charconv>
@@ -33,17 +34,34 @@ std::optional<std::int32_t> numberOf(const std::string& strText) {
 RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platform)
     : m_form(std::move(form)),
       m_platform(std::move(platform)),
-      m_session(*this, m_platform.settings, m_platform.debugOutput, m_platform.defaults.SavePath) {
+      m_session(*this, m_platform.settings, m_platform.debugOutput, m_platform.defaults.SavePath,
+                [this] {
+                    std::vector<std::int32_t> ids;
+                    if (m_pLanguage) {
+                        m_pLanguage->GetLanguageIds(ids);
+                    }
+                    return ids;
+                }) {
     if (!m_form) {
         throw std::invalid_argument("RavikKT500: a control needs its form");
     }
     m_units.addHandlers(m_handlers);
     m_uploads.addHandlers(m_handlers);
     m_pageHandlers.addHandlers(m_handlers);
+    m_familyPageEvents.addHandlers(m_handlers);
     m_navigation.addHandlers(m_handlers);
     m_toolbar.addHandlers(m_handlers);
     m_captions.addHandlers(m_handlers);
     m_confirmation.addHandlers(m_handlers);
+    m_flow.addHandlers(m_handlers);
+    m_calibrations.addHandlers(m_handlers);
+    m_filePage.addHandlers(m_handlers);
+    m_graphs.addHandlers(m_handlers);
+    m_monitoring.addHandlers(m_handlers);
+    m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
+                         [this] { m_monitoring.StartMonitorLog(); });
+    m_navigation.setPageChangeHandler(
+        [this](const std::string& strKey) { m_monitoring.PageChanging(strKey); });
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }
@@ -188,14 +206,35 @@ xml::Node RavikKT500::ParameterNodeByName(std::string_view strName) {
     return m_parameterDocument->ParameterNodeByName(strName);
 }
 
-void RavikKT500::EnableTesting(bool blValue) {
-    // The test commands of every family, as far as their pages are on the form.
-    for (const char* name : {"cmdStartTest", "cmdPLSetTestSettings", "cmdPLStartTest"}) {
-        for (const int element : {0, 1}) {
-            if (form::Control* command = m_form->find(name, element)) {
-                command->setEnabled(blValue);
+void RavikKT500::EnableTestKeyFigures(bool blValue) {
+    // The key figures of the safety valve controller's valve test page and
+    // their captions.
+    const auto enable = [this, blValue](std::string_view name, int first, int last) {
+        for (int index = first; index <= last; ++index) {
+            if (form::Control* field = m_form->find(name, index)) {
+                field->setEnabled(blValue);
             }
         }
+    };
+    enable("lblPLParams", 26, 32);
+    enable("lblPLParamTitle", 99, 99);
+    enable("lblPLParamTitle", 101, 108);
+}
+
+void RavikKT500::ResetTargetMode() {
+    try {
+        xml::Node node = ParameterNodeByName("targetMode");
+        if (!node) {
+            return;
+        }
+        // The device has taken the mode: the data set holds no pending one.
+        node.setAttribute("value", "");
+        node.setAttribute("synchronised", "1");
+        if (form::Control* list = m_form->find("comPLParams", 3)) {
+            list->setListIndex(-1);
+        }
+    } catch (const std::exception& failure) {
+        ShowMsg("ResetTargetMode", failure.what());
     }
 }
 
@@ -215,18 +254,19 @@ bool RavikKT500::IQDLGuiEvent_CommunicationEvent(const std::string& strReply) {
     return true;
 }
 
-void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool /*blReady*/) {
-    // The device action framework, which starts the calibration or the test
-    // that asked for the device, is not part of the control yet.
-    Guard("IQDLGuiEvent_ReadyForAutoAction", [] { throw MemberMissing("StartAutoCalibration"); });
+void RavikKT500::IQDLGuiEvent_ReadyForAutoAction(bool blReady) {
+    Guard("IQDLGuiEvent_ReadyForAutoAction",
+          [this, blReady] { m_calibrations.IQDLGuiEvent_ReadyForAutoAction(blReady); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool /*blSuccess*/) {
-    Guard("IQDLGuiEvent_AutoActionComplete", [] { throw MemberMissing("AutoActionComplete"); });
+void RavikKT500::IQDLGuiEvent_AutoActionComplete(bool blSuccess) {
+    Guard("IQDLGuiEvent_AutoActionComplete",
+          [this, blSuccess] { m_calibrations.IQDLGuiEvent_AutoActionComplete(blSuccess); });
 }
 
-void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool /*blStopped*/) {
-    Guard("IQDLGuiEvent_AutoActionStopped", [] { throw MemberMissing("AutoActionStopped"); });
+void RavikKT500::IQDLGuiEvent_AutoActionStopped(bool blStopped) {
+    Guard("IQDLGuiEvent_AutoActionStopped",
+          [this, blStopped] { m_calibrations.IQDLGuiEvent_AutoActionStopped(blStopped); });
 }
 
 void RavikKT500::IQDLGuiEvent_OnLockDataSet(const std::string& /*strFirst*/,

@@ -5,7 +5,9 @@
 // behaviour lives in a class of its own, which the control owns and forwards to.
 #pragma once
 
+#include "calibration/Calibrations.h"
 #include "data/ChangeTracking.h"
+#include "data/FamilyPageEvents.h"
 #include "data/PageHandlers.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
@@ -18,6 +20,8 @@
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
 #include "devices/Units.h"
+#include "flow/CurveTable.h"
+#include "flow/FlowModification.h"
 #include "form/EventHandlers.h"
 #include "form/Form.h"
 #include "session/DebugTrace.h"
@@ -25,7 +29,10 @@
 #include "host/SessionData.h"
 #include "session/clsTools.h"
 #include "session/modRegistry.h"
+#include "monitoring/Monitoring.h"
 #include "presentation/Captions.h"
+#include "presentation/FileDialog.h"
+#include "presentation/Graphs.h"
 #include "presentation/NavigationTree.h"
 #include "presentation/Toolbar.h"
 #include "services/IDtmLanguage.h"
@@ -48,6 +55,9 @@ struct ControlPlatform {
     session::ISettingsStore& settings;
     session::IDebugOutput& debugOutput;
     session::PathDefaults defaults;
+    // The current date and time of the monitoring chart and log; the
+    // system clock when empty.
+    std::function<QDateTime()> clock = {};
 };
 
 class RavikKT500 final : public services::IQDLGuiEvent, public devices::IUserControl {
@@ -155,8 +165,16 @@ public:
     void SendRequest(const std::string& str_frame, const std::string& str_accessType) override {
         m_requests.SendRequest(str_frame, str_accessType);
     }
-    void EnableDeviceActions(bool blEnabled) override { m_requests.EnableDeviceActions(blEnabled); }
-    void EnableTesting(bool blValue) override;
+    void EnableDeviceActions(bool blEnabled) override {
+        m_calibrations.EnableDeviceActions(blEnabled);
+    }
+    void EnableTesting(bool blValue) override { m_calibrations.EnableTesting(blValue); }
+    void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption) override {
+        m_uploads.SetProgressBar(strRequestGroup, strCaption);
+    }
+    // A device action asks for the device: "" when the BL will answer with
+    // the ready event, else the translated refusal.
+    std::string PrepareAutoAction() { return m_calibrations.PrepareAutoAction(); }
     // The toolbar's upload groups and the Reload of the page shown.
     void RunUploadGroup(const std::string& strGroup) override {
         m_uploads.RunUploadGroup(strGroup);
@@ -177,9 +195,7 @@ public:
     }
     // The trend charts' limits come with the trends.
     void UpdateLimits() override { throw devices::MemberMissing("UpdateLimits"); }
-    void CalibrationValueSet(bool /*blOk*/) override {
-        throw devices::MemberMissing("CalibrationValueSet");
-    }
+    void CalibrationValueSet(bool blOk) override { m_calibrations.CalibrationValueSet(blOk); }
     void BuildStatusTree() override { m_statusTree.BuildStatusTree(); }
     void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList, xml::Node xmlItem) override {
         m_statusTree.UpdateStatusTree(xmlStatusList, xmlItem);
@@ -205,13 +221,31 @@ public:
     void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
         throw devices::MemberMissing("FillEventLog");
     }
-    void UpdateFlowModificationGraph(int /*intSubset*/) override {
-        throw devices::MemberMissing("UpdateFlowModificationGraph");
+    void AddBreakawayPressureValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddBreakawayPressureValuePair");
     }
-    void UpdateMonitoringGraph(const std::string& /*strValues*/,
-                               const std::string& /*strGraphValues*/) override {
-        throw devices::MemberMissing("UpdateMonitoringGraph");
+    void AddLeakageSignalValuePair(xml::Node /*item*/, bool /*blInit*/) override {
+        throw devices::MemberMissing("AddLeakageSignalValuePair");
     }
+    void AddValveTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddValveTestValuePair");
+    }
+    void AddPneumaticsTestValuePair(xml::Node /*item*/) override {
+        throw devices::MemberMissing("AddPneumaticsTestValuePair");
+    }
+    void EnableTestKeyFigures(bool blValue) override;
+    void ResetTargetMode() override;
+    void UpdateFlowModificationGraph(int intSubset) override {
+        m_flow.UpdateFlowModificationGraph(intSubset);
+    }
+    void UpdateFlowModification() { m_flow.UpdateFlowModification(); }
+    void UpdateMonitoringGraph(const std::string& strValues,
+                               const std::string& strGraphValues) override {
+        m_monitoring.UpdateMonitoringGraph(strValues, strGraphValues);
+    }
+    // The chart layer and the monitoring loop.
+    [[nodiscard]] presentation::Graphs& graphs() noexcept { return m_graphs; }
+    [[nodiscard]] monitoring::Monitoring& monitoring() noexcept { return m_monitoring; }
     void ChangeImage(const std::string& strTag, const std::string& strContainer,
                      const std::string& strImage) override {
         m_replies.ChangeImage(strTag, strContainer, strImage);
@@ -256,6 +290,10 @@ public:
     }
     void UndoAllPages() override { m_undo.UndoAllPages(); }
 
+    // --- Flow characteristic ---
+    void LoadCurveFile(const std::string& strPath) override { m_flow.LoadCurveFile(strPath); }
+    void SaveCurveFile(const std::string& strPath) { m_flow.SaveCurveFile(strPath); }
+
     // --- Members of the control ---
     std::unique_ptr<session::clsTools> m_objTools;
     std::shared_ptr<services::IDtmControl> m_pControl;
@@ -265,6 +303,8 @@ public:
     std::unique_ptr<devices::DeviceClass> m_objDeviceClass;
     int m_buttonPressed = 0;
     std::string strPresetCurveValues;
+    // The flow curves: 22 rows by the four subsets of their roles.
+    flow::CurveTable m_arrFlowCurves;
 
 private:
     void UserControl_Initialize();
@@ -302,13 +342,19 @@ private:
     data::ChangeTracking m_changes{*this};
     data::Uploads m_uploads{*this};
     data::PageHandlers m_pageHandlers{*this};
+    data::FamilyPageEvents m_familyPageEvents{*this};
     datasets::Confirmation m_confirmation{*this};
     datasets::Undo m_undo{*this};
+    flow::FlowModification m_flow{*this, m_arrFlowCurves, strPresetCurveValues};
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
+    calibration::Calibrations m_calibrations{*this};
+    presentation::FilePage m_filePage{*this};
+    presentation::Graphs m_graphs{*this};
+    monitoring::Monitoring m_monitoring{*this, m_graphs, m_platform.clock};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

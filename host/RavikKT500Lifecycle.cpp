@@ -67,8 +67,8 @@ void RavikKT500::UserControl_Initialize() {
             curves.addItem(name);
         }
     }
-    // The flow curve tables and their presets arrive with the flow
-    // characteristic (m_arrFlowCurves); until then there is nothing to mark empty.
+    // Every slot of the flow curves is marked empty; the presets are constant.
+    m_arrFlowCurves.fill(-1.0F);
 
     m_objTools->FlowModificationStep = 0;
     m_objTools->CalibrationStep = 0;
@@ -137,13 +137,14 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         LoadGuiInitDocument();
         CreateDeviceClass();
 
-        // Not part of the control yet, and skipped here: the monitoring and
-        // test charts; the pop-up menu entries.
+        // The family's charts on their pages, the monitoring chart empty.
+        m_graphs.PlaceAllCharts();
+        m_monitoring.PrepareMonitoringGraph();
+        // Not part of the control yet, and skipped here: the pop-up menu entries.
         m_objDeviceClass->SetDeviceTypeIdChanges();
         m_objDeviceClass->SetDeviceRevisionChanges();
         BuildStatusTree();
         m_navigation.BuildNavigationTree();
-        // The chart series come with their part.
 
         // The captions of the language; this also fills the mapped lists
         // that the values below choose from.
@@ -276,7 +277,7 @@ bool RavikKT500::IDtmActiveXControl_PrepareToRelease() {
         if (m_objTools) {
             connectionId = m_objTools->ConnectionID;
         }
-        // The family's charts come with the chart construction; none to destroy yet.
+        m_graphs.RemoveDeviceCharts();
         m_form->control("tmrIconBlink").setEnabled(false);
 
         m_parameterDocument.reset();

@@ -1,12 +1,16 @@
 #include "host/SessionData.h"
 
+#include "data/RoleRules.h"
 #include "devices/DeviceClass.h"
 #include "session/DebugTrace.h"
 #include "session/clsTools.h"
 #include "session/modRegistry.h"
 #include "xml/Document.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
+#include <optional>
 #include <filesystem>
 
 namespace kt500::host {
@@ -16,12 +20,9 @@ namespace {
 constexpr const char* kSessionNamespace = "x-schema:QDLSessionDataSchema.xml";
 constexpr const char* kSessionSchemaFile = "QDLSessionDataSchema.xml";
 
-// The toolbar is element 1 of its control array; its second band holds the
-// upload items.
+// The toolbar is element 1 of its control array.
 constexpr int kToolbarElement = 1;
-constexpr int kUploadBand = 1;
 
-constexpr std::array kTestCommands = {"cmdStartTest", "cmdPLStartTest", "cmdPLSetTestSettings"};
 constexpr std::array kMonitoringCommands = {"cmdHAMonitoring", "cmdPAMonitoring",
                                             "cmdPLMonitoring"};
 // Element 5 of the flow modification pages applies the curve: to the page's
@@ -73,10 +74,21 @@ int ModelPictureElement(const std::string& strModel) {
     return 4;
 }
 
-void SetEnabled(const form::Form& form, const char* strName, bool blEnabled) {
-    for (form::Control* control : form.elements(strName)) {
-        control->setEnabled(blEnabled);
+// The number a text holds, blanks around it allowed; none for any other text.
+std::optional<std::int32_t> NumberOf(const std::string& strText) {
+    const auto first = strText.find_first_not_of(' ');
+    if (first == std::string::npos) {
+        return std::nullopt;
     }
+    const auto last = strText.find_last_not_of(' ');
+    const char* begin = strText.data() + first;
+    const char* end = strText.data() + last + 1;
+    std::int32_t number = 0;
+    const auto [stop, error] = std::from_chars(begin, end, number);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return number;
 }
 
 }  // namespace
@@ -106,6 +118,7 @@ void SessionData::LoadSessionData(const std::string& strSessionData, bool blInit
     xml::LoadResult loaded = xml::Document::parse(strSessionData, {.schemas = &Schemas()});
     if (loaded.ok()) {
         ReadAttributes(loaded.document->root().firstChildElement());
+        KeepOfferedLanguage();
     } else {
         // A message that does not parse holds no session: the state of the
         // last good message (or of the construction) stays, and the steps
@@ -141,6 +154,27 @@ void SessionData::ReadAttributes(xml::Node session) {
     tools.SavePath = session.attribute("savePath");
 }
 
+void SessionData::KeepOfferedLanguage() {
+    if (!m_languageIds) {
+        return;
+    }
+    const std::vector<std::int32_t> offered = m_languageIds();
+    if (offered.empty()) {
+        return;
+    }
+    session::clsTools& tools = m_control.tools();
+    // The language in force: Language, or FrameLanguage when Language is 0
+    // or no number (as the texts are looked up).
+    std::optional<std::int32_t> language = NumberOf(tools.Language);
+    if (!language || *language == 0) {
+        language = NumberOf(tools.FrameLanguage);
+    }
+    if (language && std::ranges::find(offered, *language) != offered.end()) {
+        return;
+    }
+    tools.Language = std::to_string(offered.front());
+}
+
 void SessionData::ShowDeviceModelPicture() {
     const int shown = ModelPictureElement(m_deviceModel);
     for (form::Control* picture : m_control.form().elements("imgToolbar")) {
@@ -149,60 +183,37 @@ void SessionData::ShowDeviceModelPicture() {
 }
 
 void SessionData::ApplyTestRights() {
-    const session::clsTools& tools = m_control.tools();
-    // The test commands compare the capitalised role words, as the frames
-    // that spell them so expect.
-    const bool allowed =
-        tools.OnlineConf && tools.ActorRole != "Operator" && tools.ActorRole != "Observer";
-    for (const char* name : kTestCommands) {
-        SetEnabled(m_control.form(), name, allowed);
-    }
+    data::EnableCommands(m_control.form(), m_control.tools(), data::Right::Test, true);
 }
 
 void SessionData::ApplyMode(form::ToolbarModel& toolbar) {
     const session::clsTools& tools = m_control.tools();
-    const bool observer = tools.ActorRole == "observer";
     form::Form& form = m_control.form();
     std::string flowCaption;
     if (!tools.OnlineConf) {
         toolbar.setText("strDtmStatus", m_control.Translate("dtmDisconnected"));
         toolbar.setPicture("imgDtmStatus", "offline");
-        if (!observer) {
-            toolbar.setEnabled("offlineConf", true);
-        }
         flowCaption = m_control.Translate("accept");
         toolbar.setText("strHeaderStatus", m_control.Translate("notMonitored"));
         toolbar.setPicture("imgHeaderStatus", "notMonitored");
     } else {
         toolbar.setText("strDtmStatus", m_control.Translate("dtmConnected"));
         toolbar.setPicture("imgDtmStatus", "online");
-        toolbar.setEnabled("offlineConf", false);
         flowCaption = m_control.Translate("download");
         // The device date fields are filled by the start-up from the values
         // the document holds; a session change brings no new date.
-        EnableUploadBand(toolbar);
     }
+    toolbar.setEnabled("offlineConf", data::Allows(tools, data::Right::OfflineConfiguration));
+    // The upload band follows the mode both ways.
+    m_control.EnableUploadTools();
     for (const char* name : kFlowApplyCommands) {
         if (form::Control* apply = form.find(name, kFlowApplyElement)) {
             apply->setCaption(flowCaption);
         }
     }
 
-    if (!observer) {
-        toolbar.setEnabled("send", true);
-    }
-    for (const char* name : kMonitoringCommands) {
-        SetEnabled(form, name, tools.OnlineConf);
-    }
-}
-
-void SessionData::EnableUploadBand(form::ToolbarModel& toolbar) {
-    // "uploadCurrent" reads the page in view; a group item is offered only
-    // when the device's GUIInit document names that upload group.
-    for (const std::string& key : toolbar.bandItems(kUploadBand)) {
-        toolbar.setEnabled(key, key == "uploadCurrent");
-    }
-    m_control.EnableUploadTools();
+    toolbar.setEnabled("send", data::Allows(tools, data::Right::Send));
+    data::EnableCommands(form, tools, data::Right::Monitoring, true);
 }
 
 void SessionData::ApplyRoleLimits() {

@@ -5,6 +5,7 @@
 #include "datasets/Confirmation.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
+#include "presentation/Graphs.h"
 
 #include <string>
 #include <string_view>
@@ -55,6 +56,7 @@ void Captions::TranslateForm() {
     TranslateColumns("lsvEventLog");
     TranslateColumns("lsvConfirmation");
     TranslateToolbar();
+    TranslateStatusItems();
     TranslateControls();
     TranslatePopupItems();
     TranslateConfirmationRows();
@@ -89,6 +91,21 @@ void Captions::TranslateToolbar() {
         const std::string& tipKey = item.toolTipKey.empty() ? item.captionKey : item.toolTipKey;
         toolbar.setText(item.key, m_control.Translate(item.captionKey));
         toolbar.setToolTip(item.key, m_control.Translate(tipKey));
+    }
+}
+
+void Captions::TranslateStatusItems() {
+    form::ToolbarModel& toolbar = m_control.form().control("smuiDTM", kToolbarElement).toolbar();
+    // An empty text has not been set yet (no session): it stays empty.
+    if (!toolbar.item("strDtmStatus").text.empty()) {
+        toolbar.setText("strDtmStatus", m_control.Translate(m_control.tools().OnlineConf
+                                                                ? "dtmConnected"
+                                                                : "dtmDisconnected"));
+    }
+    // The header status shows the picture's state by name.
+    const std::string& state = toolbar.item("imgHeaderStatus").picture;
+    if (!toolbar.item("strHeaderStatus").text.empty() && !state.empty()) {
+        toolbar.setText("strHeaderStatus", m_control.Translate(state));
     }
 }
 
@@ -156,18 +173,10 @@ void Captions::TranslateMappedTexts() {
 }
 
 void Captions::TranslateCharts() {
+    const auto translate = [this](const std::string& key) { return m_control.Translate(key); };
     for (form::Control* control : m_control.form().controls()) {
-        if (control->kind() != ControlKind::Chart) {
-            continue;
-        }
-        form::ChartModel& chart = control->chart();
-        for (const form::ChartAxisId id :
-             {form::ChartAxisId::X, form::ChartAxisId::Y, form::ChartAxisId::RightY}) {
-            form::ChartAxis axis = chart.axis(id);
-            if (!axis.labelKey.empty()) {
-                axis.label = m_control.Translate(axis.labelKey);
-                chart.setAxis(id, std::move(axis));
-            }
+        if (control->kind() == ControlKind::Chart) {
+            Graphs::TranslateChart(control->chart(), translate);
         }
     }
 }
@@ -209,11 +218,7 @@ void Captions::comSelectLanguage_Click() {
 void Captions::cmdSettingsOK_Click() {
     session::clsTools& tools = m_control.tools();
     devices::DeviceClass& device = m_control.deviceClass();
-    // A family page's tag carries the family prefix, the name of its node
-    // follows; the status and address pages are named by their node.
-    const std::string prefix = device.DevicePrefix();
-    const std::string& frame = tools.CurrentFrame;
-    const std::string page = frame.starts_with(prefix) ? frame.substr(prefix.size()) : frame;
+    const std::string page = data::NodeOfFrame(tools.CurrentFrame, device.DevicePrefix());
     device.HideFrames();
     device.ShowFrame(page);
 }

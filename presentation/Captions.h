@@ -26,7 +26,8 @@ public:
         : m_control(control), m_values(values), m_units(units) {}
 
     // Rewrites the whole form in the session's language: the two trees
-    // (which shows the default page again), the list headers, the toolbar,
+    // (which shows the default page again; the status tree keeps its
+    // states), the list headers, the toolbar and its status texts,
     // every captioned control, the chart menu, the confirmation rows, the
     // mapped lists and the mapped texts of the page shown, the unit
     // parameter list and the chart axes.
@@ -48,6 +49,9 @@ public:
 private:
     void TranslateColumns(const char* strListView);
     void TranslateToolbar();
+    // The session's status texts of the toolbar, which have no key of their
+    // own: the connection and the header status.
+    void TranslateStatusItems();
     void TranslateControls();
     void TranslatePopupItems();
     void TranslateConfirmationRows();

@@ -1,8 +1,11 @@
 #include "presentation/FileDialog.h"
 
 #include "devices/DeviceClass.h"
+#include "devices/MemberMissing.h"
 
+#include <exception>
 #include <filesystem>
+#include <string_view>
 
 namespace kt500::presentation {
 
@@ -28,6 +31,45 @@ void ShowFileDialog(devices::IUserControl& control, const std::string& strHeader
     }
     tools.OpenFileType = static_cast<std::int16_t>(intOpenFileType);
     form.control("fraCommon", 2).setVisible(true);
+}
+
+void FilePage::addHandlers(form::EventHandlers& handlers) {
+    handlers.add("cmdOpenFile", form::EventKind::Click,
+                 [this](form::FormEvent& event) { cmdOpenFile_Click(event.control->index()); });
+}
+
+void FilePage::setAction(OpenFileType intOpenFileType, std::function<void()> action) {
+    m_actions.at(static_cast<std::size_t>(intOpenFileType)) = std::move(action);
+}
+
+void FilePage::cmdOpenFile_Click(int intIndex) {
+    // The members that act on a confirmed file, by OpenFileType.
+    static constexpr std::array<std::string_view, 4> kMembers = {
+        "LoadValuesFromFile", "StartMonitorLog", "CreateSaveXml", "LoadCurveFile"};
+    form::Form& form = m_control.form();
+    session::clsTools& tools = m_control.tools();
+    form.control("fraCommon", 2).setVisible(false);
+    m_control.deviceClass().ShowFrame(tools.CurrentFrame.size() > 2 ? tools.CurrentFrame.substr(2)
+                                                                    : std::string());
+    form::Control& name = form.control("txtFileName");
+    if (intIndex == 1) {
+        name.setText("");
+        return;
+    }
+    if (intIndex != 0 || name.text().empty()) {
+        return;
+    }
+    try {
+        const auto type = static_cast<std::size_t>(tools.OpenFileType);
+        if (type >= m_actions.size() || !m_actions[type]) {
+            throw devices::MemberMissing(type < kMembers.size() ? kMembers[type] : "OpenFileType");
+        }
+        m_actions[type]();
+    } catch (const devices::MemberMissing&) {
+        throw;
+    } catch (const std::exception&) {
+        m_control.ShowMsg("cmdOpenFile", m_control.Translate("fileOpenFailed"));
+    }
 }
 
 }  // namespace kt500::presentation

@@ -4,8 +4,11 @@
 #pragma once
 
 #include "devices/IUserControl.h"
+#include "form/EventHandlers.h"
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace kt500::presentation {
@@ -19,5 +22,21 @@ enum class OpenFileType : std::int16_t { Import = 0, MonitoringLog = 1, Export =
 // ".xml". Controls the page does not hold are passed over.
 void ShowFileDialog(devices::IUserControl& control, const std::string& strHeaderKey,
                     OpenFileType intOpenFileType, const std::string& strPattern);
+
+// The file page's two commands (cmdOpenFile): both bring back the page from
+// before the dialog; element 0 then acts on the name in txtFileName by
+// OpenFileType, element 1 empties it. Each subsystem gives the action of
+// its file type; a type without one fails by the member's name.
+class FilePage {
+public:
+    explicit FilePage(devices::IUserControl& control) : m_control(control) {}
+    void addHandlers(form::EventHandlers& handlers);
+    void setAction(OpenFileType intOpenFileType, std::function<void()> action);
+    void cmdOpenFile_Click(int intIndex);
+
+private:
+    devices::IUserControl& m_control;
+    std::array<std::function<void()>, 4> m_actions;
+};
 
 }  // namespace kt500::presentation

@@ -42,6 +42,9 @@ void NavigationTree::BuildNavigationTree() {
     devices::DeviceClass& device = m_control.deviceClass();
     SelectNode(device.DefaultNodeIndex());
     tools.CurrentFrame = device.DevicePrefix() + tools.strDefaultFrame();
+    // The default page stands alone: the page in view (the settings page,
+    // say, after a language change) gives way.
+    device.HideFrames();
     device.ShowFrame(tools.strDefaultFrame());
 }
 
@@ -70,6 +73,9 @@ void NavigationTree::NodeClick(const std::string& strKey) {
         nodes.setExpanded(strKey, true);
         NodeClick(nodes.at(nodes.indexOf(strKey) + 1).key);
         return;
+    }
+    if (m_onPageChange) {
+        m_onPageChange(strKey);
     }
     LayOutPage(strKey);
     m_control.tools().LatestSelectedNode = strKey;

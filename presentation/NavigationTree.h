@@ -8,8 +8,10 @@
 #include "devices/IUserControl.h"
 #include "form/EventHandlers.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kt500::presentation {
 
@@ -27,7 +29,7 @@ public:
     explicit NavigationTree(devices::IUserControl& control) : m_control(control) {}
 
     // Rebuilds treeNavigation, selects the default node and shows the
-    // default page.
+    // default page alone.
     void BuildNavigationTree();
     // Selects the node at a 1-based position in the tree's order and keeps
     // it as LatestSelectedNode; a position outside the tree selects nothing.
@@ -48,6 +50,11 @@ public:
     void LayOutPage(const std::string& strKey);
 
     [[nodiscard]] bool treeHidden() const noexcept { return m_treeHidden; }
+    // Told the key of each page that a node click is about to show, before
+    // the page changes (the monitoring ends when its page is left).
+    void setPageChangeHandler(std::function<void(const std::string&)> handler) {
+        m_onPageChange = std::move(handler);
+    }
 
     // treeNavigation NodeClick and cmdNavigation Click.
     void addHandlers(form::EventHandlers& handlers);
@@ -59,6 +66,7 @@ private:
 
     devices::IUserControl& m_control;
     bool m_treeHidden = false;
+    std::function<void(const std::string&)> m_onPageChange;
 };
 
 }  // namespace kt500::presentation

@@ -1,5 +1,7 @@
 #include "presentation/Toolbar.h"
 
+#include "data/RoleRules.h"
+#include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
 #include "presentation/FileDialog.h"
 
@@ -22,26 +24,8 @@ constexpr std::array<std::string_view, 6> kUploadGroups = {
     "uploadAll",         "uploadIdentification", "uploadConfiguration",
     "uploadDiagnostics", "uploadOperation",      "uploadAdvanced"};
 
-constexpr std::array kCalibrationCommands = {"cmdHAAutoTravelCalibration",
-                                             "cmdPAAutoTravelCalStart",
-                                             "cmdHAInputSignalMeasurementCalibration",
-                                             "cmdPAPositionSensorCalibration",
-                                             "cmdHAPositionTransmitterCalibration",
-                                             "cmdHAPressureSensorCalibration",
-                                             "cmdPAPressureSensorCalibration",
-                                             "cmdHATemperatureSensorCalibration",
-                                             "cmdPATemperatureSensorCalibration",
-                                             "cmdPLAutocalibration"};
-
 form::ToolbarModel& Items(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
-}
-
-// Every element of a command, as far as the form holds it.
-void SetEnabled(const form::Form& form, const char* strName, bool blEnabled) {
-    for (form::Control* command : form.elements(strName)) {
-        command->setEnabled(blEnabled);
-    }
 }
 
 }  // namespace
@@ -141,41 +125,32 @@ void Toolbar::Stop() {
     for (const char* action : {"read", "write", "calibration", "test"}) {
         tools.CommunicationSign(action, "0");
     }
-    form::ToolbarModel& items = Items(form);
-    items.setEnabled("stop", false);
-    items.setEnabled("uploadCurrent", true);
-    if (tools.ActorRole != "observer") {
-        items.setEnabled("send", true);
-    }
-    items.setEnabled("settings", true);
     form.control("ProgressBar1").setVisible(false);
     form.control("fraProgress").setVisible(false);
     device.PrintErrorMessages();
-    m_control.EnableDeviceActions(true);
+    data::GiveToolsBack(m_control);
     device.setSmuiStopPressed(false);
 }
 
 void Toolbar::ApplyRole(const std::string& strRole) {
-    const bool observer = strRole == "observer";
-    if (!observer && strRole != "operator") {
-        return;
-    }
-    form::Form& form = m_control.form();
-    if (observer) {
-        form::ToolbarModel& items = Items(form);
+    // Only limits: what the role may use comes back with the mode and with
+    // the end of each request, by the same table.
+    form::ToolbarModel& items = Items(m_control.form());
+    if (!data::RoleAllows(strRole, data::Right::OfflineConfiguration)) {
         items.setEnabled("offlineConf", false);
+    }
+    if (!data::RoleAllows(strRole, data::Right::Send)) {
         items.setEnabled("send", false);
-        for (int element = 0; element <= 3; ++element) {
-            if (form::Control* reset = form.find("cmdResetDiagnostics", element)) {
-                reset->setEnabled(false);
-            }
+    }
+    if (!data::RoleAllows(strRole, data::Right::Test)) {
+        m_control.EnableTesting(false);
+    }
+    for (const data::Right right :
+         {data::Right::Calibration, data::Right::ResetDiagnostics, data::Right::FactoryReset}) {
+        if (!data::RoleAllows(strRole, right)) {
+            data::EnableCommands(m_control.form(), m_control.tools(), right, false);
         }
     }
-    m_control.EnableTesting(false);
-    for (const char* name : kCalibrationCommands) {
-        SetEnabled(form, name, false);
-    }
-    SetEnabled(form, "cmdPAFactoryReset", false);
 }
 
 void Toolbar::addHandlers(form::EventHandlers& handlers) {

@@ -98,7 +98,7 @@ bool modRegistry::CreateRegEntry(int intType, const std::string& strValueName,
         m_store.setValue(rootOf(blUserRoot), m_strKeyPath, strValueName, intType, strValue);
     if (written != RegSuccess) {
         m_debugOutput.write(
-            "CreateRegEntry - Error Creating Registry Key Entry: Key=" + m_strKeyPath +
+            "CreateRegEntry - Error Creating Registry Key Entry: Key=" + m_strKeyPath + "\\" +
             strValueName + " DLL Returned=" + std::to_string(written));
         return false;
     }

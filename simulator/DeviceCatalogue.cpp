@@ -13,7 +13,7 @@ std::vector<DeviceModel> buildModels() {
     }
     for (const char* revision : {"4", "5", "6", "7"}) {
         models.push_back(
-            {std::string("KT520_PT_") + revision, "KT520_PT", revision, "233", "KT520 PT"});
+            {std::string("KT520_PT_") + revision, "KT520_PT", revision, "238", "KT520 PT"});
     }
     for (const char* revision : {"6", "7"}) {
         models.push_back({std::string("KTQ500_") + revision, "KTQ500", revision, "234", "KTQ500"});

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <algorithm>
 #include <map>
 
 namespace kt500::simulator {
@@ -92,11 +93,18 @@ std::optional<std::string> DeviceDynamics::value(const std::string& parameter) c
         {"actualTravel", [](const ValveModel& v) { return v.travel(); }},
         {"positioningValue", [](const ValveModel& v) { return v.travel(); }},
         {"outputValue", [](const ValveModel& v) { return v.travel(); }},
-        {"actuatorPressure", [](const ValveModel& v) { return v.actuatorPressure(); }},
-        {"inputSignal", [](const ValveModel& v) { return v.inputCurrent(); }},
-        {"pcbTemperature", [](const ValveModel& v) { return v.temperature(); }},
         {"leakageSignal", [](const ValveModel& v) { return v.leakageSignal(); }},
     };
+    // The readings that go through a sensor the technician calibrates.
+    if (parameter == "actuatorPressure") {
+        return Text(m_valve.actuatorPressure() * m_trims.pressureGain);
+    }
+    if (parameter == "inputSignal") {
+        return Text(inputReading());
+    }
+    if (parameter == "pcbTemperature") {
+        return Text(m_valve.temperature() + m_trims.temperatureOffset);
+    }
     const auto found = readings.find(parameter);
     if (found == readings.end()) {
         return std::nullopt;
@@ -135,6 +143,14 @@ void DeviceDynamics::runTest(const std::string& action, DeviceState& device) {
     const double testTime = NumberOf(device.value("testTime")).value_or(10.0);
     const double start = NumberOf(device.value("startSetpoint")).value_or(45.0);
     const double change = NumberOf(device.value("setpointChange")).value_or(10.0);
+    if (action == "positionControlAutocalibration" || action == "automaticTravelCalibration") {
+        findEndStops();
+        return;
+    }
+    if (action == "automaticPrestageTrim") {
+        trimPrestage();
+        return;
+    }
     try {
         if (action == "stepResponseTest") {
             const StepTestResult result = runStepTest(m_valve, {start, change, testTime, 50});
@@ -180,6 +196,108 @@ void DeviceDynamics::runTest(const std::string& action, DeviceState& device) {
     }
     // Back in control at the set point the valve had before the test.
     m_valve.setSetpoint(setpointBefore);
+}
+
+}  // namespace kt500::simulator
+
+namespace kt500::simulator {
+
+double DeviceDynamics::inputReading() const {
+    return 4.0 + m_trims.inputGain * (m_valve.inputCurrent() + m_trims.inputOffset - 4.0);
+}
+
+void DeviceDynamics::findEndStops() {
+    const double setpointBefore = m_valve.setpoint();
+    // Long enough for the lag and the dead time to settle at each end.
+    constexpr double kStrokeSeconds = 20.0;
+    m_valve.setSetpoint(0.0);
+    m_valve.advance(kStrokeSeconds);
+    const double low = m_valve.travel();
+    m_valve.setSetpoint(100.0);
+    m_valve.advance(kStrokeSeconds);
+    const double high = m_valve.travel();
+    m_valve.setSetpoint(setpointBefore);
+    m_valve.advance(kStrokeSeconds);
+    m_trims.endStopLow = low;
+    m_trims.endStopHigh = high;
+}
+
+void DeviceDynamics::trimPrestage() {
+    ValveModel::Parameters parameters = m_valve.parameters();
+    constexpr double kBestDeadBand = 0.05;
+    parameters.deadBand = std::max(kBestDeadBand, parameters.deadBand / 2.0);
+    m_valve.setParameters(parameters);
+}
+
+bool DeviceDynamics::calibrate(const std::string& group, const DeviceState& device) {
+    const auto reference = [&device](const char* parameter) {
+        return NumberOf(device.value(parameter));
+    };
+    if (group == "trimLoopCurrentZero") {
+        // The loop's true current, as the technician's meter shows it.
+        if (const auto measured = reference("measuredLoopCurrent")) {
+            m_trims.inputGain = 1.0;
+            m_trims.inputOffset = *measured - m_valve.inputCurrent();
+        }
+        return true;
+    }
+    if (group == "trimLoopCurrentSpan") {
+        const double span = m_valve.inputCurrent() + m_trims.inputOffset - 4.0;
+        if (const auto measured = reference("measuredLoopCurrent"); measured && span != 0.0) {
+            m_trims.inputGain = (*measured - 4.0) / span;
+        }
+        return true;
+    }
+    if (group == "temperatureSensorCalibration" || group == "temperatureSensorCal") {
+        if (const auto measured = reference("measuredTemperature")) {
+            m_trims.temperatureOffset = *measured - m_valve.temperature();
+        }
+        return true;
+    }
+    if (group == "pressureSensorCalibration3" || group == "pressureSensorCalibrationSpan") {
+        // The span reference is applied at the supply port.
+        const double supply = m_valve.parameters().supplyPressure;
+        if (const auto span = reference("pressureSpan"); span && supply > 0.0) {
+            m_trims.pressureGain = *span / supply;
+        }
+        return true;
+    }
+    if (group == "pressureSensorCalibration1" || group == "pressureSensorCalibration2" ||
+        group == "pressureSensorCalibrationZero") {
+        // Zero and middle point: the sensor of the model has no error there.
+        return true;
+    }
+    if (group == "trimAnalogChannelZero" || group == "trimAnalogChannelGain") {
+        const double point = group == "trimAnalogChannelZero" ? 4.0 : 20.0;
+        if (const auto measured = reference("measuredAnalogOutput")) {
+            if (point == 4.0) {
+                m_trims.outputOffset += point - *measured;
+            } else if (*measured > 4.0) {
+                m_trims.outputGain *= (point - 4.0) / (*measured - 4.0);
+            }
+        }
+        return true;
+    }
+    return group == "enterFixedAnalogChannelMode" || group == "exitFixedAnalogChannelMode";
+}
+
+std::optional<std::string> DeviceDynamics::internalValue(const std::string& name) const {
+    const std::map<std::string, double, std::less<>> values = {
+        {"travelEndStopLow", m_trims.endStopLow},
+        {"travelEndStopHigh", m_trims.endStopHigh},
+        {"deadBand", m_valve.parameters().deadBand},
+        {"inputSignalOffset", m_trims.inputOffset},
+        {"inputSignalGain", m_trims.inputGain},
+        {"pressureSensorGain", m_trims.pressureGain},
+        {"temperatureOffset", m_trims.temperatureOffset},
+        {"analogOutputOffset", m_trims.outputOffset},
+        {"analogOutputGain", m_trims.outputGain},
+    };
+    const auto found = values.find(name);
+    if (found == values.end()) {
+        return std::nullopt;
+    }
+    return Text(found->second, 3);
 }
 
 }  // namespace kt500::simulator

@@ -32,10 +32,40 @@ public:
     // into the device's result parameters; other actions change nothing.
     void runTest(const std::string& action, DeviceState& device);
 
+    // A calibration the device received as a write of its group with these
+    // values: a reference measured by the technician becomes what the sensor
+    // reads from now on. False when the group is no calibration.
+    bool calibrate(const std::string& group, const DeviceState& device);
+    // What the device learnt about itself that no parameter shows: the
+    // end stops of the last travel calibration ("travelEndStopLow",
+    // "travelEndStopHigh", % of the valve's travel), the prestage's
+    // "deadBand" (%), and the sensor corrections ("inputSignalOffset",
+    // "inputSignalGain", "pressureSensorGain", "temperatureOffset",
+    // "analogOutputOffset", "analogOutputGain"). Nothing for other names.
+    [[nodiscard]] std::optional<std::string> internalValue(const std::string& name) const;
+
     [[nodiscard]] const ValveModel& valve() const noexcept { return m_valve; }
 
 private:
+    // The corrections of the sensors; a fresh device reads the valve as it is.
+    struct SensorTrims {
+        double inputOffset = 0.0;  // mA
+        double inputGain = 1.0;    // about 4 mA
+        double pressureGain = 1.0;
+        double temperatureOffset = 0.0;  // degrees Celsius
+        double outputOffset = 0.0;       // mA of the position transmitter
+        double outputGain = 1.0;
+        double endStopLow = 0.0;
+        double endStopHigh = 100.0;
+    };
+    // The travel calibration strokes the valve to both ends and keeps where
+    // it stopped; the prestage trim halves the dead band down to its best.
+    void findEndStops();
+    void trimPrestage();
+    [[nodiscard]] double inputReading() const;
+
     ValveModel m_valve;
+    SensorTrims m_trims;
     VirtualClock::Milliseconds m_time = 0;
 };
 

@@ -30,7 +30,14 @@ void SimulatedControl::setDeviceValue(const std::string& parameter, const std::s
 }
 
 std::optional<std::string> SimulatedControl::deviceValue(const std::string& parameter) const {
-    return m_device ? m_device->value(parameter) : std::nullopt;
+    if (!m_device) {
+        return std::nullopt;
+    }
+    if (std::optional<std::string> value = m_device->value(parameter)) {
+        return value;
+    }
+    // What the device learnt of itself and shows in no parameter.
+    return m_dynamics ? m_dynamics->internalValue(parameter) : std::nullopt;
 }
 
 void SimulatedControl::pushStatus(const std::string& item, const std::string& value) {

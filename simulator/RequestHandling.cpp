@@ -183,7 +183,10 @@ void SimulatedControl::answerWrite(const CommunicationRequest& request) {
         m_device->storeInDataSet(name, value, "1");
         reply.items.push_back(m_device->item(name));
     }
-    if (!accepted.empty()) {
+    m_dynamics->advanceTo(m_clock->now());
+    if (m_dynamics->calibrate(request.name, *m_device)) {
+        EventLog::Record(*m_device, "eventCalibration", sessionHours());
+    } else if (!accepted.empty()) {
         EventLog::Record(*m_device, "eventConfigurationChanged", sessionHours());
     }
     // One reply for every eight values sent, at least one, on the bus.

@@ -162,8 +162,15 @@ void SimulatedControl::StopMonitoringRequests(std::int32_t lngConnectionId) {
 
 void SimulatedControl::monitoringCycle() {
     CommunicationReply reply{kMonitoringGroup, "read", "ok", true, "", {}};
-    for (const std::string& name : device().group(kMonitoringGroup)->parameters) {
-        reply.items.push_back(device().item(name));
+    if (const auto failure = m_failures.find(kMonitoringGroup); failure != m_failures.end()) {
+        // One cycle fails without values; the next one reads again.
+        reply.responseStatus = "failed";
+        reply.errorCode = failure->second;
+        m_failures.erase(failure);
+    } else {
+        for (const std::string& name : device().group(kMonitoringGroup)->parameters) {
+            reply.items.push_back(device().item(name));
+        }
     }
     // The next cycle is due one period on, whatever the sink does with this one.
     m_clock->schedule(

@@ -30,6 +30,13 @@ void SimulatedUnits::ConvertValue(float sngValue, const std::string& strFromUnit
                                   const std::string& strToUnit, float& sngConverted,
                                   bool& blSuccess) {
     blSuccess = false;
+    // A value without a unit, or a unit into itself, is the value itself:
+    // the monitored "%" items go to the pages' "noUnit" this way.
+    if (strFromUnit == strToUnit || strFromUnit == NoUnit || strToUnit == NoUnit) {
+        sngConverted = sngValue;
+        blSuccess = true;
+        return;
+    }
     const std::optional<double> converted = m_tables.convert(sngValue, strFromUnit, strToUnit);
     // A result beyond the range of a 32-bit float is no conversion.
     if (!converted || !std::isfinite(*converted) ||

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kt500::simulator {
@@ -16,13 +17,17 @@ namespace kt500::simulator {
 class SimulatedUnits final : public services::IDtmUnits {
 public:
     static constexpr const char* StartSystem = "SI";
+    // The unit of a value that has none; it converts to and from any unit
+    // as the value itself.
+    static constexpr std::string_view NoUnit = "noUnit";
 
     // Starts in the system "SI", or in the first system the tables give.
     explicit SimulatedUnits(UnitTables tables);
     // Reads folder/units.xml; throws UnitTablesError when it does not load.
     static SimulatedUnits fromFolder(const std::filesystem::path& folder);
 
-    // Fails for units that no one quantity holds; equal names always succeed.
+    // Fails for units that no one quantity holds; equal names and "noUnit"
+    // on either side always succeed with the value itself.
     void ConvertValue(float sngValue, const std::string& strFromUnit, const std::string& strToUnit,
                       float& sngConverted, bool& blSuccess) override;
     // A parameter's units, or all units of a quantity given by its name.

@@ -1,17 +1,29 @@
 // A chart drawn from its chart model with Qt Charts: one line per subset
-// (over X data on a scientific graph, over the point number otherwise), the
-// subsets' labels, colours and line types, the titles, and the axes with
-// their manual limits. A right click raises MouseDown with button 2.
+// (over X data on a scientific graph or a date-time chart, over the point
+// number otherwise), the subsets' labels, colours and line types, the
+// legend, the titles, and the left, right and bottom axes with their manual
+// limits. Changes of the model are merged: the chart is redrawn once per
+// short batch, never once per property write. A chart that allows zooming
+// zooms by a rubber band (ZoomIn, and ZoomOut when undone); a right click
+// raises MouseDown with button 2 and opens the popup: the form's chart
+// items (maximize, undo zoom) and the exports as PNG and CSV.
+#include "app/window/ChartExport.h"
 #include "app/window/WidgetBinding.h"
 
 #include <QChart>
 #include <QChartView>
+#include <QDateTimeAxis>
+#include <QFileDialog>
+#include <QLegendMarker>
 #include <QLineSeries>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QValueAxis>
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace kt500::window {
 
@@ -20,115 +32,316 @@ namespace {
 using form::ChartAxisId;
 using form::PropertyId;
 
+// How long changes are gathered before one redraw.
+constexpr int kRedrawBatchMs = 40;
+
+// The line type of a subset as a pen: 0 thin solid, 1 dashed, 3 dotted,
+// 6 medium solid, 10 thick solid; the rest thin solid.
+QPen PenOf(std::uint32_t bgr, int lineType) {
+    QPen pen(ColorOf(bgr));
+    pen.setWidthF(1.5);
+    switch (lineType) {
+        case 1:
+            pen.setStyle(Qt::DashLine);
+            break;
+        case 3:
+            pen.setStyle(Qt::DotLine);
+            break;
+        case 6:
+            pen.setWidthF(2.5);
+            break;
+        case 10:
+            pen.setWidthF(3.5);
+            break;
+        default:
+            break;
+    }
+    return pen;
+}
+
+struct Range {
+    double low = std::numeric_limits<double>::max();
+    double high = std::numeric_limits<double>::lowest();
+    void take(double value) {
+        low = std::min(low, value);
+        high = std::max(high, value);
+    }
+};
+
+// The axis's limits: manual ones when set, else the data's.
+std::pair<double, double> LimitsOf(const form::ChartAxis& model, const Range& data) {
+    if (model.manualScaleControl != 0 && model.manualMax > model.manualMin) {
+        return {model.manualMin, model.manualMax};
+    }
+    if (data.low < data.high) {
+        return {data.low, data.high};
+    }
+    if (data.low == data.high) {
+        return {data.low - 1.0, data.high + 1.0};
+    }
+    return {0.0, 1.0};
+}
+
+class Chart;
+
 class ChartView final : public QChartView {
 public:
-    ChartView(form::Control& control, ViewContext& context, QWidget* parent)
-        : QChartView(parent), m_control(control), m_context(context) {
+    ChartView(Chart& binding, QWidget* parent) : QChartView(parent), m_binding(binding) {
         setRenderHint(QPainter::Antialiasing);
     }
 
 protected:
-    void mousePressEvent(QMouseEvent* event) override {
-        if (event->button() == Qt::RightButton) {
-            m_context.gate.run([this] { m_context.form.raiseMouseDown(m_control, 2); });
-            return;
-        }
-        QChartView::mousePressEvent(event);
-    }
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    form::Control& m_control;
-    ViewContext& m_context;
+    Chart& m_binding;
+    QPoint m_pressedAt;
 };
-
-// The line type of a subset as a pen style: 0 solid, 1 dashed, 3 dotted,
-// the rest solid.
-Qt::PenStyle PenStyleOf(int lineType) {
-    switch (lineType) {
-        case 1:
-            return Qt::DashLine;
-        case 3:
-            return Qt::DotLine;
-        default:
-            return Qt::SolidLine;
-    }
-}
 
 class Chart final : public WidgetBinding {
 public:
     Chart(form::Control& control, ViewContext& context, QWidget* parent)
-        : WidgetBinding(control, context), m_widget(new ChartView(control, context, parent)) {
+        : WidgetBinding(control, context), m_widget(new ChartView(*this, parent)) {
         m_widget->setObjectName(Qs(control.displayName()));
+        m_batch.setSingleShot(true);
+        m_batch.setInterval(kRedrawBatchMs);
+        QObject::connect(&m_batch, &QTimer::timeout, m_widget, [this] { redraw(); });
     }
     [[nodiscard]] QWidget* widget() const override { return m_widget; }
 
     void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
-        if (id == PropertyId::ChartData) {
-            redraw();
+        if (id == PropertyId::ChartData && !m_batch.isActive()) {
+            m_batch.start();
         }
     }
     void mirrorAll() override { redraw(); }
 
-private:
-    void redraw() {
-        const form::ChartModel& model = m_control.chart();
-        auto* chart = new QChart();
-        chart->setTitle(Qs(model.subTitle().empty() ? model.mainTitle()
-                                                    : model.mainTitle() + "\n" + model.subTitle()));
-        chart->setBackgroundBrush(ColorOf(static_cast<std::uint32_t>(
-            model.option("GraphBackColor", static_cast<double>(0xFFFFFF)))));
-        chart->legend()->setVisible(model.subsets() > 1);
-        chart->setMargins(QMargins(2, 2, 2, 2));
+    // The number of redraws so far (one per batch of changes).
+    [[nodiscard]] int redraws() const noexcept { return m_redraws; }
 
-        auto* xAxis = new QValueAxis();
+    void rightClick(const QPoint& position) {
+        deliver([this] { m_context.form.raiseMouseDown(m_control, 2); });
+        QMenu menu;
+        for (form::Control* item : m_context.form.elements("mnuPopupItem")) {
+            QAction* action = menu.addAction(Qs(item->caption()));
+            action->setEnabled(item->enabled());
+            const int index = item->index();
+            QObject::connect(action, &QAction::triggered, m_widget,
+                             [this, index] { popupItem(index); });
+        }
+        menu.addSeparator();
+        QObject::connect(menu.addAction(QObject::tr("Export as PNG...")), &QAction::triggered,
+                         m_widget, [this] {
+                             const QString path = QFileDialog::getSaveFileName(
+                                 m_widget, QString(), Qs(m_control.name()) + ".png",
+                                 QStringLiteral("PNG (*.png)"));
+                             if (!path.isEmpty()) {
+                                 ExportChartPng(*m_widget, path);
+                             }
+                         });
+        QObject::connect(menu.addAction(QObject::tr("Export data as CSV...")), &QAction::triggered,
+                         m_widget, [this] {
+                             const QString path = QFileDialog::getSaveFileName(
+                                 m_widget, QString(), Qs(m_control.name()) + ".csv",
+                                 QStringLiteral("CSV (*.csv)"));
+                             if (!path.isEmpty()) {
+                                 ExportChartCsv(m_control.chart(), path);
+                             }
+                         });
+        menu.exec(m_widget->mapToGlobal(position));
+    }
+
+    // After a rubber band: the ranges shown are kept over redraws.
+    void zoomed() {
+        if (!m_zoom) {
+            deliver([this] { m_context.form.raiseZoom(m_control, true); });
+        }
+        m_zoom = currentRanges();
+    }
+
+    void undoZoom() {
+        if (!m_zoom) {
+            return;
+        }
+        m_zoom.reset();
+        deliver([this] { m_context.form.raiseZoom(m_control, false); });
+        redraw();
+    }
+
+    [[nodiscard]] bool allowsZooming() const {
+        return m_control.chart().option("AllowZooming") != 0.0;
+    }
+
+private:
+    struct Ranges {
+        QPointF x;
+        QPointF y;
+    };
+
+    void popupItem(int index) {
+        if (index == 1) {
+            undoZoom();
+        } else if (index == 0) {
+            // Maximize: the chart alone in a window of its own size.
+            if (QWidget* window = m_widget->window()) {
+                window->showMaximized();
+            }
+        }
+    }
+
+    [[nodiscard]] std::optional<Ranges> currentRanges() const {
+        QChart* chart = m_widget->chart();
+        const auto horizontal = chart->axes(Qt::Horizontal);
+        const auto vertical = chart->axes(Qt::Vertical);
+        if (horizontal.isEmpty() || vertical.isEmpty()) {
+            return std::nullopt;
+        }
+        Ranges ranges;
+        if (auto* time = qobject_cast<QDateTimeAxis*>(horizontal.front())) {
+            ranges.x = QPointF(time->min().toMSecsSinceEpoch(), time->max().toMSecsSinceEpoch());
+        } else if (auto* value = qobject_cast<QValueAxis*>(horizontal.front())) {
+            ranges.x = QPointF(value->min(), value->max());
+        }
+        if (auto* value = qobject_cast<QValueAxis*>(vertical.front())) {
+            ranges.y = QPointF(value->min(), value->max());
+        }
+        return ranges;
+    }
+
+    void redraw() {
+        m_batch.stop();
+        ++m_redraws;
+        const form::ChartModel& model = m_control.chart();
+        const bool dateTime = model.option("DateTimeMode") != 0.0;
+        const bool ownX = model.scientific() || model.option("UsingXDataII") != 0.0;
+        const int rightFrom =
+            model.subsets() - static_cast<int>(model.option("RYAxisComparisonSubsets"));
+        const int legendSubsets = static_cast<int>(model.option("SubsetsToLegend", -1));
+        const bool marks = model.option("UseDataPoints") != 0.0;
+
+        auto* chart = new QChart();
+        const std::string title =
+            model.subTitle().empty() ? model.mainTitle() : model.mainTitle() + "\n" + model.subTitle();
+        chart->setTitle(Qs(title));
+        chart->setBackgroundBrush(ColorOf(
+            static_cast<std::uint32_t>(model.option("GraphBackColor", static_cast<double>(0xFFFFFF)))));
+        chart->setMargins(QMargins(2, 2, 2, 2));
+        chart->legend()->setVisible(model.subsets() > 1 && legendSubsets != 0);
+        chart->legend()->setAlignment(Qt::AlignBottom);
+
+        QAbstractAxis* xAxis = nullptr;
+        if (dateTime) {
+            auto* time = new QDateTimeAxis();
+            time->setFormat(QStringLiteral("HH:mm:ss"));
+            xAxis = time;
+        } else {
+            xAxis = new QValueAxis();
+        }
         auto* yAxis = new QValueAxis();
         chart->addAxis(xAxis, Qt::AlignBottom);
         chart->addAxis(yAxis, Qt::AlignLeft);
-        double minX = std::numeric_limits<double>::max();
-        double maxX = std::numeric_limits<double>::lowest();
-        double minY = minX;
-        double maxY = maxX;
+        QValueAxis* rightAxis = nullptr;
+        if (rightFrom < model.subsets()) {
+            rightAxis = new QValueAxis();
+            chart->addAxis(rightAxis, Qt::AlignRight);
+        }
+
+        Range xRange;
+        Range yRange;
+        Range rightRange;
         for (int subset = 0; subset < model.subsets(); ++subset) {
             auto* series = new QLineSeries();
             series->setName(Qs(model.subsetLabel(subset)));
-            QPen pen(ColorOf(model.subsetColor(subset)));
-            pen.setStyle(PenStyleOf(model.subsetLineType(subset)));
-            pen.setWidthF(1.5);
-            series->setPen(pen);
+            series->setPen(PenOf(model.subsetColor(subset), model.subsetLineType(subset)));
+            series->setPointsVisible(marks);
+            const bool right = rightAxis != nullptr && subset >= rightFrom;
+            QList<QPointF> points;
+            points.reserve(model.points());
             for (int point = 0; point < model.points(); ++point) {
-                const double x = model.scientific() ? model.x(subset, point) : point;
+                const double x = ownX ? model.x(subset, point) : point;
                 const double y = model.y(subset, point);
-                series->append(x, y);
-                minX = std::min(minX, x);
-                maxX = std::max(maxX, x);
-                minY = std::min(minY, y);
-                maxY = std::max(maxY, y);
+                const double plotX =
+                    dateTime ? static_cast<double>(DateTimeOfDays(x).toMSecsSinceEpoch()) : x;
+                points.append(QPointF(plotX, y));
+                xRange.take(x);
+                (right ? rightRange : yRange).take(y);
             }
+            // One replace of the whole batch of points.
+            series->replace(points);
             chart->addSeries(series);
             series->attachAxis(xAxis);
-            series->attachAxis(yAxis);
+            series->attachAxis(right ? rightAxis : yAxis);
         }
-        scale(*xAxis, model.axis(ChartAxisId::X), minX, maxX);
-        scale(*yAxis, model.axis(ChartAxisId::Y), minY, maxY);
+        const auto markers = chart->legend()->markers();
+        for (int i = 0; i < markers.size(); ++i) {
+            markers[i]->setVisible(legendSubsets < 0 || i < legendSubsets);
+        }
+
+        const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
+        xAxis->setTitleText(Qs(model.axis(ChartAxisId::X).label));
+        if (auto* time = qobject_cast<QDateTimeAxis*>(xAxis)) {
+            time->setRange(DateTimeOfDays(xLow), DateTimeOfDays(xHigh));
+        } else {
+            static_cast<QValueAxis*>(xAxis)->setRange(xLow, xHigh);
+            static_cast<QValueAxis*>(xAxis)->setLabelFormat(QStringLiteral("%g"));
+        }
+        scale(*yAxis, model.axis(ChartAxisId::Y), yRange);
+        if (rightAxis != nullptr) {
+            scale(*rightAxis, model.axis(ChartAxisId::RightY), rightRange);
+        }
         QChart* old = m_widget->chart();
         m_widget->setChart(chart);
         delete old;
+        m_widget->setRubberBand(allowsZooming() ? QChartView::RectangleRubberBand
+                                                : QChartView::NoRubberBand);
+        if (m_zoom) {
+            // A zoom stays over new points until it is undone.
+            if (auto* time = qobject_cast<QDateTimeAxis*>(xAxis)) {
+                time->setRange(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_zoom->x.x())),
+                               QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_zoom->x.y())));
+            } else {
+                static_cast<QValueAxis*>(xAxis)->setRange(m_zoom->x.x(), m_zoom->x.y());
+            }
+            yAxis->setRange(m_zoom->y.x(), m_zoom->y.y());
+        }
     }
 
-    static void scale(QValueAxis& axis, const form::ChartAxis& model, double low, double high) {
+    static void scale(QValueAxis& axis, const form::ChartAxis& model, const Range& data) {
         axis.setTitleText(Qs(model.label));
-        if (model.manualScaleControl != 0 && model.manualMax > model.manualMin) {
-            axis.setRange(model.manualMin, model.manualMax);
-        } else if (low < high) {
-            axis.setRange(low, high);
-        } else if (low == high) {
-            axis.setRange(low - 1.0, high + 1.0);
-        }
+        const auto [low, high] = LimitsOf(model, data);
+        axis.setRange(low, high);
         axis.setLabelFormat(QStringLiteral("%g"));
     }
 
     ChartView* m_widget;
+    QTimer m_batch;
+    int m_redraws = 0;
+    std::optional<Ranges> m_zoom;
 };
+
+void ChartView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) {
+        m_binding.rightClick(event->position().toPoint());
+        return;
+    }
+    m_pressedAt = event->position().toPoint();
+    QChartView::mousePressEvent(event);
+}
+
+void ChartView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) {
+        // The popup's undo takes the place of the view's own zoom out.
+        return;
+    }
+    const bool banding = rubberBand() != QChartView::NoRubberBand;
+    QChartView::mouseReleaseEvent(event);
+    // A band drawn, not a plain click, zooms.
+    const QPoint moved = event->position().toPoint() - m_pressedAt;
+    if (banding && event->button() == Qt::LeftButton && moved.manhattanLength() > 4) {
+        m_binding.zoomed();
+    }
+}
 
 }  // namespace
 

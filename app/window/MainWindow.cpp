@@ -38,6 +38,7 @@ bool MainWindow::startSession(const simulator::SessionOptions& options) {
     environment.dialogs = m_dialogs;
     environment.installationPrefix = m_installationPrefix;
     environment.debugOutput = std::make_shared<session::QtDebugOutput>();
+    environment.startTime = QDateTime::currentDateTime();
     m_session = std::make_unique<DesktopSession>(m_shareDir, environment);
     const double dpi = screen() != nullptr ? screen()->logicalDotsPerInch() : 96.0;
     const bool started = m_session->start(options, m_host, TwipScale(dpi));

@@ -3,6 +3,7 @@
 #include "app/window/DesktopSession.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPixmap>
 
 #include <algorithm>
@@ -78,9 +79,82 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         Settle(desktop);
         take({});
     }
+    // The flow modification procedure, one picture a step: an installed
+    // "1/25" curve made linear.
+    const std::string flowPage = control.m_objDeviceClass ? control.m_objDeviceClass->DevicePrefix() + "flowModification" : "";
+    const std::string flowCommands = "cmd" + flowPage.substr(0, 2) + "FlowModification";
+    if (!flowPage.empty() && form.find(flowCommands, 0) != nullptr &&
+        std::find(keys.begin(), keys.end(), "flowModification") != keys.end()) {
+        const auto press = [&](int element) {
+            desktop.gate().run([&form, &flowCommands, element] {
+                form.raiseClick(form.control(flowCommands, element));
+            });
+            Settle(desktop);
+        };
+        desktop.gate().run([&form, &tree] { form.raiseNodeClick(tree, "flowModification"); });
+        press(0);
+        desktop.gate().run([&form, &control] {
+            form::Control& curves =
+                form.control("comFlowModification", control.m_objDeviceClass->FlowModificationIndex());
+            for (int item = 0; item < curves.listCount(); ++item) {
+                if (curves.list(item) == "1/25") {
+                    curves.setListIndex(item);
+                }
+            }
+        });
+        Settle(desktop);
+        take(flowPage + "_step1");
+        press(3);
+        take(flowPage + "_step2");
+        press(3);
+        take(flowPage + "_step3");
+        press(4);
+    }
+    // The monitoring page after a minute of monitoring, stopped again.
+    const std::string monitoringCommand = "cmd" + control.deviceClass().DevicePrefix() + "Monitoring";
+    form::Control* monitoringStart = form.find(monitoringCommand, 0);
+    if (started && options.online && monitoringStart != nullptr &&
+        std::find(keys.begin(), keys.end(), "monitoringVariables") != keys.end()) {
+        desktop.gate().run([&form, &tree] { form.raiseNodeClick(tree, "monitoringVariables"); });
+        desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
+        desktop.session().wait(60'000);
+        desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
+        // The chart redraws once its batch of changes is due.
+        QElapsedTimer batch;
+        batch.start();
+        while (batch.elapsed() < 150) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        }
+        const std::filesystem::path file = folder / "monitoringVariables-after-a-minute.png";
+        if (view.grab().save(QString::fromStdString(file.string()), "PNG")) {
+            out << file.string() << '\n';
+        } else {
+            out << "kt500-dtm: cannot write " << file.string() << '\n';
+            failures = 1;
+        }
+    }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");
+    // A travel calibration while it runs and when it has ended, on the
+    // family's two-button page.
+    constexpr const char* travel = "automaticTravelCalibration";
+    form::Control* start = form.find("cmdHAAutoTravelCalibration", 0);
+    if (started && options.online && start != nullptr && tree.tree().find(travel) != nullptr) {
+        desktop.gate().run([&form, &tree, travel] { form.raiseNodeClick(tree, travel); });
+        desktop.gate().run([&form, start] {
+            form.raiseClick(*start);
+            form.raiseClick(form.control("cmdHAAutoTravelCalibration", 1));
+        });
+        const std::string page = control.m_objTools->CurrentFrame;
+        desktop.gate().run([&desktop] { desktop.session().wait(1000); });
+        QCoreApplication::processEvents();
+        take(page + "Running");
+        Settle(desktop);
+        take(page + "Finished");
+        desktop.gate().run([&form, start] { form.raiseClick(*start); });
+        Settle(desktop);
+    }
     // The messages the boxes showed on the way, each once with its count.
     std::vector<std::pair<std::string, int>> messages;
     for (const auto& box : desktop.session().dialogs().takeBoxes()) {

@@ -5,6 +5,7 @@
 // test; the members of the other subsystems are the real ones.
 #pragma once
 
+#include "calibration/DeviceActionLock.h"
 #include "data/ChangeTracking.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
@@ -100,7 +101,10 @@ public:
         }
         requests.SendRequest(str_frame, str_accessType);
     }
-    void EnableDeviceActions(bool blEnabled) override { requests.EnableDeviceActions(blEnabled); }
+    void EnableDeviceActions(bool blEnabled) override { actionLock.EnableDeviceActions(blEnabled); }
+    void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption) override {
+        uploads.SetProgressBar(strRequestGroup, strCaption);
+    }
     void EnableTesting(bool blValue) override {
         calls.push_back("EnableTesting " + std::to_string(blValue));
     }
@@ -217,9 +221,26 @@ public:
     void FillEventLog(const std::vector<xml::Node>& items) override {
         record("FillEventLog " + std::to_string(items.size()));
     }
+    void AddBreakawayPressureValuePair(xml::Node item, bool) override {
+        record("AddBreakawayPressureValuePair " + item.attribute("name"));
+    }
+    void AddLeakageSignalValuePair(xml::Node item, bool) override {
+        record("AddLeakageSignalValuePair " + item.attribute("name"));
+    }
+    void AddValveTestValuePair(xml::Node item) override {
+        record("AddValveTestValuePair " + item.attribute("name"));
+    }
+    void AddPneumaticsTestValuePair(xml::Node item) override {
+        record("AddPneumaticsTestValuePair " + item.attribute("name"));
+    }
+    void EnableTestKeyFigures(bool blValue) override {
+        record("EnableTestKeyFigures " + std::to_string(blValue));
+    }
+    void ResetTargetMode() override { record("ResetTargetMode"); }
     void UpdateFlowModificationGraph(int intSubset) override {
         record("UpdateFlowModificationGraph " + std::to_string(intSubset));
     }
+    void LoadCurveFile(const std::string& strPath) override { record("LoadCurveFile " + strPath); }
     void UpdateMonitoringGraph(const std::string& strValues,
                                const std::string& strGraphValues) override {
         record("UpdateMonitoringGraph " + strValues + " | " + strGraphValues);
@@ -285,6 +306,7 @@ public:
 
     data::ParameterValues values{*this};
     data::Requests requests{*this};
+    calibration::DeviceActionLock actionLock{*this};
     // The upload chains; RunUploadGroup and cmdReload above only record.
     data::Uploads uploads{*this};
     presentation::NavigationTree navigation{*this};

@@ -38,6 +38,11 @@ TEST(CheckValueTest, LimitsDecimalsAndLengths) {
         {"txtHAAlertLimit", 3, "1,5", "", decimals},
         {"txtHAOperationUnit", 0, "ABCDEFGH", "", ""},
         {"txtHAOperationUnit", 0, "ABCDEFGHI", "", invalid + " Maximum length: 8"},
+        // The serial number is checked in its page form, whatever its limits.
+        {"txtHAPositionerInformation", 0, "2021-07-0042", "", ""},
+        {"txtHAPositionerInformation", 0, "0000-00-0000", "", ""},
+        {"txtHAPositionerInformation", 0, "12345", "", invalid},
+        {"txtHAPositionerInformation", 0, "2021-53-0042", "", invalid},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.array) + " " + c.text + " " + c.missingLimit);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kt500::data {
@@ -78,6 +79,30 @@ TEST(RunUploadGroupTest, SendsTheCountedRequestGroupsAsOneChain) {
     EXPECT_EQ(beyond.sent, both);
 }
 
+TEST(RunUploadGroupTest, TheTestSettingsAreReadOnlyForAChosenTest) {
+    const auto chain = [](std::int16_t test, const std::string& strMembers) {
+        Session s;
+        test::SetGuiInit(s.uc, "<dtm><uploadGroups><uploadGroup name='uploadAdvanced' count='" +
+                                   std::to_string(std::count(strMembers.begin(),
+                                                             strMembers.end(), '<')) +
+                                   "'>" + strMembers + "</uploadGroup></uploadGroups></dtm>");
+        s.uc.tools().CurrentTest = test;
+        s.uc.uploads.RunUploadGroup("uploadAdvanced");
+        return std::pair{s.sent, s.pointer()};
+    };
+    const std::string around = "<requestGroup name='testSettings'/>"
+                               "<requestGroup name='alertSettings'/>"
+                               "<requestGroup name='testSettings'/>";
+    EXPECT_EQ(chain(0, around).first, std::vector<std::string>{"alertSettings read"});
+    EXPECT_EQ(chain(2, around).first,
+              (std::vector<std::string>{"testSettings read", "alertSettings read",
+                                        "testSettings read"}));
+    // Nothing left to read: no request, and the pointer is given back.
+    const auto [sent, pointer] = chain(0, "<requestGroup name='testSettings'/>");
+    EXPECT_TRUE(sent.empty());
+    EXPECT_NE(pointer, kHourglass);
+}
+
 TEST(RunUploadGroupTest, ARunningChainOrAnUnknownGroupSendsNothing) {
     Session running;
     running.uc.form().userControl().setMousePointer(kHourglass);
@@ -112,15 +137,17 @@ TEST(CmdReloadTest, NoToTheQuestionLeavesTheProgressAsItWas) {
     EXPECT_EQ(s.bar().max(), 50);
 }
 
-TEST(CmdReloadTest, TheFlowModificationPageFailsOnItsCurveTable) {
+TEST(CmdReloadTest, TheFlowModificationPageEmptiesItsCurveTableAndReads) {
     Session s;
     s.uc.tools().CurrentFrame = "HAflowModification";
-    EXPECT_THROW(s.uc.uploads.cmdReload(), devices::MemberMissing);
+    s.uc.form().control("txtHAFlowModification", 3).setText("30");
+    s.uc.uploads.cmdReload();
+    EXPECT_EQ(s.uc.form().control("txtHAFlowModification", 3).text(), "");
     EXPECT_FALSE(s.uc.form().control("comFlowModification", 0).enabled());
     EXPECT_TRUE(s.uc.form().control("comFlowModification", 1).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 0).enabled());
     EXPECT_FALSE(s.uc.form().control("txtHAFlowModification", 10).enabled());
-    EXPECT_TRUE(s.sent.empty());
+    EXPECT_FALSE(s.sent.empty());
 }
 
 TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
@@ -128,18 +155,22 @@ TEST(ResolveReloadGroupTest, PagesReadTheirGroupOrSayTheyHaveNothingToUpload) {
         std::string frame;
         std::string group;
         std::string nameKey;  // of a page with nothing to upload
+        std::int16_t test = 1;
     } cases[] = {
         {"PLleakageSignalTrend", "leakageSignalTrend", ""},
         {"PAtestValues", "testValues", ""},
         {"", "", ""},
-        // Only the KT520's test settings page reads its settings.
+        // Only the KT520's test settings page reads its settings, and only
+        // those of a chosen test.
         {"HAtestSettings", "testSettings", ""},
+        {"HAtestSettings", "", "testSettings", 0},
         {"PAtestSettings", "", "testSettings"},
         {"HAstepTestValues", "", "stepTest"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.frame);
+        SCOPED_TRACE(c.frame + " test " + std::to_string(c.test));
         Session s;
+        s.uc.tools().CurrentTest = c.test;
         s.uc.tools().StepTestFlag = true;
         s.uc.tools().HysteresisTestFlag = true;
         s.uc.tools().CurrentFrame = c.frame;

@@ -260,8 +260,8 @@ TEST(DeviceClassMembers, MembersAbsentFromAClassFailWithTheirName) {
 
 TEST(DeviceClassMembers, AWrittenPropertyReachesTheFieldOfItsTag) {
     TestUserControl kt(SessionOf("PL500_2"));
-    form::Control& peak = kt.addField(ControlKind::TextBox, "txtPLParams", 90, "fraPL500", 0,
-                                      "pressurePeakTolerance");
+    form::Control& peak = fieldOf(kt, ControlKind::TextBox, "txtPLParams", 44, "fraPL500", 14,
+                                  "pressurePeakTolerance");
     kt.deviceClass().setPressurePeakTolerance("7");
     EXPECT_EQ(peak.text(), "7");
 }

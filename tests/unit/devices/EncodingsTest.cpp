@@ -18,6 +18,9 @@ TEST(EncodingsIds, DeviceIdsCountMonthsAndSerialNumbersWeeksSince1996) {
         {DecodeSerNro, 520000, "1996-52-0000"},
         {DecodeSerNro, 10001, "1996-01-0001"},
         {DecodeSerNro, 16649999, "2027-52-9999"},
+        // A negative number keeps its digits behind the sign.
+        {DecodeSerNro, -1, "1995-52--0001"},
+        {DecodeDeviceID, -30001, "1996--03--0001"},
     };
     for (const auto& [decode, number, text] : table) {
         EXPECT_EQ(decode(number), text) << number;

@@ -99,6 +99,18 @@ TEST_F(StatusTreeTest, BuildsGroupsWithTheirStatusesAllUnknown) {
     EXPECT_TRUE(kt.messages.empty());
 }
 
+TEST_F(StatusTreeTest, ARebuildForAnotherLanguageKeepsWhatTheDeviceReported) {
+    reply({{"statusMemoryError", "1"}, {"statusTravelDeviation", "0"}});
+    tree().setExpanded("statusGroupElectronics", true);
+    const std::vector<std::string> before = images();
+    kt.tools().Language = "1031";
+    kt.BuildStatusTree();
+    EXPECT_EQ(images(), before);
+    EXPECT_TRUE(tree().node("statusGroupElectronics").expanded);
+    EXPECT_EQ(tree().node("statusMemoryError").text, kt.Translate("statusMemoryError"));
+    EXPECT_NE(kt.Translate("statusMemoryError"), "statusMemoryError");
+}
+
 TEST_F(StatusTreeTest, OnlyZeroClearsAStatusElseItsClassShows) {
     for (const auto& [value, alarmStatus, warningStatus] :
          {std::tuple{"0", "ok", "ok"}, {"00", "alarm", "warning"}, {" 0", "alarm", "warning"}}) {

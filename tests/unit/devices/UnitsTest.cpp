@@ -68,8 +68,9 @@ TEST_F(UnitPages, ConvertValueForDeviceConvertsOnlyFromAnotherPageUnit) {
     EXPECT_NEAR(Str2Dbl(device.ConvertValueForDevice("14.5037738", "barG", "actuatorPressure")),
                 1.0, 1e-5);
     EXPECT_EQ(device.ConvertValueForDevice("abc", "psiG", "actuatorPressure"), "abc");
-    // No unit label: the page unit is "noUnit", which the service cannot convert.
-    EXPECT_EQ(device.ConvertValueForDevice("1", "barG", "tightShutOff"), "");
+    // No unit label: the page unit is "noUnit", and a value between a unit
+    // and "noUnit" stays the value itself.
+    EXPECT_EQ(device.ConvertValueForDevice("1", "barG", "tightShutOff"), "1");
 }
 
 TEST_F(UnitPages, FetchUnitNameReadsTheTaggedLabel) {

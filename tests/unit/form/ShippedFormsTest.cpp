@@ -162,10 +162,13 @@ TEST_F(ShippedForms, OnlyPressuresAndTemperaturesHaveATaggedUnitLabel) {
     EXPECT_EQ(last, &form.control("lblHAManualPrestageTrim", 2));
 }
 
-TEST_F(ShippedForms, TimeStampsLieOnTheirHartPages) {
+TEST_F(ShippedForms, TimeStampsLieOnTheirPages) {
+    // Element n lies on fraKT520 n, 30 + n on fraKT540 n, 70 + n on fraPL500 n.
     for (int i : form.array("lblTimeStamp").indices()) {
         const Control& stamp = form.control("lblTimeStamp", i);
-        const Control& page = form.control("fraKT520", i);
+        const Control& page = i < 30   ? form.control("fraKT520", i)
+                              : i < 70 ? form.control("fraKT540", i - 30)
+                                       : form.control("fraPL500", i - 70);
         EXPECT_EQ(stamp.tag(), page.tag());
         EXPECT_TRUE(Form::isInside(stamp, page)) << i;
     }

@@ -126,7 +126,7 @@ TEST(SessionData, ModeSetsFlowCaptionHeaderStatusAndMonitoringCommands) {
         EXPECT_EQ(apply.caption(), c.flowCaption);
         EXPECT_EQ(s.toolbar().item("strHeaderStatus").text, c.headerStatus);
         EXPECT_TRUE(s.enabled("send"));
-        // Only the online step touches the upload band.
+        // The upload band follows the mode.
         EXPECT_EQ(s.enabled("uploadCurrent"), c.online);
         for (const char* command : {"cmdHAMonitoring", "cmdPAMonitoring", "cmdPLMonitoring"}) {
             EXPECT_EQ(s.at(command, 1).enabled(), c.online) << command;
@@ -157,12 +157,12 @@ TEST(SessionData, RoleLimitsFollowTheRoleWord) {
         bool reset;
         bool testCommands;
     };
-    // The test commands compare the capitalised words, the role limits the
-    // lower-case ones.
+    // The role words compare without regard to case; the tests need the
+    // device online whatever the role (docs/roles.md).
     const Case cases[] = {
         {"observer", false, false, false, true, false, false, false},
-        {"operator", true, true, false, true, false, true, true},
-        {"Operator", true, true, false, false, true, true, false},
+        {"operator", true, true, false, true, false, false, false},
+        {"Operator", true, true, false, true, false, false, false},
         {"maintenance", false, true, true, false, true, true, false},
         {"oemService", true, true, false, false, true, true, true},
     };
@@ -180,13 +180,45 @@ TEST(SessionData, RoleLimitsFollowTheRoleWord) {
         EXPECT_EQ(testingOff, c.testingOff);
         EXPECT_EQ(calibration.enabled(), c.calibration);
         EXPECT_EQ(reset.enabled(), c.reset);
-        EXPECT_EQ(factoryReset.enabled(), c.calibration);  // off for operators too
+        EXPECT_EQ(factoryReset.enabled(), c.calibration);
         for (const auto& [name, index] :
              {std::pair{"cmdStartTest", 0}, std::pair{"cmdPLStartTest", 1},
               std::pair{"cmdPLSetTestSettings", 1}}) {
             EXPECT_EQ(s.at(name, index).enabled(), c.testCommands) << name;
         }
     }
+}
+
+TEST(SessionData, ALanguageTheServiceDoesNotOfferGivesWayToTheFirstOfItsList) {
+    const struct {
+        const char* language;
+        const char* frameLanguage;
+        const char* inForce;
+    } cases[] = {
+        {"1031", "1040", "1031"},  // offered: taken as it comes
+        {"1040", "1031", "1033"},
+        {"0", "1031", "0"},        // the frame's language is in force, and offered
+        {"0", "1040", "1033"},
+        {"abc", "1040", "1033"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.language) + " " + c.frameLanguage);
+        SessionOptions options = Options("KT520_7", true, "maintenance");
+        options.language = c.language;
+        options.frameLanguage = c.frameLanguage;
+        testing::TestUserControl control(options);
+        testing::MemoryStore store;
+        testing::RecordingOutput output;
+        SessionData session(control, store, output, kSaveDefault,
+                            [] { return std::vector<std::int32_t>{1033, 1031, 9999}; });
+        session.LoadSessionData(Message(options), true);
+        EXPECT_EQ(control.tools().Language, c.inForce);
+    }
+    // With no list to go by, the session's language stands.
+    Session unlisted(Options("KT520_7", true, "maintenance"));
+    unlisted.options.language = "1040";
+    unlisted.load(true);
+    EXPECT_EQ(unlisted.control.tools().Language, "1040");
 }
 
 TEST(SessionData, MessageThatDoesNotParseIsReportedAndTheSessionStays) {

@@ -37,7 +37,7 @@ TEST_F(modRegistryTest, FailedWriteIsLoggedAndTheDefaultStands) {
     ASSERT_EQ(output.lines.size(), 1U);
     EXPECT_EQ(output.lines[0],
               "CreateRegEntry - Error Creating Registry Key Entry: "
-              "Key=Software\\Ravik Automation\\KT500 DTM\\File PathsInstall Path DLL Returned=5");
+              "Key=Software\\Ravik Automation\\KT500 DTM\\File Paths\\Install Path DLL Returned=5");
 }
 
 TEST_F(modRegistryTest, DebugLevelRules) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kt500::simulator {
@@ -35,6 +36,17 @@ TEST_F(SimulatedUnitsTest, ConvertValueReportsSuccessAndFailure) {
     EXPECT_EQ(converted, 123.0F);  // a failed conversion leaves the output alone
     units.ConvertValue(3.0e38F, "MPa", "kPa", converted, ok);
     EXPECT_FALSE(ok);  // beyond the range of a 32-bit float
+
+    // "noUnit" on either side, and a unit into itself, keep the value.
+    for (const auto& [from, to] : {std::pair<std::string, std::string>{"%", "noUnit"},
+                                   {"noUnit", "barG"}, {"%", "%"}, {"mA", "mA"}}) {
+        converted = -1.0F;
+        units.ConvertValue(42.5F, from, to, converted, ok);
+        EXPECT_TRUE(ok) << from << " to " << to;
+        EXPECT_EQ(converted, 42.5F) << from << " to " << to;
+    }
+    units.ConvertValue(42.5F, "%", "mA", converted, ok);
+    EXPECT_FALSE(ok);  // two units of different quantities still fail
 }
 
 // Applying a single unit and resetting to a system are shown by the

@@ -1,0 +1,105 @@
+// One monitoring reply on its whole way: from IQDLGuiEvent_CommunicationEvent
+// through the parse and schema validation, Reply, ArrangeValues and
+// UpdateMonitoringGraph to the chart point and the log line; beside it, in
+// the same run, the bare parse and validation of the same reply text. And
+// the resident memory of a long run at 100 Hz: ten minutes of virtual time
+// (60,000 replies) with the chart and the log on, against the memory after
+// the first thousand points.
+#include "app/ControlSession.h"
+#include "xml/Document.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using kt500::app::ControlSession;
+
+// The reply text the built-in BL sends for one monitoring cycle.
+const char* const kReply =
+    "<?xml version=\"1.0\"?>\n<dtm xmlns=\"x-schema:QDLCommunicationSchema.xml\">"
+    "<communicationResponse name=\"monitoringVariables\" access=\"read\" responseStatus=\"ok\" "
+    "isFinal=\"1\" errorCode=\"\">"
+    "<item name=\"travelSetpoint\" unit=\"%\"><floatVal>45.0</floatVal></item>"
+    "<item name=\"valveTravel\" unit=\"%\"><floatVal>44.8</floatVal></item>"
+    "<item name=\"inputSignal\" unit=\"mA\"><floatVal>11.20</floatVal></item>"
+    "<item name=\"actuatorPressure\" unit=\"barG\"><floatVal>2.35</floatVal></item>"
+    "<item name=\"pcbTemperature\" unit=\"degC\"><floatVal>34.5</floatVal></item>"
+    "</communicationResponse></dtm>";
+
+// A KT520 session on its monitoring page, monitoring with the log on.
+struct Session {
+    Session() : session(KT500_SHARE_DIR) {
+        kt500::simulator::SessionOptions options;
+        options.deviceKey = "KT520_7";
+        session.start(options);
+        kt500::form::Form& form = session.control().form();
+        form.raiseNodeClick(form.control("treeNavigation"), "monitoringVariables");
+        form.raiseClick(form.control("cmdHAMonitoring", 1));
+        form.control("txtFileName").setText(QDir(folder.path()).filePath("Monitoring.log").toStdString());
+        form.raiseClick(form.control("cmdOpenFile", 0));
+        form.raiseClick(form.control("cmdHAMonitoring", 0));
+    }
+    QTemporaryDir folder;
+    ControlSession session;
+};
+
+void BM_MonitoringReplyToChartAndLog(benchmark::State& state) {
+    Session fixture;
+    auto& control = fixture.session.control();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(control.IQDLGuiEvent_CommunicationEvent(kReply));
+    }
+}
+BENCHMARK(BM_MonitoringReplyToChartAndLog)->Unit(benchmark::kMicrosecond);
+
+void BM_BareParseAndValidation(benchmark::State& state) {
+    Session fixture;
+    kt500::xml::ParseOptions options;
+    options.schemas = fixture.session.control().communicationSchemas();
+    for (auto _ : state) {
+        kt500::xml::LoadResult parsed = kt500::xml::Document::parse(kReply, options);
+        if (!parsed.ok()) {
+            state.SkipWithError("the reply does not validate");
+        }
+        benchmark::DoNotOptimize(parsed.document);
+    }
+}
+BENCHMARK(BM_BareParseAndValidation)->Unit(benchmark::kMicrosecond);
+
+long ResidentKiB() {
+    std::ifstream statm("/proc/self/statm");
+    long pages = 0;
+    long resident = 0;
+    statm >> pages >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+// 100 Hz for ten minutes of virtual time: a reply every 10 ms (besides the
+// BL's own cycle).
+void BM_TenMinutesAt100Hz(benchmark::State& state) {
+    for (auto _ : state) {
+        Session fixture;
+        auto& control = fixture.session.control();
+        const auto run = [&](int replies) {
+            for (int i = 0; i < replies; ++i) {
+                fixture.session.wait(10);
+                control.IQDLGuiEvent_CommunicationEvent(kReply);
+            }
+        };
+        run(1000);
+        const long afterThousand = ResidentKiB();
+        run(59'000);
+        state.counters["rss_growth_KiB"] = static_cast<double>(ResidentKiB() - afterThousand);
+        state.counters["points"] = control.form().control("pegoKT520").chart().points();
+    }
+}
+BENCHMARK(BM_TenMinutesAt100Hz)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,348 @@
+// The replies of the PROFIBUS positioner and the safety valve controller:
+// where they differ from the HART positioner's. The closing of the groups
+// on the toolbar and the reading of whole pages are in the scenarios
+// kt540_pages and pl500_pages.
+#include "devices/clsKT540.h"
+#include "devices/clsPL500.h"
+#include "unit/devices/DeviceTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kt500::devices {
+namespace {
+
+using testing::SessionOf;
+using testing::TestUserControl;
+
+struct Item {
+    std::string name;
+    std::string value;
+};
+
+class FamilyReply : public ::testing::Test {
+protected:
+    explicit FamilyReply(const std::string& key = "KT540_1.0") : kt(SessionOf(key)) {
+        // Results being read: the closing of a group leaves the toolbar
+        // alone, so that the reply's own work shows.
+        kt.tools().CurrentAutoAction = 4;
+        for (const char* node : {"alertSettings", "valveMetersAndLimits", "operationMode",
+                                 "resetAlarms", "resetStatistics", "general", "valveTest"}) {
+            kt.form().control("treeNavigation").tree().add("", node, node);
+        }
+    }
+    void reply(const std::string& name, const std::string& access, const std::string& status,
+               bool isFinal, const std::string& errorCode = "",
+               const std::vector<Item>& items = {}) {
+        std::string xml = "<dtm><communicationResponse name='" + name + "' access='" + access +
+                          "' responseStatus='" + status + "' isFinal='" + (isFinal ? "1" : "0") +
+                          "' errorCode='" + errorCode + "'>";
+        for (const Item& item : items) {
+            xml += "<item name='" + item.name + "' unit='noUnit'><floatVal>" + item.value +
+                   "</floatVal></item>";
+        }
+        xml::Document document = test::Parsed(xml + "</communicationResponse></dtm>");
+        kt.deviceClass().Reply(document);
+    }
+    // The calls other than progress and the closing of the group.
+    std::vector<std::string> work() const {
+        std::vector<std::string> seen;
+        for (const std::string& call : kt.calls) {
+            if (call != "IncreaseProgress" && !call.starts_with("SetReadVariables") &&
+                !call.starts_with("ClearChangedSigns") && !call.starts_with("UpdateGroup")) {
+                seen.push_back(call);
+            }
+        }
+        return seen;
+    }
+    bool called(const std::string& call) const {
+        return std::find(kt.calls.begin(), kt.calls.end(), call) != kt.calls.end();
+    }
+    std::string icon(const std::string& key) {
+        return kt.form().control("treeNavigation").tree().node(key).image;
+    }
+    // Chooses the test of the test settings page (0 step, 1 hysteresis, ...).
+    void selectTest(int test) {
+        form::Control& list =
+            test::fieldOf(kt, form::ControlKind::ComboBox, "comTestType", 1, "fraKT540", 19);
+        list.clear();
+        for (int entry = 0; entry < 4; ++entry) {
+            list.addItem("test " + std::to_string(entry));
+            list.setItemData(list.newIndex(), entry);
+        }
+        list.setListIndex(test);
+    }
+    TestUserControl kt;
+};
+
+class KT540Reply : public FamilyReply {};
+
+TEST_F(KT540Reply, TheTestGroupSplitsItsCurvesByTheSelectedTest) {
+    const std::vector<Item> items = {
+        {"testResult", "0"}, {"lastPosition00", "45"}, {"lastSpOrTime00", "0.2"}};
+    const std::pair<int, std::vector<std::string>> cases[] = {
+        {0, {"AddStepTestValuePair lastPosition00", "AddStepTestValuePair lastSpOrTime00"}},
+        {1,
+         {"AddHysteresisTestValuePair lastPosition00",
+          "AddHysteresisTestValuePair lastSpOrTime00"}},
+        {2, {}},
+    };
+    for (const auto& [test, expected] : cases) {
+        selectTest(test);
+        kt.calls.clear();
+        reply("testValues", "read", "ok", false, "", items);
+        EXPECT_EQ(work(), expected) << test;
+    }
+}
+
+TEST_F(KT540Reply, TrendGroupsGoToTheirCharts) {
+    for (const auto& [group, call] :
+         {std::pair{"travelDeviation", "AddTravelDeviationValuePair"},
+          {"loadFactor", "AddLoadFactorValuePair"}, {"travelVsTime", "AddTravelVsTimeValuePair"}}) {
+        kt.calls.clear();
+        reply(group, "read", "ok", false, "", {{"a", "1"}});
+        EXPECT_EQ(work(), std::vector<std::string>{std::string(call) + " a"}) << group;
+    }
+}
+
+TEST_F(KT540Reply, TheMeterGroupsMarkTheAlertSettingsRead) {
+    kt.tools().OnlineConf = true;
+    reply("valveMetersAndLimits", "read", "ok", false);
+    EXPECT_NE(icon("alertSettings"), "read");
+    reply("valveMetersAndLimits", "read", "ok", true);
+    EXPECT_EQ(icon("alertSettings"), "read");
+    EXPECT_EQ(icon("valveMetersAndLimits"), "read");
+}
+
+TEST_F(KT540Reply, AReportedTargetModeShowsTheDeviceSign) {
+    form::Control& sign = kt.form().control("imgPAOperationMode2", 0);
+    sign.setVisible(false);
+    reply("operationMode", "read", "ok", true, "", {{"outputValueLimit", "90"}});
+    EXPECT_FALSE(sign.visible());
+    reply("operationMode", "read", "ok", true, "", {{"targetMode", "16"}});
+    EXPECT_TRUE(sign.visible());
+}
+
+TEST_F(KT540Reply, StoppedMonitoringShowsOnTheStateLabel) {
+    kt.tools().MonitoringFlag = false;
+    reply("monitoringVariables", "read", "ok", true);
+    EXPECT_EQ(kt.form().control("lblPAMonValue", 6).caption(), kt.Translate("Stopped"));
+}
+
+TEST_F(KT540Reply, ThePositioningValueDecidesTheDeviationAlert) {
+    test::LoadGuiInit(kt);
+    const std::pair<const char*, bool> cases[] = {
+        {"12.5", true}, {"0.0004", false}, {"-0.002", true}, {"NaN", false},
+        {"+Inf", false}, {"-Inf", false}, {" ", false}};
+    for (const auto& [value, shown] : cases) {
+        kt.tools().ShowDeviationAlert = !shown;
+        reply("deviceStatus", "read", "ok", true, "", {{"positioningValue", value}});
+        EXPECT_EQ(kt.tools().ShowDeviationAlert, shown) << value;
+    }
+    kt.calls.clear();
+    reply("deviceStatus", "read", "deviceBusy", true);
+    EXPECT_TRUE(called("UnKnownStatus"));
+}
+
+class KT540TargetMode : public FamilyReply {
+protected:
+    void choose(int mode) {
+        form::Control& list = kt.form().control("comPATargetMode", 0);
+        if (list.listCount() == 0) {
+            for (const char* entry : {"auto", "manual", "cascade"}) {
+                list.addItem(entry);
+            }
+        }
+        list.setListIndex(mode);
+        static_cast<clsKT540&>(kt.deviceClass()).TargetModeChanged();
+    }
+    bool enabled(const char* name, int index) {
+        return kt.form().control(name, index).enabled();
+    }
+    bool visible(const char* name, int index) {
+        return kt.form().control(name, index).visible();
+    }
+};
+
+TEST_F(KT540TargetMode, EachModeArrangesThePage) {
+    struct Row {
+        int mode;
+        bool range, rcas, unit, quality;
+    };
+    for (const Row& row : {Row{1, false, false, false, true}, Row{2, true, true, true, false},
+                           Row{0, true, false, true, false}}) {
+        choose(row.mode);
+        EXPECT_EQ(enabled("txtPAOperationMode", 0), row.range) << row.mode;
+        EXPECT_EQ(enabled("txtPAOperationMode", 1), row.range) << row.mode;
+        EXPECT_EQ(visible("txtPAOperationMode", 2), row.rcas) << row.mode;
+        EXPECT_EQ(enabled("comPATargetMode", 1), row.unit) << row.mode;
+        EXPECT_EQ(enabled("comPATargetMode", 2), row.quality) << row.mode;
+        for (int sign = 0; sign < 3; ++sign) {
+            EXPECT_EQ(visible("imgPAOperationMode1", sign), sign == row.mode) << row.mode;
+        }
+        EXPECT_EQ(kt.tools().LastTargetMode, row.mode);
+    }
+}
+
+TEST_F(KT540TargetMode, OnlyAChangeToManualOrCascadeAsks) {
+    choose(1);
+    choose(1);  // the same mode again: nothing
+    choose(0);  // automatic: no question
+    const auto boxes = kt.bl().headlessDialogs()->takeBoxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].header, kt.Translate("targetMode"));
+    EXPECT_EQ(boxes[0].text, kt.Translate("targetModeChange"));
+}
+
+TEST_F(KT540TargetMode, TheAnswerFiveKeepsThePage) {
+    choose(0);
+    kt.bl().headlessDialogs()->queueAnswer(5);
+    choose(2);
+    EXPECT_FALSE(visible("txtPAOperationMode", 2));
+    EXPECT_TRUE(visible("imgPAOperationMode1", 0));
+    EXPECT_EQ(kt.tools().LastTargetMode, 2);
+}
+
+class PL500Reply : public FamilyReply, public ::testing::WithParamInterface<const char*> {
+protected:
+    PL500Reply() : FamilyReply(GetParam()) {}
+    clsPL500& pl() { return static_cast<clsPL500&>(kt.deviceClass()); }
+};
+
+TEST_P(PL500Reply, TestGroupsFillTheScheduleBeforeTheCurve) {
+    // The unit selectors of the schedule are filled with the page.
+    pl().SetDeviceRevisionChanges();
+    for (const char* group : {"valveTest", "pneumaticsTest"}) {
+        const std::string prefix = group == std::string("valveTest") ? "valveTest" : "pneumatics";
+        const std::string pair = group == std::string("valveTest") ? "AddValveTestValuePair"
+                                                                    : "AddPneumaticsTestValuePair";
+        kt.calls.clear();
+        reply(group, "read", "ok", true, "",
+              {{prefix + "TestPos00", "1"}, {std::string(group) + "Interval", "48"}});
+        EXPECT_EQ(work(), (std::vector<std::string>{pair + " " + prefix + "TestPos00",
+                                                    "EnableTestKeyFigures 1"}))
+            << group;
+    }
+    // The interval reached its two-part field: 48 hours are two days.
+    EXPECT_EQ(kt.form().control("txtPLParams", 19).text(), "2");
+    EXPECT_EQ(kt.form().control("txtPLParams", 23).text(), "2");
+}
+
+TEST_P(PL500Reply, TrendGroupsGoToTheirCharts) {
+    for (const auto& [group, call] :
+         {std::pair{"loadFactorTrend", "AddLoadFactorValuePair"},
+          {"breakawayPressureTrend", "AddBreakawayPressureValuePair"},
+          {"leakageSignalTrend", "AddLeakageSignalValuePair"}}) {
+        kt.calls.clear();
+        reply(group, "read", "ok", false, "", {{"a", "1"}});
+        EXPECT_EQ(work(), std::vector<std::string>{std::string(call) + " a"}) << group;
+    }
+}
+
+TEST_P(PL500Reply, AResetMarksThePageThatRanIt) {
+    kt.tools().OnlineConf = true;
+    for (const auto& [frame, node, other] :
+         {std::tuple{"alarms", "resetAlarms", "resetStatistics"},
+          {"statistics", "resetStatistics", "resetAlarms"}}) {
+        pl().setResetingFrame(frame);
+        for (const char* key : {"resetAlarms", "resetStatistics"}) {
+            kt.form().control("treeNavigation").tree().setImage(key, "notRead");
+        }
+        // The reset clears the diagnostics of a later part first.
+        EXPECT_THROW(reply("resetLeakageAlarm", "write", "ok", true), MemberMissing);
+        reply("resetLeakageAlarm", "read", "ok", true);
+        EXPECT_EQ(icon(node), "read") << frame;
+        EXPECT_EQ(icon(other), "notRead") << frame;
+    }
+}
+
+TEST_P(PL500Reply, AnInvalidSelectionClosesTheGroupUnreported) {
+    reply("general", "write", "failed", true, "hartCmdErrInvalidSelection");
+    EXPECT_TRUE(kt.deviceClass().CancelledGroups().empty());
+    EXPECT_TRUE(called("SetReadVariables general 1 write 1"));
+    EXPECT_EQ(icon("general"), "error");
+
+    reply("general", "write", "failed", true, "deviceBusy");
+    EXPECT_EQ(kt.deviceClass().CancelledGroups(),
+              kt.Translate("general") + " (" + kt.Translate("general") + ")" +
+                  std::string(Separator));
+}
+
+TEST_P(PL500Reply, ATakenTargetModeResetsTheSelection) {
+    form::Control& actual = kt.form().control("comPLActualMode");
+    actual.setForeColor(ColorSynchronised);
+    reply("general", "read", "ok", true, "", {{"safetyAction", "0"}});
+    EXPECT_FALSE(called("ResetTargetMode"));
+    reply("general", "read", "ok", true, "", {{"targetMode", "1"}});
+    EXPECT_TRUE(called("ResetTargetMode"));
+    EXPECT_EQ(actual.foreColor(), ColorChanged);
+    for (form::Control* mark : kt.form().elements("imgPLChanged")) {
+        if (mark->tag() == "actualMode") {
+            EXPECT_TRUE(mark->visible());
+        }
+    }
+}
+
+TEST_P(PL500Reply, StoppedMonitoringShowsOnTheStateLabel) {
+    kt.tools().MonitoringFlag = false;
+    reply("monitoringVariables", "read", "ok", true);
+    EXPECT_EQ(kt.form().control("lblPLParams", 11).caption(), kt.Translate("stopped"));
+}
+
+TEST_P(PL500Reply, TheLeakageSwitchEnablesItsFieldsBothWays) {
+    pl().SetDeviceRevisionChanges();
+    form::Control& time = kt.form().control("txtPLParams", 28);
+    const auto fieldsEnabled = [this](bool expected) {
+        for (const int index : clsPL500::LeakageFields) {
+            EXPECT_EQ(kt.form().control("txtPLParams", index).enabled(), expected) << index;
+        }
+    };
+    // From the device: a time of 0 is the measurement off.
+    kt.SetItemValueToGUI({}, "leakageMeasurementTime", "0", "ms", 1);
+    fieldsEnabled(false);
+    EXPECT_EQ(kt.form().control(clsPL500::LeakageSwitch.array, 17).listIndex(), 0);
+    kt.SetItemValueToGUI({}, "leakageMeasurementTime", "30000", "ms", 1);
+    fieldsEnabled(true);
+    EXPECT_EQ(time.text(), "30");
+
+    // From the page: off writes a time of 0 as the user's edit.
+    pl().LeakageSwitchChanged(0);
+    fieldsEnabled(false);
+    EXPECT_EQ(time.text(), "0");
+    EXPECT_TRUE(std::any_of(kt.calls.begin(), kt.calls.end(), [](const std::string& call) {
+        return call.starts_with("AddConfirmationRow leakageMeasurementTime");
+    }));
+    pl().LeakageSwitchChanged(1);
+    fieldsEnabled(true);
+}
+
+TEST(FamilyOfflineConf, EachFamilyWritesItsGroupsWithTheirPages) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"KT540_1.0",
+         "PAoperationUnit operationUnit|PAvalveRelatedConfigurations valveRelatedConfigurations|"
+         "PAassemblyRelatedConfiguration assemblyRelatedConfiguration|PAflowModification "
+         "flowModification|PAalertSettings alertSettings|"},
+        {"PL500_1",
+         "PLoperationUnit operationUnit|PLgeneral general|PLassemblyRelated assemblyRelated|"
+         "PLleakageMeasurement leakageMeasurement|PLdeviceAlertSettings deviceAlertSettings|"
+         "PLstatisticAlertSettings statisticAlertSettings|"},
+    };
+    for (const auto& [key, expected] : cases) {
+        TestUserControl kt(SessionOf(key, false));
+        std::string sent;
+        kt.sendRequestHook = [&](const std::string& group, const std::string& access) {
+            EXPECT_EQ(access, "writeOffline");
+            sent += kt.tools().CurrentFrame + " " + group + "|";
+        };
+        kt.tools().CurrentFrame = "settings";
+        kt.deviceClass().SendOfflineConf();
+        EXPECT_EQ(sent, expected) << key;
+        EXPECT_EQ(kt.tools().CurrentFrame, "settings");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Revisions, PL500Reply, ::testing::Values("PL500_1", "PL500_2"));
+
+}  // namespace
+}  // namespace kt500::devices

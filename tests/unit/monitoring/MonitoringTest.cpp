@@ -1,0 +1,226 @@
+#include "monitoring/Monitoring.h"
+
+#include "devices/Encodings.h"
+#include "devices/SeparatedList.h"
+#include "support/TestUserControl.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace kt500::monitoring {
+namespace {
+
+using form::ChartAxisId;
+using testing::TestUserControl;
+
+TEST(MonitoringLogValues, TwoDecimalsInTheMachinesSignAndBadValuesRefused) {
+    EXPECT_EQ(LogValues({"45", "0.5", "-1.005", "12,25"}, "."), ";45.00;0.50;-1.00;12.25;");
+    EXPECT_EQ(LogValues({"1234567.5"}, ","), ";1234567,50;");  // no grouping
+    EXPECT_EQ(LogValues({}, "."), ";");
+    for (const char* bad : {"abc", "", "-", "1.2.3", "12a", " "}) {
+        EXPECT_THROW((void)LogValues({"1", bad}, "."), std::invalid_argument) << '"' << bad << '"';
+    }
+}
+
+TEST(MonitoringDayCount, CountsLocalDaysFromTheChartsDayZero) {
+    EXPECT_DOUBLE_EQ(DayCount(QDateTime(QDate(1899, 12, 31), QTime(0, 0))), 1.0);
+    EXPECT_NEAR(DayCount(QDateTime(QDate(2026, 1, 5), QTime(8, 0))), 46027.0 + 1.0 / 3.0, 1e-9);
+}
+
+// A KT520 session with its monitoring chart prepared and a clock that the
+// test moves.
+struct MonitoringTest : ::testing::Test {
+    MonitoringTest() {
+        graphs.PlaceAllCharts();
+        monitoring.PrepareMonitoringGraph();
+    }
+    static std::string pair(const char* name, const char* value) {
+        std::string list;
+        devices::AppendSeparated(list, name);
+        devices::AppendSeparated(list, value);
+        return list;
+    }
+    // One reply's lists, as ArrangeValues leaves them.
+    void reply(const std::string& values) {
+        uc.tools().MonitoringValues = values;
+        uc.deviceClass().ArrangeValues();
+        monitoring.UpdateMonitoringGraph(uc.tools().MonitoringValues, graphValues());
+        uc.tools().MonitoringValues.clear();
+    }
+    std::string graphValues() {
+        // The log list: the same values in series order, all of them.
+        std::string list;
+        for (const char* v : {"45", "44.5", "12", "2.5", "30"}) {
+            devices::AppendSeparated(list, v);
+        }
+        return list;
+    }
+    std::string all(const char* setpoint = "45") {
+        return pair("travelSetpoint", setpoint) + pair("valveTravel", "44.5") +
+               pair("inputSignal", "12") + pair("actuatorPressure", "2.5") +
+               pair("pcbTemperature", "30");
+    }
+    form::ChartModel& chart() { return uc.form().control("pegoKT520").chart(); }
+
+    TestUserControl uc{testing::SessionOf("KT520_7")};
+    presentation::Graphs graphs{uc};
+    QDateTime clock{QDate(2026, 1, 5), QTime(8, 0)};
+    Monitoring monitoring{uc, graphs, [this] { return clock; }};
+};
+
+TEST_F(MonitoringTest, StartAndStopSwitchTheRequestsTheTreeAndTheCommand) {
+    form::Control& command = uc.form().control("cmdHAMonitoring", 0);
+    monitoring.cmdMonitoring_Click(0);
+    EXPECT_TRUE(uc.tools().MonitoringFlag);
+    EXPECT_EQ(command.tag(), "stop");
+    EXPECT_EQ(command.caption(), uc.Translate("stop"));
+    monitoring.cmdMonitoring_Click(0);
+    EXPECT_FALSE(uc.tools().MonitoringFlag);
+    EXPECT_EQ(command.tag(), "start");
+    EXPECT_EQ(command.caption(), uc.Translate("start"));
+    // Leaving the page ends a running monitoring; staying does not.
+    monitoring.cmdMonitoring_Click(0);
+    monitoring.PageChanging("monitoringVariables");
+    EXPECT_TRUE(uc.tools().MonitoringFlag);
+    monitoring.PageChanging("operationUnit");
+    EXPECT_FALSE(uc.tools().MonitoringFlag);
+    EXPECT_EQ(command.tag(), "start");
+}
+
+TEST_F(MonitoringTest, EachReplyIsOnePointAndASwitchedOffSeriesReadsMinus500) {
+    monitoring.cmdMonitoring_Click(0);
+    reply(all());
+    uc.form().control("chkHAMonitoring", 1).setValue(0);  // travel off
+    clock = clock.addMSecs(500);
+    reply(all("60.25"));
+    ASSERT_EQ(chart().points(), 2);
+    EXPECT_EQ(chart().y(0, 1), 60.25);
+    EXPECT_EQ(chart().y(1, 0), 44.5);
+    EXPECT_EQ(chart().y(1, 1), -500.0);
+    EXPECT_EQ(chart().y(2, 1), 12.0);           // input signal is the option chosen
+    EXPECT_EQ(chart().y(3, 1), -500.0);         // the other two right-axis series are off
+    EXPECT_EQ(chart().x(4, 1), DayCount(clock));
+    // The deviation: set point less travel.
+    EXPECT_EQ(uc.form().control("lblHAMonitoringSettings", 15).caption(),
+              devices::fDecimalSep("15.75"));
+}
+
+TEST_F(MonitoringTest, TheWindowMovesByItsStepWhenAPointPassesItsEnd) {
+    monitoring.cmdMonitoring_Click(0);
+    const double start = monitoring.windowStart();
+    EXPECT_NEAR(monitoring.windowEnd() - start, kWindowWidth, 1e-9);
+    clock = clock.addSecs(179);
+    reply(all());
+    EXPECT_EQ(monitoring.windowStart(), start);
+    clock = clock.addSecs(2);
+    reply(all());
+    EXPECT_NEAR(monitoring.windowEnd(), start + kWindowWidth + kWindowStep, 1e-9);
+    EXPECT_NEAR(monitoring.windowStart(), monitoring.windowEnd() - kWindowWidth, 1e-9);
+    EXPECT_EQ(chart().axis(ChartAxisId::X).manualMax, monitoring.windowEnd());
+    EXPECT_EQ(chart().option("ZoomMinX"), monitoring.windowStart());
+}
+
+TEST_F(MonitoringTest, The999thPointStaysAndTheNextReplyRebuildsKeepingTheRightAxis) {
+    uc.form().control("optHAMonitoring", 2).setValue(1);
+    monitoring.SetRightAxis("pcbTemperature");
+    const form::ChartAxis right = chart().axis(ChartAxisId::RightY);
+    EXPECT_EQ(right.manualMax, 90.0);
+    EXPECT_EQ(right.manualMin, -45.0);
+    monitoring.cmdMonitoring_Click(0);
+    for (int i = 0; i < presentation::kMonitoringPointLimit; ++i) {
+        clock = clock.addMSecs(10);
+        reply(all());
+    }
+    EXPECT_EQ(chart().points(), 999);
+    EXPECT_EQ(monitoring.pointCounter(), 999);
+    clock = clock.addMSecs(10);
+    reply(all());
+    EXPECT_EQ(monitoring.pointCounter(), 1);
+    EXPECT_EQ(chart().points(), 1);
+    EXPECT_EQ(chart().x(0, 0), DayCount(clock));
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, right.label);
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMax, 90.0);
+    EXPECT_EQ(uc.tools().ComparedMonitoring, "pcbTemperature");
+}
+
+TEST_F(MonitoringTest, TheRightAxisOfThePressureGoesThroughThePageUnit) {
+    monitoring.SetRightAxis("inputSignal");
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, "mA");
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMax, 21.0);
+    uc.form().control("lblHAMonitoringSettings", 1).setCaption("psiG");
+    monitoring.SetRightAxis("actuatorPressure");
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, "psiG");
+    EXPECT_NEAR(chart().axis(ChartAxisId::RightY).manualMax, 116.03, 0.01);
+    monitoring.SetRightAxis("noSuchOption");
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, "psiG");
+}
+
+TEST_F(MonitoringTest, TheLogHasTwoHeaderLinesAndOneLinePerPointWrittenAsItGrows) {
+    QTemporaryDir folder;
+    const std::string path = folder.filePath("Monitoring.log").toStdString();
+    uc.form().control("txtFileName").setText(path);
+    monitoring.StartMonitorLog();
+    EXPECT_TRUE(uc.tools().MonitorLog);
+    EXPECT_EQ(uc.form().control("cmdHAMonitoring", 1).caption(), uc.Translate("stopLog"));
+    monitoring.cmdMonitoring_Click(0);
+    reply(all());
+    {
+        // Readable while monitoring runs: the line is there, the file closed.
+        std::ifstream in(path);
+        std::stringstream text;
+        text << in.rdbuf();
+        EXPECT_NE(text.str().find("\n08:00:00;"), std::string::npos) << text.str();
+    }
+    clock = clock.addSecs(1);
+    reply(all());
+    std::ifstream in(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0].rfind("\"DTM Log ", 0), 0U);
+    EXPECT_EQ(lines[1], uc.deviceClass().MonitorLogHeaders());
+    const std::string sign = devices::MachineDecimalSymbol();
+    EXPECT_EQ(lines[3], "08:00:01;45" + sign + "00;44" + sign + "50;12" + sign + "00;2" + sign +
+                            "50;30" + sign + "00;");
+
+    // A new log replaces the old file.
+    monitoring.StartMonitorLog();
+    std::ifstream again(path);
+    int count = 0;
+    for (std::string line; std::getline(again, line);) {
+        ++count;
+    }
+    EXPECT_EQ(count, 2);
+}
+
+TEST_F(MonitoringTest, ALogThatCannotBeOpenedFailsAndALostLineKeepsThePoint) {
+    uc.form().control("txtFileName").setText("/no/such/folder/Monitoring.log");
+    EXPECT_THROW(monitoring.StartMonitorLog(), std::runtime_error);
+    EXPECT_FALSE(uc.tools().MonitorLog);
+
+    QTemporaryDir folder;
+    uc.form().control("txtFileName").setText(folder.filePath("Monitoring.log").toStdString());
+    monitoring.StartMonitorLog();
+    monitoring.cmdMonitoring_Click(0);
+    std::string bad;
+    for (const char* v : {"abc", "1", "2", "3", "4"}) {
+        devices::AppendSeparated(bad, v);
+    }
+    monitoring.UpdateMonitoringGraph(bad, bad);
+    ASSERT_EQ(uc.messages.size(), 1U);
+    EXPECT_EQ(uc.messages[0].rfind("AppendMonitorLogLine", 0), 0U);
+    ASSERT_EQ(chart().points(), 1);
+    // The text that is no number goes as the conversion gives it.
+    EXPECT_EQ(static_cast<float>(chart().y(0, 0)), static_cast<float>(devices::NoValue));
+    EXPECT_EQ(chart().y(1, 0), 1.0);
+}
+
+}  // namespace
+}  // namespace kt500::monitoring

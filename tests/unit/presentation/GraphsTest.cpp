@@ -1,0 +1,173 @@
+#include "presentation/Graphs.h"
+
+#include "support/TestUserControl.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kt500::presentation {
+namespace {
+
+using form::ChartAxisId;
+using testing::TestUserControl;
+
+struct GraphsTest : ::testing::TestWithParam<const char*> {
+    GraphsTest() : uc(testing::SessionOf(GetParam())) {}
+    TestUserControl uc;
+    Graphs graphs{uc};
+};
+
+// Every row of the placement table: the chart sits in its frame element,
+// sized from the frame by the margins, and is set up by its builder.
+TEST_P(GraphsTest, EveryChartOfTheTableSitsInItsFrameWithTheMarginsOfItsRow) {
+    const bool inputSignalOnForm = uc.form().find("pesgoInputSignalVsTravel") != nullptr;
+    graphs.PlaceAllCharts();
+    const std::string type = uc.tools().DeviceType;
+    const std::string_view frames = PlacementFrameArray(type);
+    for (const ChartPlacement& row : PlacementsOf(type)) {
+        const ChartSetup& setup = SetupOf(row.builder);
+        SCOPED_TRACE(std::string(setup.name));
+        const form::Control& frame = uc.form().control(frames, row.frameElement);
+        const form::Control& chart = uc.form().control(setup.name);
+        EXPECT_EQ(chart.container(), &frame);
+        EXPECT_EQ(chart.left(), row.left);
+        EXPECT_EQ(chart.top(), row.top);
+        EXPECT_EQ(chart.width(), frame.width() - row.widthMargin);
+        EXPECT_EQ(chart.height(), frame.height() - row.heightMargin);
+        EXPECT_EQ(chart.chart().scientific(), setup.pesgo);
+        EXPECT_EQ(chart.chart().subsets(), setup.subsets);
+        EXPECT_EQ(chart.chart().option("GraphBackColor"), kGraphBackColor);
+        if (!setup.xAxisKey.empty()) {
+            EXPECT_EQ(chart.chart().axis(ChartAxisId::X).label, uc.Translate(std::string(setup.xAxisKey)));
+        }
+    }
+    // Only the charts the session created go at its end; a chart of the
+    // form stays.
+    graphs.RemoveDeviceCharts();
+    EXPECT_TRUE(graphs.sessionCharts().empty());
+    for (const ChartPlacement& row : PlacementsOf(type)) {
+        const std::string_view name = SetupOf(row.builder).name;
+        const bool stays = inputSignalOnForm && row.builder == ChartBuilder::InputSignalVsTravel;
+        EXPECT_EQ(uc.form().find(name) != nullptr, stays) << name;
+    }
+    EXPECT_THROW(graphs.DestroyChart("pegoLoadFactor"), std::invalid_argument);
+}
+
+INSTANTIATE_TEST_SUITE_P(Families, GraphsTest,
+                         ::testing::Values("KT520_7", "KT540_1.0", "PL500_1", "PL500_2"));
+
+TEST(GraphsTables, TheValveAndPneumaticsChartsShareAFrameAndOnlyTheFamilyKeysChooseRows) {
+    for (const char* type : {"PL500_1", "PL500_2"}) {
+        int inFrame14 = 0;
+        for (const ChartPlacement& row : PlacementsOf(type)) {
+            inFrame14 += row.frameElement == 14 ? 1 : 0;
+        }
+        EXPECT_EQ(inFrame14, 2) << type;
+    }
+    EXPECT_EQ(PlacementsOf("KT520_7").data(), PlacementsOf("KTQ500_PT_6").data());
+    EXPECT_EQ(PlacementsOf("KT540_1.0").front().frameElement, 15);
+    EXPECT_EQ(PlacementFrameArray("PL500_2"), "fraPL500");
+    EXPECT_EQ(PlacementFrameArray("kt540_1.0"), "fraKT520");  // compared case-sensitively
+    // PL500_2's valve chart is the taller one.
+    EXPECT_EQ(PlacementsOf("PL500_1").back().heightMargin, 400);
+    EXPECT_EQ(PlacementsOf("PL500_2").back().heightMargin, 1000);
+}
+
+struct GraphBuilders : ::testing::Test {
+    TestUserControl uc{testing::SessionOf("KT520_7")};
+    Graphs graphs{uc};
+    form::ChartModel& build(ChartBuilder builder, int points = 0) {
+        form::Control& chart = graphs.CreatePegoChart("pegoUnderTest", nullptr);
+        graphs.BuildChart(chart, builder, points);
+        return chart.chart();
+    }
+};
+
+TEST_F(GraphBuilders, TrendSubsetsAreAValueTwoLimitLinesAndAReference) {
+    const form::ChartModel& breakaway = build(ChartBuilder::BreakawayPressure);
+    EXPECT_EQ(breakaway.points(), 20);
+    EXPECT_EQ(breakaway.subsetColor(0), 0xFF0000U);
+    EXPECT_EQ(breakaway.subsetLineType(0), 0);
+    EXPECT_EQ(breakaway.subsetColor(1), 255U);
+    EXPECT_EQ(breakaway.subsetLineType(2), 1);
+    EXPECT_EQ(breakaway.option("SubsetsToLegend"), 2);
+    EXPECT_EQ(breakaway.option("ComparisonSubsets"), 3);
+    EXPECT_EQ(breakaway.option("AllowZooming"), 2);
+    graphs.DestroyChart("pegoUnderTest");
+
+    const form::ChartModel& deviation = build(ChartBuilder::TravelDeviation);
+    EXPECT_NE(deviation.subsetColor(1), 255U);  // a colour of its own
+    graphs.DestroyChart("pegoUnderTest");
+
+    const form::ChartModel& travel = build(ChartBuilder::TravelVsTime);
+    EXPECT_EQ(travel.axis(ChartAxisId::Y).manualMin, 0.0);
+    EXPECT_EQ(travel.axis(ChartAxisId::Y).manualMax, 100.0);
+}
+
+TEST_F(GraphBuilders, TestAndFlowChartsTakeTheirOwnSettings) {
+    const form::ChartModel& hysteresis = build(ChartBuilder::HysteresisTest);
+    EXPECT_EQ(hysteresis.x(0, 0), 0.1);
+    EXPECT_EQ(hysteresis.y(0, 0), 0.1);
+    EXPECT_EQ(hysteresis.axis(ChartAxisId::X).manualScaleControl, 3);
+    EXPECT_EQ(hysteresis.option("AllowZooming"), 3);
+    graphs.DestroyChart("pegoUnderTest");
+
+    const form::ChartModel& valve = build(ChartBuilder::ValveTest);
+    EXPECT_EQ(valve.option("AllowPopup"), 1);
+    EXPECT_EQ(valve.option("ShowAnnotations"), 1);
+    EXPECT_EQ(valve.option("VertLineAnnotation"), -1);
+    graphs.DestroyChart("pegoUnderTest");
+
+    const form::ChartModel& flow = build(ChartBuilder::FlowModification, 21);
+    EXPECT_EQ(flow.points(), 21);
+    EXPECT_EQ(flow.pointLabel(20), "20");
+    EXPECT_EQ(flow.subsetLineType(0), 10);
+    EXPECT_EQ(flow.subsetLineType(1), 3);
+    EXPECT_FALSE(uc.form().control("pegoUnderTest").visible());  // the flow page chooses
+}
+
+TEST_F(GraphBuilders, TheMonitoringChartComparesTheLastSeriesOnTheRightAndFollowsTheLanguage) {
+    form::Control& chart = graphs.MonitoringChart(0);
+    graphs.BuildMonitoringGraph(chart, uc.deviceClass().MonitoringHeaders(), 1, 2500);
+    const form::ChartModel& model = chart.chart();
+    EXPECT_EQ(model.subsets(), 5);
+    EXPECT_EQ(model.points(), 0);
+    EXPECT_EQ(model.option("RYAxisComparisonSubsets"), 3);  // input signal and after
+    EXPECT_EQ(model.option("DateTimeMode"), 1);
+    EXPECT_EQ(model.option("UseDataPoints"), 1);
+    EXPECT_EQ(model.subsetLabel(0), uc.Translate("travelSetpoint"));
+    EXPECT_EQ(model.axis(ChartAxisId::X).label, uc.Translate("time"));
+    EXPECT_TRUE(chart.visible());
+
+    const std::string english = model.subsetLabel(0);
+    uc.tools().Language = "1031";
+    graphs.TranslateGraphs();
+    EXPECT_EQ(model.subsetLabel(0), uc.Translate("travelSetpoint"));
+    EXPECT_NE(model.subsetLabel(0), english);
+    EXPECT_THROW((void)graphs.MonitoringChart(3), std::out_of_range);
+}
+
+TEST_F(GraphBuilders, TheUndoZoomItemIsOfferedOnlyWhileTheChartIsZoomed) {
+    form::Control& chart = uc.form().control("pegoKT520");
+    form::Control& undo = uc.form().control("mnuPopupItem", 1);
+    graphs.Chart_MouseDown(chart, 2);
+    EXPECT_FALSE(undo.enabled());
+    EXPECT_EQ(graphs.popupChart(), &chart);
+
+    graphs.Chart_ZoomIn(chart);
+    EXPECT_EQ(chart.tag(), "zoomOutTT");
+    EXPECT_EQ(chart.toolTipText(), uc.Translate("zoomOutTT"));
+    graphs.Chart_MouseDown(chart, 1);  // the left button opens nothing
+    EXPECT_FALSE(undo.enabled());
+    graphs.Chart_MouseDown(chart, 2);
+    EXPECT_TRUE(undo.enabled());
+
+    graphs.Chart_ZoomOut(chart);
+    EXPECT_EQ(chart.tag(), "");
+    EXPECT_EQ(chart.toolTipText(), "");
+    EXPECT_FALSE(undo.enabled());
+}
+
+}  // namespace
+}  // namespace kt500::presentation

@@ -1,0 +1,98 @@
+// The monitoring chart in the window: the Qt Charts view mirrors the chart
+// model (series, names, points, axes) after its batched redraw, and its
+// CSV and PNG exports hold the chart.
+#include "app/window/ChartExport.h"
+#include "app/window/DesktopSession.h"
+
+#include <QApplication>
+#include <QChart>
+#include <QChartView>
+#include <QDateTimeAxis>
+#include <QFile>
+#include <QLineSeries>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QValueAxis>
+
+#include <gtest/gtest.h>
+
+namespace kt500::window {
+namespace {
+
+class ChartViewTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        simulator::SessionOptions options;
+        options.deviceKey = "KT520_7";
+        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
+        desktop.view().show();
+        desktop.settle();
+    }
+    form::Form& form() { return desktop.view().form(); }
+    QChartView* view() {
+        return qobject_cast<QChartView*>(desktop.view().widgetOf(form().control("pegoKT520")));
+    }
+    // Monitoring for a while of virtual time, then the batch redraw.
+    void monitor(int ms) {
+        form().raiseClick(form().control("cmdHAMonitoring", 0));
+        desktop.session().wait(ms);
+        form().raiseClick(form().control("cmdHAMonitoring", 0));
+        QTest::qWait(100);
+    }
+    DesktopSession desktop{KT500_SHARE_DIR, {}};
+};
+
+TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
+    form().raiseNodeClick(form().control("treeNavigation"), "monitoringVariables");
+    monitor(5000);
+    const form::ChartModel& model = form().control("pegoKT520").chart();
+    ASSERT_GT(model.points(), 5);
+    QChartView* chartView = view();
+    ASSERT_NE(chartView, nullptr);
+    const auto series = chartView->chart()->series();
+    ASSERT_EQ(series.size(), model.subsets());
+    for (int subset = 0; subset < model.subsets(); ++subset) {
+        auto* line = qobject_cast<QLineSeries*>(series[subset]);
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->name().toStdString(), model.subsetLabel(subset));
+        ASSERT_EQ(line->count(), model.points());
+        EXPECT_EQ(line->at(model.points() - 1).y(), model.y(subset, model.points() - 1));
+        EXPECT_EQ(line->at(0).x(),
+                  static_cast<double>(DateTimeOfDays(model.x(subset, 0)).toMSecsSinceEpoch()));
+    }
+    // A date-time axis below, travel on the left, the chosen option on the right.
+    EXPECT_EQ(chartView->chart()->axes(Qt::Horizontal).size(), 1);
+    EXPECT_NE(qobject_cast<QDateTimeAxis*>(chartView->chart()->axes(Qt::Horizontal).front()),
+              nullptr);
+    const auto vertical = chartView->chart()->axes(Qt::Vertical);
+    ASSERT_EQ(vertical.size(), 2);
+    auto* right = qobject_cast<QValueAxis*>(vertical[1]);
+    ASSERT_NE(right, nullptr);
+    EXPECT_EQ(right->titleText(), "mA");
+    EXPECT_EQ(right->max(), 21.0);
+    EXPECT_TRUE(chartView->chart()->legend()->isVisible());
+}
+
+TEST_F(ChartViewTest, TheExportedCsvHoldsEveryPoint) {
+    monitor(3000);
+    const form::ChartModel& model = form().control("pegoKT520").chart();
+    QTemporaryDir folder;
+    const QString path = folder.filePath("monitoring.csv");
+    ASSERT_TRUE(ExportChartCsv(model, path));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), model.points() + 1);
+    EXPECT_TRUE(lines[0].startsWith("x;" + QString::fromStdString(model.subsetLabel(0))));
+    const QStringList last = lines.back().split(';');
+    ASSERT_EQ(last.size(), model.subsets() + 1);
+    EXPECT_EQ(last[1].toDouble(), model.y(0, model.points() - 1));
+    EXPECT_EQ(last[0], DateTimeOfDays(model.x(0, model.points() - 1)).toString(Qt::ISODateWithMs));
+    EXPECT_FALSE(ExportChartCsv(model, folder.filePath("no/such/folder/x.csv")));
+    ASSERT_NE(view(), nullptr);
+    EXPECT_TRUE(ExportChartPng(*view(), folder.filePath("monitoring.png")));
+    EXPECT_GT(QFile(folder.filePath("monitoring.png")).size(), 0);
+}
+
+}  // namespace
+}  // namespace kt500::window
