@@ -331,7 +331,7 @@ bool FlowModification::UpdateFlowModificationGraph(int intSubset) {
     session::clsTools& tools = m_control.tools();
     const FlowPage page = Page();
     form::Form& form = m_control.form();
-    form::Control* chartControl = form.find(kFlowChart, page.curveList);
+    form::Control* chartControl = form.find(kFlowChart);
     form::ChartModel* chart = chartControl == nullptr ? nullptr : &chartControl->chart();
     if (chart != nullptr && (chart->subsets() < 3 || chart->points() != page.pointCount)) {
         // The chart's own set-up gives it three subsets over the page's points.
@@ -565,7 +565,7 @@ void FlowModification::chkFlowModification_Click() {
     form::Form& form = m_control.form();
     const FlowPage page = Page();
     form::Control* check = form.find("chkFlowModification");
-    form::Control* flowChart = form.find(kFlowChart, page.curveList);
+    form::Control* flowChart = form.find(kFlowChart);
     form::Control* inputChart = form.find("pesgoInputSignalVsTravel");
     if (check == nullptr) {
         return;
