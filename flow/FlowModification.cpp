@@ -117,6 +117,9 @@ void FlowModification::Start() {
         m_control.SaveOldValues();
         tools.value_saved = true;
     }
+    // The walk rewrites every point box: its result is pending until Apply
+    // puts the points in the confirmation list.
+    tools.ConfirmFlag = false;
     tools.DesiredFlowCurve.clear();
     tools.InstalledFlowCurve.clear();
     // The list shows no curve while the empty table is drawn, so that the
