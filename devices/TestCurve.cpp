@@ -1,11 +1,17 @@
 #include "devices/TestCurve.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
 namespace kt500::devices {
 
 void CloseCurveGaps(TestCurve& arrCurve) {
+    const bool recorded = std::any_of(arrCurve.begin(), arrCurve.end(),
+                                      [](const auto& sample) { return sample[1] != 0.0F; });
+    if (!recorded) {
+        return;
+    }
     TestCurve closed{};
     int counter = 0;
     for (int sample = 0; sample < TestSamples; ++sample) {
@@ -21,7 +27,7 @@ void CloseCurveGaps(TestCurve& arrCurve) {
             while (ahead < TestSamples && arrCurve[static_cast<std::size_t>(ahead)][1] == 0.0F) {
                 ++ahead;
             }
-            out = ahead < TestSamples ? arrCurve[static_cast<std::size_t>(ahead)] : current;
+            out = arrCurve[static_cast<std::size_t>(ahead)];
         }
         ++counter;
     }
