@@ -141,6 +141,10 @@ void TestRun::StartTestAction() {
                                        kTestTimeout, blAccepted);
     if (blAccepted) {
         m_events.ActionStarted("progressTesting", "test");
+        // The other actions are locked; the running test's button is its stop.
+        if (form::Control* stop = m_control.form().find("cmdPLStartTest", valve ? 0 : 1)) {
+            stop->setEnabled(true);
+        }
         return;
     }
     // The device did not take the test: the page is idle again.
