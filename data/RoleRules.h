@@ -21,7 +21,8 @@ enum class Right {
     Upload,                // the upload band: reads from the device
     Settings,              // toolbar "settings": language and units
     Monitoring,            // the monitoring start commands
-    Test,                  // the performance tests and their settings
+    Test,                  // the step and hysteresis tests (cmdStartTest)
+    SafetyValveTest,       // the safety valve controller's tests and their settings
     Calibration,           // the calibration start buttons
     ResetDiagnostics,      // cmdResetDiagnostics
     FactoryReset,          // cmdPAFactoryReset

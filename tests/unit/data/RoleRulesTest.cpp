@@ -19,7 +19,8 @@ TEST(RoleRulesTest, EachRoleMayWhatTheTableSays) {
         {Right::Upload, true, true},
         {Right::Settings, true, true},
         {Right::Monitoring, true, true},
-        {Right::Test, false, false},
+        {Right::Test, false, true},
+        {Right::SafetyValveTest, false, false},
         {Right::Calibration, false, false},
         {Right::ResetDiagnostics, false, false},
         {Right::FactoryReset, false, false},
@@ -66,13 +67,22 @@ TEST(RoleRulesTest, EnableCommandsSetsEveryElementAsTheRuleAllows) {
     form::Control& reset0 = add("cmdResetDiagnostics", 0);
     form::Control& reset3 = add("cmdResetDiagnostics", 3);
     form::Control& start = add("cmdStartTest", 0);
+    form::Control& valveTest = add("cmdPLStartTest", 0);
+    form::Control& testSettings = add("cmdPLSetTestSettings", 1);
     session::clsTools tools;
     tools.OnlineConf = true;
     tools.ActorRole = "operator";
     EnableCommands(form, tools, Right::ResetDiagnostics, true);
     EnableCommands(form, tools, Right::Test, true);
+    EnableCommands(form, tools, Right::SafetyValveTest, true);
     EXPECT_FALSE(reset0.enabled());
     EXPECT_FALSE(reset3.enabled());
+    // An operator runs the positioners' tests, not the safety valve controller's.
+    EXPECT_TRUE(start.enabled());
+    EXPECT_FALSE(valveTest.enabled());
+    EXPECT_FALSE(testSettings.enabled());
+    tools.ActorRole = "observer";
+    EnableCommands(form, tools, Right::Test, true);
     EXPECT_FALSE(start.enabled());
     tools.ActorRole = "maintenance";
     EnableCommands(form, tools, Right::ResetDiagnostics, true);
