@@ -42,6 +42,11 @@ float Drawable(float& sngValue) {
     return sngValue;
 }
 
+// A page without a unit label for the value reads "noUnit": nothing to convert.
+bool HasUnit(const std::string& strUnit) {
+    return !strUnit.empty() && strUnit != "noUnit";
+}
+
 void Redraw(form::ChartModel& chart) {
     chart.setOption("PEnarg1", 0);
     chart.setOption("PEnarg2", 0);
@@ -190,7 +195,7 @@ void TestResults::AddPressureTestValuePair(xml::Node nodeObj, bool blInitialize,
         const std::string pageUnit = m_control.FetchUnitName("actuatorPressure");
         const std::string deviceUnit =
             blValve ? m_control.deviceClass().ConvertUnitForDevice(pageUnit) : std::string("bar");
-        if (!pageUnit.empty() && pageUnit != deviceUnit) {
+        if (HasUnit(pageUnit) && pageUnit != deviceUnit) {
             value = ItemValue(m_control.ConvertUnit(devices::SingleText(value), deviceUnit,
                                                     pageUnit));
         }
@@ -214,7 +219,7 @@ void TestResults::UpdateValveTestGraph(devices::TestCurve& arrCurve) {
         // The limits are drawn in the unit of the curve.
         const auto limit = [&](float sngLimit, const char* strParameter) {
             const std::string unit = m_control.FetchUnitName(strParameter);
-            if (unit.empty() || pressureUnit.empty() || unit == pressureUnit) {
+            if (!HasUnit(unit) || !HasUnit(pressureUnit) || unit == pressureUnit) {
                 return sngLimit;
             }
             return ItemValue(m_control.ConvertUnit(devices::SingleText(sngLimit), unit,
