@@ -155,16 +155,18 @@ TEST(SessionData, RoleLimitsFollowTheRoleWord) {
         bool testingOff;
         bool calibration;
         bool reset;
-        bool testCommands;
+        bool positionerTests;    // cmdStartTest
+        bool safetyValveTests;   // cmdPLStartTest, cmdPLSetTestSettings
     };
     // The role words compare without regard to case; the tests need the
-    // device online whatever the role (docs/roles.md).
+    // device online whatever the role; an operator runs the positioners'
+    // tests but not the safety valve controller's (docs/roles.md).
     const Case cases[] = {
-        {"observer", false, false, false, true, false, false, false},
-        {"operator", true, true, false, true, false, false, false},
-        {"Operator", true, true, false, true, false, false, false},
-        {"maintenance", false, true, true, false, true, true, false},
-        {"oemService", true, true, false, false, true, true, true},
+        {"observer", false, false, false, true, false, false, false, false},
+        {"operator", true, true, false, false, false, false, true, false},
+        {"Operator", true, true, false, false, false, false, true, false},
+        {"maintenance", false, true, true, false, true, true, false, false},
+        {"oemService", true, true, false, false, true, true, true, true},
     };
     for (const Case& c : cases) {
         Session s(Options("KT520_7", c.online, c.role));
@@ -181,10 +183,10 @@ TEST(SessionData, RoleLimitsFollowTheRoleWord) {
         EXPECT_EQ(calibration.enabled(), c.calibration);
         EXPECT_EQ(reset.enabled(), c.reset);
         EXPECT_EQ(factoryReset.enabled(), c.calibration);
+        EXPECT_EQ(s.at("cmdStartTest", 0).enabled(), c.positionerTests);
         for (const auto& [name, index] :
-             {std::pair{"cmdStartTest", 0}, std::pair{"cmdPLStartTest", 1},
-              std::pair{"cmdPLSetTestSettings", 1}}) {
-            EXPECT_EQ(s.at(name, index).enabled(), c.testCommands) << name;
+             {std::pair{"cmdPLStartTest", 1}, std::pair{"cmdPLSetTestSettings", 1}}) {
+            EXPECT_EQ(s.at(name, index).enabled(), c.safetyValveTests) << name;
         }
     }
 }
