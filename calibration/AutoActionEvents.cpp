@@ -68,7 +68,15 @@ void AutoActionEvents::ReadyForAutoAction(bool blReady) {
             break;
         case Action::Test:
             // The tests bring their own start.
-            throw devices::MemberMissing(blReady ? "StartTestAction" : "TestNotReady");
+            if (m_tests == nullptr) {
+                throw devices::MemberMissing(blReady ? "StartTestAction" : "TestNotReady");
+            }
+            if (blReady) {
+                m_tests->StartTestAction();
+            } else {
+                m_tests->TestNotReady();
+            }
+            break;
         default:
             // The user cancelled while the device made ready.
             break;
@@ -106,9 +114,13 @@ void AutoActionEvents::AutoActionComplete(bool blSuccess) {
     if (action == Action::Test) {
         if (blSuccess) {
             // The read of the test's results comes with the tests.
-            throw devices::MemberMissing("StepTestValues");
+            if (m_tests == nullptr) {
+                throw devices::MemberMissing("StepTestValues");
+            }
+            m_tests->TestCompleted();
+        } else {
+            TestFailed();
         }
-        TestFailed();
     } else if (action == Action::Calibration) {
         calibrations().Completed(blSuccess);
     }

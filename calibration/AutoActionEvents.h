@@ -9,6 +9,7 @@
 #pragma once
 
 #include "calibration/DeviceActionLock.h"
+#include "calibration/TestActions.h"
 #include "devices/IUserControl.h"
 
 #include <string>
@@ -22,6 +23,7 @@ public:
     AutoActionEvents(devices::IUserControl& control, DeviceActionLock& lock)
         : m_control(control), m_lock(lock) {}
     void setCalibrations(AutomaticCalibrations& calibrations) { m_calibrations = &calibrations; }
+    void setTests(TestActions& tests) { m_tests = &tests; }
 
     // Stops monitoring when it runs and asks the BL for the device: the
     // empty string when the BL will answer with the ready event, the key
@@ -45,6 +47,7 @@ private:
     devices::IUserControl& m_control;
     DeviceActionLock& m_lock;
     AutomaticCalibrations* m_calibrations = nullptr;
+    TestActions* m_tests = nullptr;
 };
 
 }  // namespace kt500::calibration

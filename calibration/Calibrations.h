@@ -35,6 +35,8 @@ public:
     void EnableTesting(bool blValue) { m_lock.EnableTesting(blValue); }
 
     [[nodiscard]] AutomaticCalibrations& automatic() noexcept { return m_automatic; }
+    // The framework's events, which the performance tests join.
+    [[nodiscard]] AutoActionEvents& events() noexcept { return m_events; }
     [[nodiscard]] SensorCalibrations& sensors() noexcept { return m_sensors; }
 
 private:

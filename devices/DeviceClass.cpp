@@ -19,14 +19,6 @@ IUserControl& DeviceClass::userControl() const {
     return *m_objUserControl;
 }
 
-std::int16_t DeviceClass::SelectedTest() {
-    form::Control* list = userControl().form().find("comTestType", 1);
-    if (list == nullptr || list->listIndex() < 0) {
-        throw std::out_of_range("Invalid property array index: comTestType(1) has no selection");
-    }
-    return static_cast<std::int16_t>(list->itemData(list->listIndex()) + 1);
-}
-
 std::string DeviceClass::ConvertUnitForDevice(std::string_view strUnit) const {
     // Gauge pressures in "barG", differences in "bar", temperatures in "degC".
     if (strUnit == "bar" || strUnit == "psi") {

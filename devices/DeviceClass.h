@@ -10,6 +10,7 @@
 #include "devices/MemberMissing.h"
 #include "devices/PageTable.h"
 #include "devices/SeparatedList.h"
+#include "devices/TestCurve.h"
 #include "xml/Document.h"
 
 #include <cstdint>
@@ -70,6 +71,22 @@ public:
     [[nodiscard]] virtual std::int16_t UseDataPoints() = 0;
     [[nodiscard]] virtual std::int16_t SelectedTest();
     [[nodiscard]] virtual float CurrentStepEndPoint() { missing("CurrentStepEndPoint"); }
+    // --- Performance tests (devices/TestParameters.cpp) ---
+    // The settings of the step or hysteresis test page before a start:
+    // False with no message when no test is chosen, False with the message
+    // "invalidValue" when a field is blank or red.
+    [[nodiscard]] virtual bool CheckTestParameters() { missing("CheckTestParameters"); }
+    // The key figures of a step test on its page; a figure of 0 leaves its
+    // label as it was.
+    virtual void SetStepTestPerformanceValues(float /*sngDeadTime*/, float /*sngSettling63*/,
+                                              float /*sngSettling98*/) {
+        missing("SetStepTestPerformanceValues");
+    }
+    // The safety valve controller's test curves: the gaps closed, then drawn.
+    virtual void FormatValveTestValues(TestCurve& /*arrCurve*/) { missing("FormatValveTestValues"); }
+    virtual void FormatPneumaticsTestValues(TestCurve& /*arrCurve*/) {
+        missing("FormatPneumaticsTestValues");
+    }
     // The page date as day, month, year with no check; a model without a
     // device date lacks this member.
     [[nodiscard]] std::string DeviceDate();
@@ -250,6 +267,13 @@ protected:
     // The end point of a step test: the sum of elements 1 and 2 of the test
     // settings fields when both hold text, else 0.
     [[nodiscard]] float stepEndPointOf(std::string_view strSettingsArray) const;
+    // CheckTestParameters over the test list element and settings fields of
+    // a page.
+    [[nodiscard]] bool checkTestParametersOf(int intListElement,
+                                             std::string_view strSettingsArray);
+    // SetStepTestPerformanceValues onto elements 3 to 5 of a label array.
+    void showStepTestFigures(std::string_view strLabels, float sngDeadTime, float sngSettling63,
+                             float sngSettling98);
     // Empties the point boxes 0 to ModificationPoints - 1 of a flow page.
     void clearFlowPoints(std::string_view strPointArray) const;
 

@@ -6,6 +6,7 @@
 // caller's handler fails clearly.
 #pragma once
 
+#include "devices/TestCurve.h"
 #include "form/Form.h"
 #include "session/clsTools.h"
 #include "services/IDtmControl.h"
@@ -110,13 +111,21 @@ public:
     virtual void AddTravelVsTimeValuePair(xml::Node item, bool blInit) = 0;
     virtual void AddStepTestValuePair(xml::Node item) = 0;
     virtual void AddHysteresisTestValuePair(xml::Node item) = 0;
+    // Draws a test's curve (the step test with its key figures); a device
+    // class or the data file loader may hand a stored curve.
+    virtual void UpdateStepTestGraph(TestCurve& arrCurve) = 0;
+    virtual void UpdateHysteresisTestGraph(TestCurve& arrCurve) = 0;
+    virtual void UpdateValveTestGraph(TestCurve& arrCurve) = 0;
+    virtual void UpdatePneumaticsTestGraph(TestCurve& arrCurve) = 0;
     // The online fill of the event log from the items of one reply.
     virtual void FillEventLog(const std::vector<xml::Node>& items) = 0;
     // The safety valve controller's trends and tests.
     virtual void AddBreakawayPressureValuePair(xml::Node item, bool blInit) = 0;
     virtual void AddLeakageSignalValuePair(xml::Node item, bool blInit) = 0;
-    virtual void AddValveTestValuePair(xml::Node item) = 0;
-    virtual void AddPneumaticsTestValuePair(xml::Node item) = 0;
+    // blInitialize: the node is a data set's parameter (value and unit in
+    // attributes), else an item of a reply.
+    virtual void AddValveTestValuePair(xml::Node item, bool blInitialize = false) = 0;
+    virtual void AddPneumaticsTestValuePair(xml::Node item, bool blInitialize = false) = 0;
     virtual void EnableTestKeyFigures(bool blValue) = 0;
     // Empties the safety valve controller's target mode in the data set and
     // on its page, once the device has taken it.

@@ -28,6 +28,14 @@ public:
     [[nodiscard]] std::int16_t DefaultNodeIndex() override;
     [[nodiscard]] std::int16_t UseDataPoints() override;
     [[nodiscard]] float CurrentStepEndPoint() override;
+    // The test settings page: comTestType element 1, txtHATestSettings.
+    [[nodiscard]] bool CheckTestParameters() override {
+        return checkTestParametersOf(1, "txtHATestSettings");
+    }
+    void SetStepTestPerformanceValues(float sngDeadTime, float sngSettling63,
+                                      float sngSettling98) override {
+        showStepTestFigures("lblHAStepTest", sngDeadTime, sngSettling63, sngSettling98);
+    }
 
     [[nodiscard]] std::string SavedFrames() const override;
     [[nodiscard]] std::string MonitoringHeaders() const override {

@@ -25,6 +25,16 @@ public:
     [[nodiscard]] std::int16_t DefaultNodeIndex() override;
     [[nodiscard]] std::int16_t UseDataPoints() override;
     [[nodiscard]] float CurrentStepEndPoint() override;
+    // The test settings page: comTestType element 0 (its first entry is
+    // empty), txtPATestSettings.
+    [[nodiscard]] std::int16_t SelectedTest() override;
+    [[nodiscard]] bool CheckTestParameters() override {
+        return checkTestParametersOf(0, "txtPATestSettings");
+    }
+    void SetStepTestPerformanceValues(float sngDeadTime, float sngSettling63,
+                                      float sngSettling98) override {
+        showStepTestFigures("lblPAStepTest", sngDeadTime, sngSettling63, sngSettling98);
+    }
 
     [[nodiscard]] std::string SavedFrames() const override;
     [[nodiscard]] std::string MonitoringHeaders() const override {

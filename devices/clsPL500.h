@@ -92,6 +92,10 @@ public:
     [[nodiscard]] const DateFields* deviceDateFields() const override;
 
     [[nodiscard]] PageElement propertyElement(std::string_view strProperty) const override;
+    // The two test curves: the samples the device did not record are
+    // filled in, then the control draws the curve.
+    void FormatValveTestValues(TestCurve& arrCurve) override;
+    void FormatPneumaticsTestValues(TestCurve& arrCurve) override;
 
     void ShowFrame(const std::string& strNodeName) override;
     void HideFrames() override;

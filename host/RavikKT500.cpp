@@ -55,6 +55,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_confirmation.addHandlers(m_handlers);
     m_flow.addHandlers(m_handlers);
     m_calibrations.addHandlers(m_handlers);
+    m_tests.addHandlers(m_handlers);
     m_filePage.addHandlers(m_handlers);
     m_graphs.addHandlers(m_handlers);
     m_monitoring.addHandlers(m_handlers);

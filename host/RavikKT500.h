@@ -30,6 +30,7 @@
 #include "session/clsTools.h"
 #include "session/modRegistry.h"
 #include "monitoring/Monitoring.h"
+#include "performance/Tests.h"
 #include "presentation/Captions.h"
 #include "presentation/FileDialog.h"
 #include "presentation/Graphs.h"
@@ -212,11 +213,23 @@ public:
     void AddTravelVsTimeValuePair(xml::Node /*item*/, bool /*blInit*/) override {
         throw devices::MemberMissing("AddTravelVsTimeValuePair");
     }
-    void AddStepTestValuePair(xml::Node /*item*/) override {
-        throw devices::MemberMissing("AddStepTestValuePair");
+    void AddStepTestValuePair(xml::Node item) override {
+        m_tests.results().AddStepTestValuePair(item);
     }
-    void AddHysteresisTestValuePair(xml::Node /*item*/) override {
-        throw devices::MemberMissing("AddHysteresisTestValuePair");
+    void AddHysteresisTestValuePair(xml::Node item) override {
+        m_tests.results().AddHysteresisTestValuePair(item);
+    }
+    void UpdateStepTestGraph(devices::TestCurve& arrCurve) override {
+        m_tests.results().UpdateStepTestGraph(arrCurve);
+    }
+    void UpdateHysteresisTestGraph(devices::TestCurve& arrCurve) override {
+        m_tests.results().UpdateHysteresisTestGraph(arrCurve);
+    }
+    void UpdateValveTestGraph(devices::TestCurve& arrCurve) override {
+        m_tests.results().UpdateValveTestGraph(arrCurve);
+    }
+    void UpdatePneumaticsTestGraph(devices::TestCurve& arrCurve) override {
+        m_tests.results().UpdatePneumaticsTestGraph(arrCurve);
     }
     void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
         throw devices::MemberMissing("FillEventLog");
@@ -227,11 +240,11 @@ public:
     void AddLeakageSignalValuePair(xml::Node /*item*/, bool /*blInit*/) override {
         throw devices::MemberMissing("AddLeakageSignalValuePair");
     }
-    void AddValveTestValuePair(xml::Node /*item*/) override {
-        throw devices::MemberMissing("AddValveTestValuePair");
+    void AddValveTestValuePair(xml::Node item, bool blInitialize = false) override {
+        m_tests.results().AddValveTestValuePair(item, blInitialize);
     }
-    void AddPneumaticsTestValuePair(xml::Node /*item*/) override {
-        throw devices::MemberMissing("AddPneumaticsTestValuePair");
+    void AddPneumaticsTestValuePair(xml::Node item, bool blInitialize = false) override {
+        m_tests.results().AddPneumaticsTestValuePair(item, blInitialize);
     }
     void EnableTestKeyFigures(bool blValue) override;
     void ResetTargetMode() override;
@@ -246,6 +259,8 @@ public:
     // The chart layer and the monitoring loop.
     [[nodiscard]] presentation::Graphs& graphs() noexcept { return m_graphs; }
     [[nodiscard]] monitoring::Monitoring& monitoring() noexcept { return m_monitoring; }
+    // The performance tests: settings, runs and recorded curves.
+    [[nodiscard]] performance::Tests& tests() noexcept { return m_tests; }
     void ChangeImage(const std::string& strTag, const std::string& strContainer,
                      const std::string& strImage) override {
         m_replies.ChangeImage(strTag, strContainer, strImage);
@@ -352,6 +367,7 @@ private:
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
     calibration::Calibrations m_calibrations{*this};
+    performance::Tests m_tests{*this, m_calibrations.events()};
     presentation::FilePage m_filePage{*this};
     presentation::Graphs m_graphs{*this};
     monitoring::Monitoring m_monitoring{*this, m_graphs, m_platform.clock};

@@ -140,6 +140,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         // The family's charts on their pages, the monitoring chart empty.
         m_graphs.PlaceAllCharts();
         m_monitoring.PrepareMonitoringGraph();
+        m_tests.PlaceTestCommands();
         // Not part of the control yet, and skipped here: the pop-up menu entries.
         m_objDeviceClass->SetDeviceTypeIdChanges();
         m_objDeviceClass->SetDeviceRevisionChanges();

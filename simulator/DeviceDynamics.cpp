@@ -157,9 +157,9 @@ void DeviceDynamics::runTest(const std::string& action, DeviceState& device) {
             for (std::size_t i = 0; i < result.samples.size(); ++i) {
                 const StepSample& sample = result.samples[i];
                 SetIfPresent(device, SeriesItem("stepTestTime", i), Text(sample.time, 1));
-                SetIfPresent(device, SeriesItem("stepTestTravel", i), Text(sample.travel, 1));
+                SetIfPresent(device, SeriesItem("stepTestTravel", i), Text(sample.travel, 2));
                 SetIfPresent(device, SeriesItem("lastSpOrTime", i), Text(sample.time, 1));
-                SetIfPresent(device, SeriesItem("lastPosition", i), Text(sample.travel, 1));
+                SetIfPresent(device, SeriesItem("lastPosition", i), Text(sample.travel, 2));
             }
         } else if (action == "hysteresisTest") {
             const HysteresisTestResult result =
@@ -281,11 +281,33 @@ bool DeviceDynamics::calibrate(const std::string& group, const DeviceState& devi
     return group == "enterFixedAnalogChannelMode" || group == "exitFixedAnalogChannelMode";
 }
 
+bool DeviceDynamics::setValveParameter(const std::string& name, const std::string& value) {
+    ValveModel::Parameters parameters = m_valve.parameters();
+    double* field = name == "deadTime"       ? &parameters.deadTime
+                    : name == "timeConstant" ? &parameters.timeConstant
+                    : name == "friction"     ? &parameters.friction
+                    : name == "deadBand"     ? &parameters.deadBand
+                                             : nullptr;
+    if (field == nullptr) {
+        return false;
+    }
+    const std::optional<double> number = NumberOf(value);
+    if (!number) {
+        throw std::invalid_argument("'" + value + "' is no number for the valve's " + name);
+    }
+    *field = *number;
+    m_valve.setParameters(parameters);
+    return true;
+}
+
 std::optional<std::string> DeviceDynamics::internalValue(const std::string& name) const {
     const std::map<std::string, double, std::less<>> values = {
         {"travelEndStopLow", m_trims.endStopLow},
         {"travelEndStopHigh", m_trims.endStopHigh},
         {"deadBand", m_valve.parameters().deadBand},
+        {"deadTime", m_valve.parameters().deadTime},
+        {"timeConstant", m_valve.parameters().timeConstant},
+        {"friction", m_valve.parameters().friction},
         {"inputSignalOffset", m_trims.inputOffset},
         {"inputSignalGain", m_trims.inputGain},
         {"pressureSensorGain", m_trims.pressureGain},

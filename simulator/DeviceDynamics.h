@@ -43,6 +43,10 @@ public:
     // "inputSignalGain", "pressureSensorGain", "temperatureOffset",
     // "analogOutputOffset", "analogOutputGain"). Nothing for other names.
     [[nodiscard]] std::optional<std::string> internalValue(const std::string& name) const;
+    // Gives the valve another make-up: "deadTime", "timeConstant" (s),
+    // "friction" (bar) or "deadBand" (%). False for other names; a value
+    // that makes no valve throws std::invalid_argument.
+    bool setValveParameter(const std::string& name, const std::string& value);
 
     [[nodiscard]] const ValveModel& valve() const noexcept { return m_valve; }
 

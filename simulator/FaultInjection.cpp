@@ -26,6 +26,13 @@ void SimulatedControl::refuseNext() {
 }
 
 void SimulatedControl::setDeviceValue(const std::string& parameter, const std::string& value) {
+    // The valve's own make-up, which no parameter of the device shows.
+    if (m_device && m_device->parameter(parameter) == nullptr && m_dynamics) {
+        m_dynamics->advanceTo(m_clock->now());
+        if (m_dynamics->setValveParameter(parameter, value)) {
+            return;
+        }
+    }
     takeValue(parameter, value);
 }
 

@@ -133,6 +133,43 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
             failures = 1;
         }
     }
+    // The tests of the family, each drawn once it has ended and its values
+    // were read back: the step response with its key figures, the
+    // hysteresis loop, the safety valve controller's two curves.
+    const std::string prefix = control.m_objDeviceClass ? control.m_objDeviceClass->DevicePrefix() : "";
+    const auto runTest = [&](const std::string& settingsNode, int listElement, int entry,
+                             const char* button, int element, const std::string& resultNode,
+                             const std::string& picture) {
+        form::Control* command = form.find(button, element);
+        if (command == nullptr || tree.tree().find(resultNode) == nullptr) {
+            return;
+        }
+        desktop.gate().run([&] {
+            form.raiseNodeClick(tree, settingsNode);
+            if (form::Control* list = form.find("comTestType", listElement)) {
+                list->setListIndex(entry);
+                form.raiseClick(*list);
+            }
+            form.raiseClick(*command);
+        });
+        Settle(desktop);
+        desktop.gate().run([&form, &tree, &resultNode] { form.raiseNodeClick(tree, resultNode); });
+        Settle(desktop);
+        take(picture);
+    };
+    if (started && options.online && (prefix == "HA" || prefix == "PA")) {
+        const int list = prefix == "HA" ? 1 : 0;
+        const int first = prefix == "HA" ? 0 : 1;
+        runTest("testSettings", list, first, "cmdStartTest", list, "stepTestValues",
+                prefix + "stepTestValuesFinished");
+        runTest("testSettings", list, first + 1, "cmdStartTest", list, "hysteresisTestValues",
+                prefix + "hysteresisTestValuesFinished");
+    }
+    if (started && options.online && prefix == "PL") {
+        runTest("valveTest", -2, 0, "cmdPLStartTest", 0, "pneumaticsTest", "PLvalveTestFinished");
+        runTest("pneumaticsTest", -2, 0, "cmdPLStartTest", 1, "pneumaticsTest",
+                "PLpneumaticsTestFinished");
+    }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");

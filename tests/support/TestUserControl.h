@@ -227,11 +227,19 @@ public:
     void AddLeakageSignalValuePair(xml::Node item, bool) override {
         record("AddLeakageSignalValuePair " + item.attribute("name"));
     }
-    void AddValveTestValuePair(xml::Node item) override {
+    void AddValveTestValuePair(xml::Node item, bool = false) override {
         record("AddValveTestValuePair " + item.attribute("name"));
     }
-    void AddPneumaticsTestValuePair(xml::Node item) override {
+    void AddPneumaticsTestValuePair(xml::Node item, bool = false) override {
         record("AddPneumaticsTestValuePair " + item.attribute("name"));
+    }
+    void UpdateStepTestGraph(devices::TestCurve&) override { record("UpdateStepTestGraph"); }
+    void UpdateHysteresisTestGraph(devices::TestCurve&) override {
+        record("UpdateHysteresisTestGraph");
+    }
+    void UpdateValveTestGraph(devices::TestCurve&) override { record("UpdateValveTestGraph"); }
+    void UpdatePneumaticsTestGraph(devices::TestCurve&) override {
+        record("UpdatePneumaticsTestGraph");
     }
     void EnableTestKeyFigures(bool blValue) override {
         record("EnableTestKeyFigures " + std::to_string(blValue));

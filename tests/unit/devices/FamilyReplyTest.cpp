@@ -65,7 +65,7 @@ protected:
     // Chooses the test of the test settings page (0 step, 1 hysteresis, ...).
     void selectTest(int test) {
         form::Control& list =
-            test::fieldOf(kt, form::ControlKind::ComboBox, "comTestType", 1, "fraKT540", 19);
+            test::fieldOf(kt, form::ControlKind::ComboBox, "comTestType", 0, "fraKT540", 19);
         list.clear();
         for (int entry = 0; entry < 4; ++entry) {
             list.addItem("test " + std::to_string(entry));
