@@ -29,8 +29,10 @@ bool DesktopSession::start(const simulator::SessionOptions& options, QWidget* pa
     bool started = false;
     m_view.reset();
     m_gate.run([&] { started = m_session.start(options); });
-    m_view = std::make_unique<FormView>(m_session.control().form(), m_icons, m_gate, scale, parent);
-    m_view->setHintSource([this, texts = FrameTexts(options.language)](
+    const FrameTexts texts(options.language);
+    m_view = std::make_unique<FormView>(m_session.control().form(), m_icons, m_gate, scale, parent,
+                                        texts.text(FrameText::LastRead));
+    m_view->setHintSource([this, texts](
                               const form::Control& control) { return hintOf(control, texts); });
     m_clock.start();
     return started;

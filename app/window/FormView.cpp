@@ -11,6 +11,7 @@
 #include <QTreeWidgetItemIterator>
 
 #include <algorithm>
+#include <vector>
 
 namespace kt500::window {
 
@@ -55,8 +56,11 @@ private:
 }  // namespace
 
 FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
-                   QWidget* parent)
-    : QWidget(parent), m_form(form), m_scale(scale), m_context{form, m_scale, icons, gate} {
+                   QWidget* parent, QString timeStampFormat)
+    : QWidget(parent),
+      m_form(form),
+      m_scale(scale),
+      m_context{form, m_scale, icons, gate, std::move(timeStampFormat)} {
     setObjectName(QStringLiteral("RavikKT500"));
     setFixedSize(m_scale.pixels(form::Form::kUserControlWidth),
                  m_scale.pixels(form::Form::kUserControlHeight));
@@ -75,6 +79,7 @@ FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScal
     }
     mirrorUserControl(PropertyId::MousePointer);
     setTreeExtra(0);  // at least what the captions need
+    orderTabs();
     m_observer = form.addObserver([this](const form::PropertyChange& change) { onChange(change); });
 }
 
@@ -112,9 +117,9 @@ void FormView::build(form::Control& control) {
     }
     const QSignalBlocker blocker(widget);
     widget->setGeometry(placed(control));
+    applyToolTip(control, *widget);  // before the kind's own (a time stamp's)
     bound.mirrorAll();
     mirrorCommon(control, *widget, PropertyId::Enabled);
-    applyToolTip(control, *widget);
     mirrorCommon(control, *widget, PropertyId::Visible);
 }
 
@@ -197,6 +202,33 @@ void FormView::onChange(const form::PropertyChange& change) {
     if (&control == m_tree && change.property == PropertyId::Nodes &&
         m_treeExtra < minimumTreeExtra()) {
         setTreeExtra(m_treeExtra);  // new captions (a language) may need more room
+    }
+}
+
+void FormView::orderTabs() {
+    for (const form::Control* page : m_form.controls()) {
+        QWidget* pageWidget = widgetOf(*page);
+        if (page->kind() != ControlKind::Frame || page->container() != nullptr ||
+            pageWidget == nullptr) {
+            continue;
+        }
+        std::vector<QWidget*> fields;
+        for (QWidget* child : pageWidget->findChildren<QWidget*>()) {
+            if ((child->focusPolicy() & Qt::TabFocus) != 0 && child->focusProxy() == nullptr &&
+                !child->objectName().isEmpty() && child->parentWidget() != nullptr &&
+                child->objectName().startsWith(QLatin1String("qt_")) == false) {
+                fields.push_back(child);
+            }
+        }
+        const auto place = [pageWidget](QWidget* w) { return w->mapTo(pageWidget, QPoint(0, 0)); };
+        std::stable_sort(fields.begin(), fields.end(), [&](QWidget* a, QWidget* b) {
+            const QPoint pa = place(a);
+            const QPoint pb = place(b);
+            return pa.y() != pb.y() ? pa.y() < pb.y() : pa.x() < pb.x();
+        });
+        for (std::size_t i = 1; i < fields.size(); ++i) {
+            QWidget::setTabOrder(fields[i - 1], fields[i]);
+        }
     }
 }
 

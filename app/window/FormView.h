@@ -31,8 +31,9 @@ namespace kt500::window {
 
 class FormView final : public QWidget {
 public:
+    // timeStampFormat: what a page's time stamp shows, "%1" the time.
     FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
-             QWidget* parent = nullptr);
+             QWidget* parent = nullptr, QString timeStampFormat = QStringLiteral("%1"));
     ~FormView() override;
     FormView(const FormView&) = delete;
     FormView& operator=(const FormView&) = delete;
@@ -69,6 +70,9 @@ private:
     void mirrorUserControl(form::PropertyId id);
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;
     void applyToolTip(const form::Control& control, QWidget& widget);
+    // Tab goes through each page's fields in reading order: by rows from
+    // the top, in a row from the left.
+    void orderTabs();
     // Places every widget of the user control again and sizes the view.
     void relayout();
     [[nodiscard]] bool treeShown() const;

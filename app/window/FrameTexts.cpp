@@ -54,9 +54,10 @@ constexpr Pair kTexts[] = {
     {"Role:", "Rolle:"},
     {"Language:", "Sprache:"},
     {"Offline (data set)", "Offline (Datensatz)"},
+    {"Last read: %1", "Zuletzt gelesen: %1"},
 };
 
-static_assert(std::size(kTexts) == static_cast<std::size_t>(FrameText::LauncherOffline) + 1,
+static_assert(std::size(kTexts) == static_cast<std::size_t>(FrameText::LastRead) + 1,
               "one pair of texts for every FrameText");
 
 }  // namespace

@@ -49,6 +49,7 @@ enum class FrameText {
     LauncherRole,
     LauncherLanguage,
     LauncherOffline,
+    LastRead,        // %1 the time stamp
 };
 
 class FrameTexts {

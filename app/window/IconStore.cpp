@@ -49,6 +49,9 @@ QIcon IconStore::icon(const std::string& key) {
         for (const int side : {16, 20, 24, 32, 48}) {
             const QPixmap normal = pixmap(key, QSize(side, side), 1.0);
             icon.addPixmap(normal, QIcon::Normal);
+            // A selected tree row shows its state picture untinted, so
+            // that "notRead" stays as visible as on any other row.
+            icon.addPixmap(normal, QIcon::Selected);
             icon.addPixmap(Faded(normal), QIcon::Disabled);
         }
         found = m_icons.emplace(key, icon).first;

@@ -116,7 +116,6 @@ TEST_F(MainWindowTest, GeometryAndTreeWidthComeBackAfterARestart) {
 
 TEST_F(MainWindowTest, HeaderAndTitleNameTheDeviceItsRevisionAndTag) {
     auto window = open();
-    window->session()->session().control();
     window->session()->view().toolbarAction("uploadAll")->trigger();
     window->session()->settle();
     window->refreshStatus();

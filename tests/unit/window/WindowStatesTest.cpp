@@ -5,12 +5,16 @@
 #include "app/window/DesktopSession.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeWidget>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
 
 namespace kt500::window {
 namespace {
@@ -134,6 +138,72 @@ TEST_F(WindowStatesTest, TheTreesPaneWidensWithItsHandleAndNeverCutsACaption) {
     EXPECT_EQ(view().width(), view().scale().pixels(form::Form::kUserControlWidth));
 }
 
+TEST_F(WindowStatesTest, APagesTimeStampSaysWhatItIs) {
+    start();
+    form::Control& wide = form().control("lblTimeStamp", 0);
+    wide.setCaption("05.01.26 08:00:12");
+    auto* label = qobject_cast<QLabel*>(view().widgetOf(wide));
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->text(), QStringLiteral("Last read: 05.01.26 08:00:12"));
+    EXPECT_EQ(label->toolTip(), label->text());
+    // Where the label has no room for the words, the time alone, and the
+    // words in its tool tip.
+    form::Control& narrow = form().control("lblTimeStamp", 11);
+    narrow.setCaption("Monday, 5 January 2026 08:00:12");
+    auto* short_ = qobject_cast<QLabel*>(view().widgetOf(narrow));
+    EXPECT_EQ(short_->text(), QStringLiteral("Monday, 5 January 2026 08:00:12"));
+    EXPECT_EQ(short_->toolTip(), QStringLiteral("Last read: Monday, 5 January 2026 08:00:12"));
+
+    start("1031");
+    form().control("lblTimeStamp", 0).setCaption("05.01.26 08:00:12");
+    EXPECT_EQ(qobject_cast<QLabel*>(view().widgetOf(form().control("lblTimeStamp", 0)))->text(),
+              QStringLiteral("Zuletzt gelesen: 05.01.26 08:00:12"));
+}
+
+TEST_F(WindowStatesTest, TabGoesThroughEveryPagesFieldsInReadingOrder) {
+    start();
+    int checked = 0;
+    for (const form::Control* page : form().controls()) {
+        QWidget* pageWidget = view().widgetOf(*page);
+        if (page->kind() != form::ControlKind::Frame || page->container() != nullptr ||
+            pageWidget == nullptr) {
+            continue;
+        }
+        // The page's text boxes that the form shows.
+        std::vector<QWidget*> fields;
+        for (const form::Control* control : form().controls()) {
+            QWidget* w = view().widgetOf(*control);
+            if (control->kind() == form::ControlKind::TextBox && w != nullptr &&
+                form::Form::isInside(*control, *page) && control->visible()) {
+                fields.push_back(w);
+            }
+        }
+        if (fields.size() < 2) {
+            continue;
+        }
+        const auto at = [pageWidget](QWidget* w) { return w->mapTo(pageWidget, QPoint()); };
+        const auto before = [&](QWidget* a, QWidget* b) {
+            return at(a).y() != at(b).y() ? at(a).y() < at(b).y() : at(a).x() < at(b).x();
+        };
+        QWidget* first = *std::min_element(fields.begin(), fields.end(), before);
+        // From the first field, each Tab to a field of the page lands on the
+        // next one in reading order.
+        QWidget* last = first;
+        for (QWidget* next = first->nextInFocusChain(); next != first;
+             next = next->nextInFocusChain()) {
+            if (std::find(fields.begin(), fields.end(), next) == fields.end()) {
+                continue;
+            }
+            EXPECT_TRUE(before(last, next)) << page->tag() << ": "
+                                            << next->objectName().toStdString()
+                                            << " comes out of reading order";
+            last = next;
+        }
+        ++checked;
+    }
+    EXPECT_GE(checked, 10);
+}
+
 TEST(IconStoreRatio, PicturesAreDrawnWithTheScreensPixels) {
     IconStore icons(std::filesystem::path(KT500_SHARE_DIR) / "icons");
     const QPixmap sharp = icons.pixmap("read", QSize(16, 16), 2.0);
@@ -142,6 +212,10 @@ TEST(IconStoreRatio, PicturesAreDrawnWithTheScreensPixels) {
     EXPECT_EQ(sharp.deviceIndependentSize().toSize(), QSize(16, 16));
     const QPixmap plain = icons.pixmap("read", QSize(16, 16), 1.0);
     EXPECT_EQ(plain.width(), 16);
+    // A selected row's state picture is the picture itself, not tinted.
+    const QIcon notRead = icons.icon("notRead");
+    EXPECT_EQ(notRead.pixmap(QSize(16, 16), 1.0, QIcon::Selected).toImage(),
+              notRead.pixmap(QSize(16, 16), 1.0, QIcon::Normal).toImage());
     // Without a ratio given, the application's.
     EXPECT_EQ(icons.pixmap("read", QSize(16, 16)).devicePixelRatio(), qApp->devicePixelRatio());
 }
