@@ -234,8 +234,10 @@ void FormView::orderTabs() {
 
 void FormView::setHintSource(HintSource source) {
     m_hints = std::move(source);
+    // Only the fields take hints; the others keep the tool tips they have.
     for (const auto& [control, binding] : m_bindings) {
-        if (QWidget* widget = binding->widget()) {
+        if (QWidget* widget = binding->widget();
+            widget != nullptr && control->kind() == ControlKind::TextBox) {
             applyToolTip(*control, *widget);
         }
     }
@@ -245,9 +247,7 @@ void FormView::applyToolTip(const form::Control& control, QWidget& widget) {
     QString tip = control.has(PropertyId::ToolTipText)
                       ? QString::fromStdString(control.toolTipText())
                       : QString();
-    if (m_hints && (control.kind() == ControlKind::TextBox ||
-                    control.kind() == ControlKind::ComboBox ||
-                    control.kind() == ControlKind::CheckBox)) {
+    if (m_hints && control.kind() == ControlKind::TextBox) {
         const QString hint = m_hints(control);
         if (!hint.isEmpty()) {
             tip = tip.isEmpty() ? hint : tip + QLatin1Char('\n') + hint;
