@@ -9,6 +9,7 @@
 #include "app/window/Launcher.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Screenshots.h"
+#include "app/window/WindowPictures.h"
 #include "simulator/DeviceCatalogue.h"
 #include "xml/FileText.h"
 
@@ -50,6 +51,12 @@ struct Options {
         QStringLiteral("Run an automation script (- for standard input) and exit with 0 when "
                        "every expect held, 1 when one failed, 2 when the script cannot run."),
         QStringLiteral("FILE")};
+    QCommandLineOption windowPictures{
+        QStringLiteral("window-pictures"),
+        QStringLiteral("Draw the whole window of a KT520_7 at two sizes, offline, in German, "
+                       "with a changed and a refused field and with the confirmation list, "
+                       "into DIR/window*.png, and exit."),
+        QStringLiteral("DIR")};
     QCommandLineOption life{QStringLiteral("life"),
                             QStringLiteral("Print the control's life without a window.")};
 };
@@ -86,13 +93,15 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions(
-        {o.device, o.offline, o.role, o.language, o.choose, o.screenshot, o.script, o.life});
+        {o.device, o.offline, o.role, o.language, o.choose, o.screenshot, o.windowPictures,
+                       o.script, o.life});
     (void)parser.parse(arguments);
 
     // Scripts and the printed life need no window system at all; the
     // window falls back to pictures where there is no display.
     const bool windowless = parser.isSet(o.script) || parser.isSet(o.life);
-    const bool pictures = parser.isSet(o.screenshot) || (!windowless && !HasDisplay());
+    const bool pictures = parser.isSet(o.screenshot) || parser.isSet(o.windowPictures) ||
+                          (!windowless && !HasDisplay());
     if (pictures && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -124,6 +133,11 @@ int main(int argc, char** argv) {
             return kt500::app::RunHeadlessLife(layout, options, std::cout);
         }
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 8));
+        if (parser.isSet(o.windowPictures)) {
+            return kt500::window::WriteWindowPictures(
+                layout.shareDir, QDir(parser.value(o.windowPictures)).absolutePath().toStdString(),
+                std::cout);
+        }
         if (pictures) {
             const QString folder = parser.isSet(o.screenshot)
                                        ? parser.value(o.screenshot)

@@ -1,5 +1,8 @@
 #include "app/window/DesktopSession.h"
 
+#include "app/window/FrameTexts.h"
+#include "app/window/ParameterHint.h"
+
 #include <stdexcept>
 
 namespace kt500::window {
@@ -26,7 +29,11 @@ bool DesktopSession::start(const simulator::SessionOptions& options, QWidget* pa
     bool started = false;
     m_view.reset();
     m_gate.run([&] { started = m_session.start(options); });
-    m_view = std::make_unique<FormView>(m_session.control().form(), m_icons, m_gate, scale, parent);
+    const FrameTexts texts(options.language);
+    m_view = std::make_unique<FormView>(m_session.control().form(), m_icons, m_gate, scale, parent,
+                                        texts.text(FrameText::LastRead));
+    m_view->setHintSource([this, texts](
+                              const form::Control& control) { return hintOf(control, texts); });
     m_clock.start();
     return started;
 }
@@ -56,6 +63,29 @@ void DesktopSession::beat() {
     // Busy: the time is owed to the next beat.
     if (m_gate.tryRun([this] { m_session.wait(m_owed); })) {
         m_owed = 0;
+    }
+}
+
+QString DesktopSession::hintOf(const form::Control& control, const FrameTexts& texts) const {
+    if (control.tag().empty() || !m_session.running()) {
+        return {};
+    }
+    try {
+        host::RavikKT500& logic = m_session.control();
+        const xml::Node node = logic.ParameterNodeByName(control.tag());
+        if (!node) {
+            return {};
+        }
+        ParameterFacts facts;
+        facts.type = node.attribute("type");
+        facts.minVal = node.attribute("minVal");
+        facts.maxVal = node.attribute("maxVal");
+        facts.unit = node.attribute("unit");
+        facts.decimals = node.attribute("decimals");
+        facts.pageUnit = logic.FetchUnitName(control.tag());
+        return ParameterHint(facts, texts);
+    } catch (const std::exception&) {
+        return {};  // a parameter the document cannot describe has no hint
     }
 }
 

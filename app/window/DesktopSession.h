@@ -8,6 +8,7 @@
 
 #include "app/ControlSession.h"
 #include "app/window/FormView.h"
+#include "app/window/FrameTexts.h"
 #include "app/window/IconStore.h"
 #include "app/window/LogicGate.h"
 
@@ -45,6 +46,8 @@ public:
 
 private:
     void beat();
+    // The tool tip hint of a field from the parameter document.
+    [[nodiscard]] QString hintOf(const form::Control& control, const FrameTexts& texts) const;
 
     app::ControlSession m_session;
     IconStore m_icons;

@@ -265,6 +265,9 @@ public:
     void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
         if (id == PropertyId::Caption) {
             m_widget->setText(Qs(m_control.caption()));
+            if (m_control.name() == "lblTimeStamp") {
+                showTimeStamp();
+            }
         } else if (id == PropertyId::BorderStyle) {
             const bool border = m_control.borderStyle() != 0;
             m_widget->setFrameStyle(border ? QFrame::Panel | QFrame::Sunken : QFrame::NoFrame);
@@ -277,6 +280,22 @@ public:
         mirror(PropertyId::Caption, {}, -1);
         mirror(PropertyId::BorderStyle, {}, -1);
         applyColors(*m_widget, false);
+    }
+
+private:
+    // A page's time stamp says what it is where its label has the room,
+    // and always in its tool tip.
+    void showTimeStamp() {
+        const QString time = Qs(m_control.caption());
+        if (time.isEmpty()) {
+            m_widget->setToolTip({});
+            return;
+        }
+        const QString said = m_context.timeStampFormat.arg(time);
+        m_widget->setToolTip(said);
+        if (m_widget->fontMetrics().horizontalAdvance(said) <= m_widget->contentsRect().width()) {
+            m_widget->setText(said);
+        }
     }
 };
 

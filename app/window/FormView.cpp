@@ -4,8 +4,16 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QToolBar>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <algorithm>
+#include <vector>
 
 namespace kt500::window {
 
@@ -15,15 +23,52 @@ using form::ControlKind;
 using form::PropertyId;
 
 constexpr int kHourglass = 11;
+// The widest the tree's pane grows beyond the form's measure.
+constexpr int kMostTreeExtra = 600;
+
+// The handle between the tree and the page: dragging it sideways widens or
+// narrows the tree's pane.
+class SplitHandle final : public QWidget {
+public:
+    SplitHandle(QWidget* parent, std::function<int()> extra, std::function<void(int)> resize)
+        : QWidget(parent), m_extra(std::move(extra)), m_resize(std::move(resize)) {
+        setObjectName(QStringLiteral("treeSplitHandle"));
+        setCursor(Qt::SplitHCursor);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        m_start = event->globalPosition().toPoint().x();
+        m_startExtra = m_extra();
+        event->accept();
+    }
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if ((event->buttons() & Qt::LeftButton) != 0) {
+            m_resize(m_startExtra + event->globalPosition().toPoint().x() - m_start);
+        }
+    }
+
+private:
+    std::function<int()> m_extra;
+    std::function<void(int)> m_resize;
+    int m_start = 0;
+    int m_startExtra = 0;
+};
 
 }  // namespace
 
 FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
-                   QWidget* parent)
-    : QWidget(parent), m_form(form), m_scale(scale), m_context{form, m_scale, icons, gate} {
+                   QWidget* parent, QString timeStampFormat)
+    : QWidget(parent),
+      m_form(form),
+      m_scale(scale),
+      m_context{form, m_scale, icons, gate, std::move(timeStampFormat)} {
     setObjectName(QStringLiteral("RavikKT500"));
     setFixedSize(m_scale.pixels(form::Form::kUserControlWidth),
                  m_scale.pixels(form::Form::kUserControlHeight));
+    m_tree = form.find("treeNavigation");
+    m_splitHandle = new SplitHandle(
+        this, [this] { return m_treeExtra; }, [this](int pixels) { setTreeExtra(pixels); });
     for (form::Control* control : form.controls()) {
         build(*control);
     }
@@ -35,6 +80,8 @@ FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScal
         }
     }
     mirrorUserControl(PropertyId::MousePointer);
+    setTreeExtra(0);  // at least what the captions need
+    orderTabs();
     m_observer = form.addObserver([this](const form::PropertyChange& change) { onChange(change); });
 }
 
@@ -71,17 +118,11 @@ void FormView::build(form::Control& control) {
         return;
     }
     const QSignalBlocker blocker(widget);
-    place(control, *widget);
+    widget->setGeometry(placed(control));
+    applyToolTip(control, *widget);  // before the kind's own (a time stamp's)
     bound.mirrorAll();
     mirrorCommon(control, *widget, PropertyId::Enabled);
-    mirrorCommon(control, *widget, PropertyId::ToolTipText);
     mirrorCommon(control, *widget, PropertyId::Visible);
-}
-
-void FormView::place(const form::Control& control, QWidget& widget) const {
-    widget.setGeometry(control.kind() == form::ControlKind::Chart
-                           ? m_scale.rect(FittedChartRect(m_form, control))
-                           : m_scale.rect(control));
 }
 
 void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId id) {
@@ -90,11 +131,14 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
         case PropertyId::Top:
         case PropertyId::Width:
         case PropertyId::Height:
-            place(control, widget);
+            widget.setGeometry(placed(control));
             break;
         case PropertyId::Visible:
             if (control.has(PropertyId::Visible)) {
                 widget.setVisible(control.visible());
+            }
+            if (&control == m_tree) {
+                relayout();  // the pane comes and goes with the tree
             }
             break;
         case PropertyId::Enabled:
@@ -103,14 +147,13 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
             }
             break;
         case PropertyId::ToolTipText:
-            if (control.has(PropertyId::ToolTipText)) {
-                widget.setToolTip(QString::fromStdString(control.toolTipText()));
-            }
+        case PropertyId::Tag:
+            applyToolTip(control, widget);
             break;
         case PropertyId::Container:
             if (QWidget* parent = containerWidget(control); parent != widget.parentWidget()) {
                 widget.setParent(parent);
-                place(control, widget);
+                widget.setGeometry(placed(control));
                 widget.setVisible(control.visible());
             }
             break;
@@ -158,6 +201,131 @@ void FormView::onChange(const form::PropertyChange& change) {
     const QSignalBlocker blocker(widget);
     mirrorCommon(control, *widget, change.property);
     binding.mirror(change.property, change.key, change.item);
+    if (&control == m_tree && change.property == PropertyId::Nodes &&
+        m_treeExtra < minimumTreeExtra()) {
+        setTreeExtra(m_treeExtra);  // new captions (a language) may need more room
+    }
+}
+
+void FormView::orderTabs() {
+    for (const form::Control* page : m_form.controls()) {
+        QWidget* pageWidget = widgetOf(*page);
+        if (page->kind() != ControlKind::Frame || page->container() != nullptr ||
+            pageWidget == nullptr) {
+            continue;
+        }
+        std::vector<QWidget*> fields;
+        for (QWidget* child : pageWidget->findChildren<QWidget*>()) {
+            if ((child->focusPolicy() & Qt::TabFocus) != 0 && child->focusProxy() == nullptr &&
+                !child->objectName().isEmpty() && child->parentWidget() != nullptr &&
+                child->objectName().startsWith(QLatin1String("qt_")) == false) {
+                fields.push_back(child);
+            }
+        }
+        const auto place = [pageWidget](QWidget* w) { return w->mapTo(pageWidget, QPoint(0, 0)); };
+        std::stable_sort(fields.begin(), fields.end(), [&](QWidget* a, QWidget* b) {
+            const QPoint pa = place(a);
+            const QPoint pb = place(b);
+            return pa.y() != pb.y() ? pa.y() < pb.y() : pa.x() < pb.x();
+        });
+        for (std::size_t i = 1; i < fields.size(); ++i) {
+            QWidget::setTabOrder(fields[i - 1], fields[i]);
+        }
+    }
+}
+
+void FormView::setHintSource(HintSource source) {
+    m_hints = std::move(source);
+    // Only the fields take hints; the others keep the tool tips they have.
+    for (const auto& [control, binding] : m_bindings) {
+        if (QWidget* widget = binding->widget();
+            widget != nullptr && control->kind() == ControlKind::TextBox) {
+            applyToolTip(*control, *widget);
+        }
+    }
+}
+
+void FormView::applyToolTip(const form::Control& control, QWidget& widget) {
+    QString tip = control.has(PropertyId::ToolTipText)
+                      ? QString::fromStdString(control.toolTipText())
+                      : QString();
+    if (m_hints && control.kind() == ControlKind::TextBox) {
+        const QString hint = m_hints(control);
+        if (!hint.isEmpty()) {
+            tip = tip.isEmpty() ? hint : tip + QLatin1Char('\n') + hint;
+        }
+    }
+    if (control.has(PropertyId::ToolTipText) || !tip.isEmpty()) {
+        widget.setToolTip(tip);
+    }
+}
+
+bool FormView::treeShown() const {
+    return m_tree != nullptr && m_tree->visible();
+}
+
+QRect FormView::placed(const form::Control& control) const {
+    // A chart is drawn in the free part of its page.
+    QRect rect = control.kind() == form::ControlKind::Chart
+                     ? m_scale.rect(FittedChartRect(m_form, control))
+                     : m_scale.rect(control);
+    if (control.container() != nullptr || m_treeExtra == 0 || !treeShown()) {
+        return rect;
+    }
+    const int edge = m_scale.rect(*m_tree).right() + 1;
+    if (rect.left() >= edge) {
+        rect.translate(m_treeExtra, 0);
+    } else if (rect.right() + 1 >= edge) {
+        rect.setWidth(rect.width() + m_treeExtra);
+    }
+    return rect;
+}
+
+int FormView::minimumTreeExtra() const {
+    auto* tree = m_tree == nullptr ? nullptr : qobject_cast<QTreeWidget*>(widgetOf(*m_tree));
+    if (tree == nullptr) {
+        return 0;
+    }
+    // Every caption at its depth, collapsed ones too, beside its picture,
+    // with room for the vertical scroll bar.
+    const QFontMetrics metrics = tree->fontMetrics();
+    int widest = 0;
+    for (QTreeWidgetItemIterator it(tree); *it != nullptr; ++it) {
+        int depth = 1;  // the root decoration
+        for (const QTreeWidgetItem* up = (*it)->parent(); up != nullptr; up = up->parent()) {
+            ++depth;
+        }
+        const int width = depth * tree->indentation() + tree->iconSize().width() +
+                          metrics.horizontalAdvance((*it)->text(0)) + 3 * metrics.averageCharWidth();
+        widest = std::max(widest, width);
+    }
+    widest += 2 * tree->frameWidth() + tree->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return std::clamp(widest - m_scale.rect(*m_tree).width(), 0, kMostTreeExtra);
+}
+
+void FormView::setTreeExtra(int pixels) {
+    m_treeExtra = std::clamp(pixels, minimumTreeExtra(), std::max(kMostTreeExtra, minimumTreeExtra()));
+    relayout();
+}
+
+void FormView::relayout() {
+    const bool shown = treeShown();
+    for (const auto& [control, binding] : m_bindings) {
+        QWidget* widget = binding->widget();
+        if (widget != nullptr && control->container() == nullptr) {
+            widget->setGeometry(placed(*control));
+        }
+    }
+    const int extra = shown ? m_treeExtra : 0;
+    setFixedSize(m_scale.pixels(form::Form::kUserControlWidth) + extra,
+                 m_scale.pixels(form::Form::kUserControlHeight));
+    if (m_tree != nullptr && m_splitHandle != nullptr) {
+        const QRect tree = placed(*m_tree);
+        m_splitHandle->setGeometry(tree.right() + 1, tree.top(), m_scale.pixels(120),
+                                   tree.height());
+        m_splitHandle->setVisible(shown);
+        m_splitHandle->raise();
+    }
 }
 
 }  // namespace kt500::window

@@ -4,6 +4,12 @@
 // widgets turn what the user does into the form's events through the logic
 // gate. A control created at run time (a chart of a session) gets its
 // widget when it enters the form, and loses it when it leaves.
+//
+// The tree's pane can be widened with the handle between it and the page
+// (a splitter): the tree grows, and what lies right of it moves by as much;
+// the form's own measures stay as the logic set them. The pane is never
+// narrower than the tree's longest caption. A field's tool tip adds what
+// the parameter document says of its value (the hint source).
 #pragma once
 
 #include "app/window/IconStore.h"
@@ -14,8 +20,10 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <string>
 
 class QAction;
 
@@ -23,8 +31,9 @@ namespace kt500::window {
 
 class FormView final : public QWidget {
 public:
+    // timeStampFormat: what a page's time stamp shows, "%1" the time.
     FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
-             QWidget* parent = nullptr);
+             QWidget* parent = nullptr, QString timeStampFormat = QStringLiteral("%1"));
     ~FormView() override;
     FormView(const FormView&) = delete;
     FormView& operator=(const FormView&) = delete;
@@ -35,15 +44,38 @@ public:
     [[nodiscard]] QAction* toolbarAction(const std::string& key) const;
     [[nodiscard]] form::Form& form() const noexcept { return m_form; }
     [[nodiscard]] const TwipScale& scale() const noexcept { return m_scale; }
+    [[nodiscard]] LogicGate& gate() const noexcept { return m_context.gate; }
+
+    // The text that a control's tool tip adds to its own: what the
+    // parameter document says of its Tag. Re-applies every tool tip.
+    using HintSource = std::function<QString(const form::Control& control)>;
+    void setHintSource(HintSource source);
+
+    // The pixels the tree's pane is wider than the form says; never below
+    // minimumTreeExtra(). Emits nothing: the window asks when it saves.
+    [[nodiscard]] int treeExtra() const noexcept { return m_treeExtra; }
+    void setTreeExtra(int pixels);
+    // The widening that the tree's longest caption needs.
+    [[nodiscard]] int minimumTreeExtra() const;
+    // The handle that widens the tree's pane; hidden with the tree.
+    [[nodiscard]] QWidget* splitHandle() const noexcept { return m_splitHandle; }
+    // Where a control's widget stands: its form measures, moved or widened
+    // by the tree's pane.
+    [[nodiscard]] QRect placed(const form::Control& control) const;
 
 private:
     void build(form::Control& control);
     void onChange(const form::PropertyChange& change);
-    // Sets the widget's geometry from the control's; a chart fits its page.
-    void place(const form::Control& control, QWidget& widget) const;
     void mirrorCommon(form::Control& control, QWidget& widget, form::PropertyId id);
     void mirrorUserControl(form::PropertyId id);
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;
+    void applyToolTip(const form::Control& control, QWidget& widget);
+    // Tab goes through each page's fields in reading order: by rows from
+    // the top, in a row from the left.
+    void orderTabs();
+    // Places every widget of the user control again and sizes the view.
+    void relayout();
+    [[nodiscard]] bool treeShown() const;
 
     form::Form& m_form;
     TwipScale m_scale;
@@ -51,6 +83,10 @@ private:
     std::map<const form::Control*, std::unique_ptr<WidgetBinding>> m_bindings;
     std::size_t m_observer = 0;
     bool m_busyCursor = false;
+    HintSource m_hints;
+    int m_treeExtra = 0;
+    QWidget* m_splitHandle = nullptr;
+    const form::Control* m_tree = nullptr;
 };
 
 }  // namespace kt500::window

@@ -1,5 +1,6 @@
 #include "app/window/IconStore.h"
 
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -17,7 +18,9 @@ QPixmap Faded(const QPixmap& picture) {
             line[x] = qRgba(grey, grey, grey, qAlpha(line[x]) * 2 / 5);
         }
     }
-    return QPixmap::fromImage(image);
+    QPixmap faded = QPixmap::fromImage(image);
+    faded.setDevicePixelRatio(picture.devicePixelRatio());
+    return faded;
 }
 
 }  // namespace
@@ -44,8 +47,11 @@ QIcon IconStore::icon(const std::string& key) {
         // red or blue sign never looks ready to press.
         QIcon icon;
         for (const int side : {16, 20, 24, 32, 48}) {
-            const QPixmap normal = pixmap(key, QSize(side, side));
+            const QPixmap normal = pixmap(key, QSize(side, side), 1.0);
             icon.addPixmap(normal, QIcon::Normal);
+            // A selected tree row shows its state picture untinted, so
+            // that "notRead" stays as visible as on any other row.
+            icon.addPixmap(normal, QIcon::Selected);
             icon.addPixmap(Faded(normal), QIcon::Disabled);
         }
         found = m_icons.emplace(key, icon).first;
@@ -54,6 +60,10 @@ QIcon IconStore::icon(const std::string& key) {
 }
 
 QPixmap IconStore::pixmap(const std::string& key, QSize size) {
+    return pixmap(key, size, qGuiApp != nullptr ? qGuiApp->devicePixelRatio() : 1.0);
+}
+
+QPixmap IconStore::pixmap(const std::string& key, QSize size, double devicePixelRatio) {
     if (!has(key) || size.isEmpty()) {
         return {};
     }
@@ -61,11 +71,16 @@ QPixmap IconStore::pixmap(const std::string& key, QSize size) {
     if (!renderer.isValid()) {
         return {};
     }
-    const QSize drawn = renderer.defaultSize().scaled(size, Qt::KeepAspectRatio);
+    // Drawn with as many device pixels as the screen has for the size, so
+    // that the picture stays sharp at 150 % and 200 %.
+    const double ratio = devicePixelRatio > 0.0 ? devicePixelRatio : 1.0;
+    const QSize drawn = renderer.defaultSize().scaled(size, Qt::KeepAspectRatio) * ratio;
     QPixmap picture(drawn);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     renderer.render(&painter);
+    painter.end();
+    picture.setDevicePixelRatio(ratio);
     return picture;
 }
 

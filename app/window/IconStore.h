@@ -22,8 +22,11 @@ public:
     [[nodiscard]] bool has(const std::string& key) const;
     // The key's icon; an empty key or one without a picture gives a null icon.
     [[nodiscard]] QIcon icon(const std::string& key);
-    // The picture drawn into size, its aspect kept; null as icon().
+    // The picture drawn into size (logical pixels), its aspect kept, at the
+    // application's device pixel ratio; null as icon().
     [[nodiscard]] QPixmap pixmap(const std::string& key, QSize size);
+    // The same at the given device pixel ratio (2.0: twice the pixels).
+    [[nodiscard]] QPixmap pixmap(const std::string& key, QSize size, double devicePixelRatio);
 
 private:
     [[nodiscard]] std::filesystem::path fileOf(const std::string& key) const;

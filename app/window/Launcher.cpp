@@ -1,5 +1,6 @@
 #include "app/window/Launcher.h"
 
+#include "app/window/FrameTexts.h"
 #include "simulator/DeviceCatalogue.h"
 
 #include <QButtonGroup>
@@ -35,10 +36,12 @@ Launcher::Launcher(const simulator::SessionOptions& preset, QWidget* parent)
     : QDialog(parent),
       m_preset(preset),
       m_device(new QComboBox(this)),
-      m_online(new QRadioButton(QStringLiteral("Online"), this)),
+      m_online(new QRadioButton(FrameTexts(preset.language).text(FrameText::Online), this)),
       m_role(new QComboBox(this)),
       m_language(new QComboBox(this)) {
-    setWindowTitle(QStringLiteral("KT500 device manager: new session"));
+    // The launcher speaks the language of the session it starts from.
+    const FrameTexts texts(preset.language);
+    setWindowTitle(texts.text(FrameText::LauncherTitle));
     for (const simulator::DeviceModel& model : simulator::DeviceCatalogue::models()) {
         m_device->addItem(QString::fromStdString(model.key + "  (" + model.name + ")"),
                           QString::fromStdString(model.key));
@@ -53,7 +56,7 @@ Launcher::Launcher(const simulator::SessionOptions& preset, QWidget* parent)
     }
     Select(*m_language, preset.language);
 
-    auto* offline = new QRadioButton(QStringLiteral("Offline (data set)"), this);
+    auto* offline = new QRadioButton(texts.text(FrameText::LauncherOffline), this);
     (preset.online ? m_online : offline)->setChecked(true);
     auto* mode = new QHBoxLayout();
     mode->addWidget(m_online);
@@ -61,10 +64,10 @@ Launcher::Launcher(const simulator::SessionOptions& preset, QWidget* parent)
     mode->addStretch();
 
     auto* form = new QFormLayout();
-    form->addRow(QStringLiteral("Simulated device:"), m_device);
-    form->addRow(QStringLiteral("Mode:"), mode);
-    form->addRow(QStringLiteral("Role:"), m_role);
-    form->addRow(QStringLiteral("Language:"), m_language);
+    form->addRow(texts.text(FrameText::LauncherDevice), m_device);
+    form->addRow(texts.text(FrameText::LauncherMode), mode);
+    form->addRow(texts.text(FrameText::LauncherRole), m_role);
+    form->addRow(texts.text(FrameText::LauncherLanguage), m_language);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -1,5 +1,6 @@
 #include "app/window/WidgetBinding.h"
 
+#include <QApplication>
 #include <QPalette>
 
 namespace kt500::window {
@@ -26,15 +27,30 @@ QColor ColorOf(std::uint32_t bgr) {
 }
 
 void WidgetBinding::applyColors(QWidget& widget, bool fieldGround) const {
+    // The control's colours hold for the enabled states only: a disabled
+    // field keeps the style's grey text and takes the window's ground, so
+    // that it never looks editable, whatever colour the logic last set.
+    const QPalette standard = QApplication::palette(&widget);
     QPalette palette = widget.palette();
     const QColor text = ColorOf(m_control.foreColor());
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::ButtonText, text);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::WindowText, text);
+        palette.setColor(group, QPalette::Text, text);
+        palette.setColor(group, QPalette::ButtonText, text);
+    }
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, standard.color(QPalette::Disabled, role));
+    }
+    if (fieldGround) {
+        palette.setColor(QPalette::Disabled, QPalette::Base,
+                         standard.color(QPalette::Active, QPalette::Window));
+    }
     if (m_control.has(form::PropertyId::BackColor)) {
         const std::uint32_t back = m_control.backColor();
         if (fieldGround) {
-            palette.setColor(QPalette::Base, ColorOf(back));
+            palette.setColor(QPalette::Active, QPalette::Base, ColorOf(back));
+            palette.setColor(QPalette::Inactive, QPalette::Base, ColorOf(back));
         } else if (back != kWhite) {
             palette.setColor(QPalette::Window, ColorOf(back));
             widget.setAutoFillBackground(true);

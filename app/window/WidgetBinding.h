@@ -24,6 +24,9 @@ struct ViewContext {
     const TwipScale& scale;
     IconStore& icons;
     LogicGate& gate;
+    // What a page's time stamp says it is: "Last read: %1" in the session's
+    // language.
+    QString timeStampFormat = QStringLiteral("%1");
 };
 
 class WidgetBinding {

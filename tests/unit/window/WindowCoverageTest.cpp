@@ -1,0 +1,161 @@
+// The window on the screens engineers use: at 1280 x 800 and 1920 x 1080,
+// at 150 % and 200 % (the test program runs once per screen, the screen
+// given to the offscreen platform; see tests/CMakeLists.txt). Maximised,
+// every control of every page of each family is shown whole, none covers
+// another, and every page fits the window or scrolls inside it.
+#include "app/window/MainWindow.h"
+
+#include "BoxCloser.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace kt500::window {
+namespace {
+
+// Whether the widget's caption is cut off.
+bool Clipped(const QWidget& widget) {
+    const QFontMetrics metrics = widget.fontMetrics();
+    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+        return !label->wordWrap() && !label->text().isEmpty() &&
+               metrics.horizontalAdvance(label->text()) > label->contentsRect().width();
+    }
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+        return !button->text().isEmpty() && button->sizeHint().width() > button->width();
+    }
+    if (const auto* frame = qobject_cast<const QGroupBox*>(&widget)) {
+        return metrics.horizontalAdvance(frame->title()) > frame->width();
+    }
+    return false;
+}
+
+struct Screen {
+    QSize size;
+    double ratio;
+};
+
+// The screen this run was given (KT500_TEST_SCREEN="1280x800@1.5"), or none.
+std::optional<Screen> GivenScreen() {
+    const QString given = qEnvironmentVariable("KT500_TEST_SCREEN");
+    const QStringList parts = given.split(QLatin1Char('@'));
+    const QStringList sides = parts.value(0).split(QLatin1Char('x'));
+    if (parts.size() != 2 || sides.size() != 2) {
+        return std::nullopt;
+    }
+    return Screen{QSize(sides[0].toInt(), sides[1].toInt()), parts[1].toDouble()};
+}
+
+class WindowCoverage : public ::testing::TestWithParam<const char*> {
+protected:
+    void expectPageWhole(FormView& view, const form::Control& page) {
+        form::Form& form = view.form();
+        QWidget* pageWidget = view.widgetOf(page);
+        std::map<QWidget*, std::vector<QWidget*>> shownIn;
+        for (const form::Control* control : form.controls()) {
+            QWidget* w = view.widgetOf(*control);
+            if (w == nullptr || !form::Form::isInside(*control, page) ||
+                !w->isVisibleTo(pageWidget)) {
+                continue;
+            }
+            const std::string name = control->displayName();
+            EXPECT_FALSE(Clipped(*w)) << page.tag() << ": " << name << " is cut off";
+            // Inside its container: nothing hangs over the frame's edge.
+            if (QWidget* parent = w->parentWidget(); parent != nullptr && parent != &view) {
+                EXPECT_TRUE(parent->rect().contains(w->geometry()))
+                    << page.tag() << ": " << name << " leaves its frame";
+            }
+            for (QWidget* other : shownIn[w->parentWidget()]) {
+                EXPECT_FALSE(other->geometry().intersects(w->geometry()))
+                    << page.tag() << ": " << name << " overlaps "
+                    << other->objectName().toStdString();
+            }
+            shownIn[w->parentWidget()].push_back(w);
+        }
+    }
+
+    BoxCloser boxes;
+    QTemporaryDir folder;
+};
+
+TEST_P(WindowCoverage, EveryPageShowsEveryControlWholeOnTheScreen) {
+    if (const auto screen = GivenScreen()) {
+        // The run has the screen it asked for.
+        ASSERT_DOUBLE_EQ(qApp->devicePixelRatio(), screen->ratio);
+        ASSERT_EQ(QGuiApplication::primaryScreen()->geometry().size(), screen->size);
+    }
+    ASSERT_TRUE(folder.isValid());
+    MainWindow window(KT500_SHARE_DIR, folder.path(), folder.filePath(QStringLiteral("w.ini")));
+    simulator::SessionOptions options;
+    options.deviceKey = GetParam();
+    ASSERT_TRUE(window.startSession(options));
+    window.session()->setRealTime(false);
+    window.showMaximized();
+    QCoreApplication::processEvents();
+    const QRect room = window.screen()->availableGeometry();
+    EXPECT_LE(window.width(), room.width());
+    EXPECT_LE(window.height(), room.height());
+
+    FormView& view = window.session()->view();
+    form::Form& form = view.form();
+    auto* scroll = qobject_cast<QScrollArea*>(window.centralWidget());
+    ASSERT_NE(scroll, nullptr);
+    // The control either fits or scrolls: every part of it can be reached.
+    const QSize shown = scroll->viewport()->size();
+    if (view.width() > shown.width()) {
+        EXPECT_TRUE(scroll->horizontalScrollBar()->isVisible());
+    }
+    if (view.height() > shown.height()) {
+        EXPECT_TRUE(scroll->verticalScrollBar()->isVisible());
+    }
+
+    // The tree's pictures are drawn with the screen's pixels.
+    auto* tree = qobject_cast<QTreeWidget*>(view.widgetOf(form.control("treeNavigation")));
+    ASSERT_NE(tree, nullptr);
+    tree->expandAll();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(tree->horizontalScrollBar()->maximum(), 0) << "a tree caption is cut";
+
+    int pages = 0;
+    for (const form::TreeNode& node : form.control("treeNavigation").tree().nodes()) {
+        view.gate().run(
+            [&] { form.raiseNodeClick(form.control("treeNavigation"), node.key); });
+        QCoreApplication::processEvents();
+        const std::string frame = window.session()->session().control().m_objTools->CurrentFrame;
+        for (const form::Control* control : form.controls()) {
+            if (control->kind() == form::ControlKind::Frame && control->container() == nullptr &&
+                control->tag() == frame && control->visible()) {
+                ++pages;
+                expectPageWhole(view, *control);
+            }
+        }
+    }
+    EXPECT_GE(pages, 10);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachFamily, WindowCoverage,
+                         ::testing::Values("KT520_7", "KT540_1.0", "PL500_2"),
+                         [](const ::testing::TestParamInfo<const char*>& info) {
+                             std::string name = info.param;
+                             for (char& c : name) {
+                                 c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+                             }
+                             return name;
+                         });
+
+}  // namespace
+}  // namespace kt500::window
