@@ -45,7 +45,7 @@ struct TestResultsTest : ::testing::Test {
     void step(bool timesFirst) {
         const auto series = [this](bool times, bool last) {
             for (int i = last ? 49 : 0; i < (last ? 50 : 49); ++i) {
-                char number[3];
+                char number[12];
                 std::snprintf(number, sizeof number, "%02d", i);
                 if (times) {
                     add(std::string("stepTestTime") + number, std::to_string(0.2 * i));
