@@ -1,4 +1,5 @@
 #include "app/ScriptRunner.h"
+#include "app/ScriptFiles.h"
 
 #include "app/ScriptCompare.h"
 #include "app/ScriptTargets.h"
@@ -33,6 +34,7 @@ const std::map<std::string, Arity, std::less<>>& commands() {
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
         {"confirmation", {1, 1}}, {"chart", {2, 3}},    {"file", {2, 2}},
+        {"write", {3, 4}},        {"digest", {1, 1}},
     };
     return table;
 }
@@ -117,6 +119,8 @@ void checkLine(const ScriptLine& line) {
         bad("wait: expects milliseconds (a whole number from 0), not '" + w[1] + "'");
     } else if (name == "bl" && !isBlCommand(w[1])) {
         bad("unknown command 'bl " + w[1] + "'");
+    } else if (name == "write" && count == 4 && !wholeNumber(w[3], 1)) {
+        bad("write: the count must be a whole number from 1, not '" + w[3] + "'");
     } else if (name == "expect" && w[2] != "=" && w[2] != "!=") {
         bad("expect: TARGET.PROPERTY = VALUE or TARGET.PROPERTY != VALUE");
     }
@@ -465,6 +469,11 @@ void ScriptRunner::looking(const ScriptLine& line) {
         PrintChart(chart, m_out, last);
     } else if (name == "file") {
         PrintFile(line.words[1], m_out);
+    } else if (name == "digest") {
+        PrintDigest(m_session.control(), m_out);
+    } else if (name == "write") {
+        WriteScriptFile(line.words[1], line.words[2],
+                        line.words.size() == 4 ? *wholeNumber(line.words[3], 1) : 1);
     }
 }
 

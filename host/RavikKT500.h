@@ -15,6 +15,8 @@
 #include "data/Requests.h"
 #include "data/Uploads.h"
 #include "datasets/Confirmation.h"
+#include "datasets/DataFiles.h"
+#include "datasets/SafeSave.h"
 #include "datasets/Undo.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
@@ -290,6 +292,10 @@ public:
     }
     void UndoAllPages() override { m_undo.UndoAllPages(); }
 
+    // --- Data files ---
+    bool LoadValuesFromFile() { return m_dataFiles.LoadValuesFromFile(); }
+    bool CreateSaveXml() { return m_dataFiles.CreateSaveXml(); }
+
     // --- Flow characteristic ---
     void LoadCurveFile(const std::string& strPath) override { m_flow.LoadCurveFile(strPath); }
     void SaveCurveFile(const std::string& strPath) { m_flow.SaveCurveFile(strPath); }
@@ -345,6 +351,8 @@ private:
     data::FamilyPageEvents m_familyPageEvents{*this};
     datasets::Confirmation m_confirmation{*this};
     datasets::Undo m_undo{*this};
+    datasets::SafeSave m_safeSave;
+    datasets::DataFiles m_dataFiles{*this, m_replies, m_safeSave};
     flow::FlowModification m_flow{*this, m_arrFlowCurves, strPresetCurveValues};
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
