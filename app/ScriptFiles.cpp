@@ -75,16 +75,33 @@ void WriteScriptFile(const std::string& strPath, std::string_view text, std::int
 
 void PrintDigest(host::RavikKT500& control, std::ostream& out) {
     Fingerprint pages;
-    for (const form::Control* field : control.form().controls()) {
+    // A property that a kind of control does not have counts as a mark of its own.
+    const auto add = [&pages](const auto& read) {
+        try {
+            pages.add(read());
+        } catch (const std::exception&) {
+            pages.add("\x01");
+        }
+    };
+    form::Form& form = control.form();
+    // The file page holds the name just typed, and the communication signs
+    // blink with the timer: neither is a page of the device.
+    const form::Control* filePage = form.find("fraCommon", 2);
+    for (const form::Control* field : form.controls()) {
+        if ((filePage != nullptr &&
+             (field == filePage || form::Form::isInside(*field, *filePage))) ||
+            field->name() == "lblCommunication") {
+            continue;
+        }
         pages.add(field->name());
         pages.add(std::to_string(field->index()));
-        pages.add(field->text());
-        pages.add(field->caption());
-        pages.add(std::to_string(field->listIndex()));
-        pages.add(std::to_string(field->value()));
-        pages.add(std::to_string(field->foreColor()));
-        pages.add(field->picture());
-        pages.add(field->visible() ? "1" : "0");
+        add([&] { return field->text(); });
+        add([&] { return field->caption(); });
+        add([&] { return std::to_string(field->listIndex()); });
+        add([&] { return std::to_string(field->value()); });
+        add([&] { return std::to_string(field->foreColor()); });
+        add([&] { return field->picture(); });
+        add([&] { return std::string(field->visible() ? "1" : "0"); });
     }
     Fingerprint document;
     const xml::Node live = control.parameterNode();

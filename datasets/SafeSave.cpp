@@ -43,7 +43,7 @@ SaveFailure SafeSave::save(const std::filesystem::path& file, std::string_view b
     const QString path = QString::fromStdString(file.string());
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.exists() || !folder.isDir()) {
-        return failure("saveFolderMissing", folder.absoluteFilePath());
+        return failure("saveFolderMissing", QFileInfo(path).path());
     }
     QSaveFile target(path);
     errno = 0;
