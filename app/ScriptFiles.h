@@ -19,7 +19,8 @@ namespace kt500::app {
 // when the file cannot be written.
 void WriteScriptFile(const std::string& strPath, std::string_view text, std::int64_t count);
 // "digest pages=HEX document=HEX": the pages are every control's values and
-// look, in form order; the document is the parameter node as the BL holds it.
+// look, in form order, but for the file page and the blinking communication
+// signs; the document is the parameter node as the BL holds it.
 void PrintDigest(host::RavikKT500& control, std::ostream& out);
 
 }  // namespace kt500::app
