@@ -14,6 +14,7 @@
 #include "data/ReplyRouting.h"
 #include "data/Requests.h"
 #include "data/Uploads.h"
+#include "datasets/ComparePage.h"
 #include "datasets/Confirmation.h"
 #include "datasets/DataFiles.h"
 #include "datasets/SafeSave.h"
@@ -295,6 +296,9 @@ public:
     // --- Data files ---
     bool LoadValuesFromFile() { return m_dataFiles.LoadValuesFromFile(); }
     bool CreateSaveXml() { return m_dataFiles.CreateSaveXml(); }
+    // The compare page and its marks on the pages.
+    void ResetCompareInfo() { m_compare.ResetCompareInfo(); }
+    void ShowPageImages(bool bVisible) { m_compare.ShowPageImages(bVisible); }
 
     // --- Flow characteristic ---
     void LoadCurveFile(const std::string& strPath) override { m_flow.LoadCurveFile(strPath); }
@@ -357,6 +361,8 @@ private:
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};
+    datasets::ComparePage m_compare{*this, m_dataFiles,
+                                    [this](const std::string& strKey) { m_navigation.NodeClick(strKey); }};
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
     calibration::Calibrations m_calibrations{*this};
