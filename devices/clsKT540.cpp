@@ -131,7 +131,6 @@ constexpr NodePage kNodePages[] = {
     {"confirmation1", "fraConfirmation", 0, FrameRule::Unchanged},
     {"confirmation2", "fraConfirmation", 1, FrameRule::Unchanged},
     {"compareConfiguration", "fraConfirmation", 2, FrameRule::Unchanged},
-    {"compareConfigurations", "fraConfirmation", 2, FrameRule::Unchanged},
 };
 
 constexpr PageArray kPageArrays[] = {{"fraKT540", 30}, {"fraCommon", 5}, {"fraConfirmation", 2}};

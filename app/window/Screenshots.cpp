@@ -133,6 +133,13 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
             failures = 1;
         }
     }
+    // The file page of "open": the file chooser over the folder and file
+    // lists, then cancelled.
+    desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "open"); });
+    Settle(desktop);
+    take("importFile");
+    desktop.gate().run([&form] { form.raiseClick(form.control("cmdOpenFile", 1)); });
+    Settle(desktop);
     // The compare page: the device changed after the family's example data
     // file was written, the rows that differ with the file as third column.
     const std::filesystem::path example =
