@@ -1,4 +1,5 @@
 #include "app/ScriptRunner.h"
+#include "app/ScriptFiles.h"
 
 #include "app/ScriptCompare.h"
 #include "app/ScriptTargets.h"
@@ -29,10 +30,11 @@ const std::map<std::string, Arity, std::less<>>& commands() {
         {"start", {2, 9}},        {"session", {2, kAny}}, {"release", {1, 1}},   {"click", {2, 2}},
         {"type", {3, 3}},         {"focus", {2, 2}},      {"select", {3, 3}},    {"check", {3, 3}},
         {"node", {2, 2}},
-        {"toolbar", {1, 2}},      {"row", {3, 3}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
+        {"toolbar", {1, 2}},      {"row", {3, 4}},        {"answer", {2, kAny}}, {"wait", {2, 2}},
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
         {"confirmation", {1, 1}}, {"chart", {2, 3}},    {"file", {2, 2}},
+        {"write", {3, 4}},        {"digest", {1, 1}},     {"list", {2, 2}},
     };
     return table;
 }
@@ -117,6 +119,8 @@ void checkLine(const ScriptLine& line) {
         bad("wait: expects milliseconds (a whole number from 0), not '" + w[1] + "'");
     } else if (name == "bl" && !isBlCommand(w[1])) {
         bad("unknown command 'bl " + w[1] + "'");
+    } else if (name == "write" && count == 4 && !wholeNumber(w[3], 1)) {
+        bad("write: the count must be a whole number from 1, not '" + w[3] + "'");
     } else if (name == "expect" && w[2] != "=" && w[2] != "!=") {
         bad("expect: TARGET.PROPERTY = VALUE or TARGET.PROPERTY != VALUE");
     }
@@ -375,10 +379,14 @@ void ScriptRunner::toolbarClick(const ScriptLine& line) {
 }
 
 void ScriptRunner::row(const ScriptLine& line) {
-    form::Control& list = ScriptTargets(m_session).control("lsvConfirmation");
+    const std::string name = line.words.size() == 4 ? line.words[3] : "lsvConfirmation";
+    form::Control& list = ScriptTargets(m_session).control(name);
+    if (list.kind() != form::ControlKind::ListView) {
+        throw ScriptError(line.number, list.displayName() + " is not a list view");
+    }
     const auto number = *wholeNumber(line.words[1], 1);
     if (number > list.listView().count()) {
-        throw ScriptError(line.number, "lsvConfirmation has no row " + line.words[1] + " (" +
+        throw ScriptError(line.number, name + " has no row " + line.words[1] + " (" +
                                            std::to_string(list.listView().count()) + " rows)");
     }
     list.form()->raiseItemCheck(list, static_cast<int>(number), line.words[2] == "on");
@@ -465,6 +473,17 @@ void ScriptRunner::looking(const ScriptLine& line) {
         PrintChart(chart, m_out, last);
     } else if (name == "file") {
         PrintFile(line.words[1], m_out);
+    } else if (name == "list") {
+        const form::Control& listView = targets.control(line.words[1]);
+        if (listView.kind() != form::ControlKind::ListView) {
+            throw ScriptError(line.number, listView.displayName() + " is not a list view");
+        }
+        PrintListRows(listView, m_out);
+    } else if (name == "digest") {
+        PrintDigest(m_session.control(), m_out);
+    } else if (name == "write") {
+        WriteScriptFile(line.words[1], line.words[2],
+                        line.words.size() == 4 ? *wholeNumber(line.words[3], 1) : 1);
     }
 }
 

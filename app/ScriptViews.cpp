@@ -60,6 +60,17 @@ void PrintConfirmation(const form::Control& listView, std::ostream& out) {
     }
 }
 
+void PrintListRows(const form::Control& listView, std::ostream& out) {
+    const form::ListViewModel& rows = listView.listView();
+    for (const form::ListRow& row : rows.rows()) {
+        out << (row.checked ? "[x]" : "[ ]") << " | " << row.text;
+        for (const std::string& subItem : row.subItems) {
+            out << " | " << subItem;
+        }
+        out << '\n';
+    }
+}
+
 void PrintToolbar(const form::Control& toolbar, std::ostream& out) {
     for (const form::ToolbarItem& item : toolbar.toolbar().items()) {
         out << item.key << " enabled=" << form::formatBoolean(item.enabled)

@@ -17,6 +17,9 @@ void PrintTree(const form::Control& tree, std::ostream& out);
 void PrintStatusHeader(const form::Control& toolbar, std::ostream& out);
 // "[x] | TEXT | OLD | NEW | NAME | PAGE" for each row of the list view.
 void PrintConfirmation(const form::Control& listView, std::ostream& out);
+// The rows of any list view: "[x] or [ ]", the text and every sub-item,
+// split by " | ".
+void PrintListRows(const form::Control& listView, std::ostream& out);
 // "KEY enabled=True pressed=False text=TEXT" for each toolbar item.
 void PrintToolbar(const form::Control& toolbar, std::ostream& out);
 // "subset N: x,y x,y ..." for each subset; a graph's x is the point index,

@@ -341,6 +341,10 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
         if (!formatted.empty()) {
             value = std::move(formatted);
         }
+    } else if (devices::IsSerialNumber(name) && type == "integerVal" &&
+               !trimmed(value).empty()) {
+        // A data file holds the serial number packed, as the device does.
+        value = devices::DecodeSerNro(devices::ToInt32(value));
     }
     if (type == "floatVal") {
         if (trimmed(value).empty()) {

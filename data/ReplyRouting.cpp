@@ -60,6 +60,9 @@ void ReplyRouting::ItemListFromReply(const std::string& strReply) {
         m_control.deviceClass().Reply(empty);
         return;
     }
+    if (m_observer) {
+        m_observer(*parsed.document);
+    }
     try {
         m_control.deviceClass().Reply(*parsed.document);
     } catch (...) {

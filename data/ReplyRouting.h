@@ -7,6 +7,7 @@
 #include "devices/IUserControl.h"
 #include "xml/Document.h"
 
+#include <functional>
 #include <string>
 
 namespace kt500::data {
@@ -19,6 +20,10 @@ public:
     // schema, and passes it to Reply. A reply that does not parse is shown
     // and Reply runs on an empty document.
     void ItemListFromReply(const std::string& strReply);
+    // Hands every reply that parsed to observer before Reply sees it.
+    void setReplyObserver(std::function<void(const xml::Document&)> observer) {
+        m_observer = std::move(observer);
+    }
     // Replays the responses of a data file through Reply, one at a time,
     // with ImportFromFile set for the whole replay.
     void ReplayDataFile(const xml::Document& xmlDocument);
@@ -43,6 +48,7 @@ private:
     // as a failed group, so that the busy state ends.
     void closeFailedReply(const xml::Document& xmlDoc);
     devices::IUserControl& m_control;
+    std::function<void(const xml::Document&)> m_observer;
 };
 
 }  // namespace kt500::data

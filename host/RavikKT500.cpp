@@ -57,12 +57,23 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_calibrations.addHandlers(m_handlers);
     m_tests.addHandlers(m_handlers);
     m_filePage.addHandlers(m_handlers);
+    m_compare.addHandlers(m_handlers);
+    m_replies.setReplyObserver(
+        [this](const xml::Document& xmlReply) { m_compare.RecordDeviceReply(xmlReply); });
     m_graphs.addHandlers(m_handlers);
     m_monitoring.addHandlers(m_handlers);
+    m_filePage.setAction(presentation::OpenFileType::Import,
+                         [this] { m_dataFiles.LoadValuesFromFile(); });
+    m_filePage.setAction(presentation::OpenFileType::Export,
+                         [this] { m_dataFiles.CreateSaveXml(); });
     m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
                          [this] { m_monitoring.StartMonitorLog(); });
-    m_navigation.setPageChangeHandler(
-        [this](const std::string& strKey) { m_monitoring.PageChanging(strKey); });
+    m_navigation.setPageChangeHandler([this](const std::string& strKey) {
+        m_monitoring.PageChanging(strKey);
+        if (strKey == "compareConfigurations") {
+            m_compare.FillComparePage();
+        }
+    });
     m_form->setEventSink([this](form::FormEvent& event) { OnFormEvent(event); });
     UserControl_Initialize();
 }

@@ -14,7 +14,10 @@
 #include "data/ReplyRouting.h"
 #include "data/Requests.h"
 #include "data/Uploads.h"
+#include "datasets/ComparePage.h"
 #include "datasets/Confirmation.h"
+#include "datasets/DataFiles.h"
+#include "datasets/SafeSave.h"
 #include "datasets/Undo.h"
 #include "devices/DeviceClass.h"
 #include "devices/IUserControl.h"
@@ -305,6 +308,13 @@ public:
     }
     void UndoAllPages() override { m_undo.UndoAllPages(); }
 
+    // --- Data files ---
+    bool LoadValuesFromFile() { return m_dataFiles.LoadValuesFromFile(); }
+    bool CreateSaveXml() { return m_dataFiles.CreateSaveXml(); }
+    // The compare page and its marks on the pages.
+    void ResetCompareInfo() { m_compare.ResetCompareInfo(); }
+    void ShowPageImages(bool bVisible) { m_compare.ShowPageImages(bVisible); }
+
     // --- Flow characteristic ---
     void LoadCurveFile(const std::string& strPath) override { m_flow.LoadCurveFile(strPath); }
     void SaveCurveFile(const std::string& strPath) { m_flow.SaveCurveFile(strPath); }
@@ -360,10 +370,14 @@ private:
     data::FamilyPageEvents m_familyPageEvents{*this};
     datasets::Confirmation m_confirmation{*this};
     datasets::Undo m_undo{*this};
+    datasets::SafeSave m_safeSave;
+    datasets::DataFiles m_dataFiles{*this, m_replies, m_safeSave};
     flow::FlowModification m_flow{*this, m_arrFlowCurves, strPresetCurveValues};
     devices::Units m_units{*this};
     devices::StatusTree m_statusTree{*this};
     presentation::NavigationTree m_navigation{*this};
+    datasets::ComparePage m_compare{*this, m_dataFiles,
+                                    [this](const std::string& strKey) { m_navigation.NodeClick(strKey); }};
     presentation::Toolbar m_toolbar{*this, m_navigation};
     presentation::Captions m_captions{*this, m_values, m_units};
     calibration::Calibrations m_calibrations{*this};

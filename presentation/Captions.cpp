@@ -55,6 +55,7 @@ void Captions::TranslateForm() {
     m_control.BuildStatusTree();
     TranslateColumns("lsvEventLog");
     TranslateColumns("lsvConfirmation");
+    TranslateColumns("lsvCompare");
     TranslateToolbar();
     TranslateStatusItems();
     TranslateControls();

@@ -34,8 +34,46 @@ void ShowFileDialog(devices::IUserControl& control, const std::string& strHeader
 }
 
 void FilePage::addHandlers(form::EventHandlers& handlers) {
-    handlers.add("cmdOpenFile", form::EventKind::Click,
+    using form::EventKind;
+    handlers.add("cmdOpenFile", EventKind::Click,
                  [this](form::FormEvent& event) { cmdOpenFile_Click(event.control->index()); });
+    handlers.add("drvOpenFile", EventKind::Change, [this](form::FormEvent&) { drvOpenFile_Change(); });
+    handlers.add("dirOpenFile", EventKind::Change, [this](form::FormEvent&) { dirOpenFile_Change(); });
+    handlers.add("filOpenFile", EventKind::Click, [this](form::FormEvent&) { filOpenFile_Click(); });
+    handlers.add("txtFileName", EventKind::Change, [this](form::FormEvent&) { txtFileName_Change(); });
+}
+
+void FilePage::drvOpenFile_Change() {
+    form::Form& form = m_control.form();
+    if (form::Control* folders = form.find("dirOpenFile")) {
+        folders->setPath(form.control("drvOpenFile").drive());
+        dirOpenFile_Change();
+    }
+}
+
+void FilePage::dirOpenFile_Change() {
+    form::Form& form = m_control.form();
+    if (form::Control* files = form.find("filOpenFile")) {
+        files->setPath(form.control("dirOpenFile").path());
+    }
+}
+
+void FilePage::filOpenFile_Click() {
+    form::Form& form = m_control.form();
+    const form::Control& files = form.control("filOpenFile");
+    if (files.fileName().empty()) {
+        return;
+    }
+    form.control("txtFileName").setText(
+        (std::filesystem::path(files.path()) / files.fileName()).string());
+}
+
+void FilePage::txtFileName_Change() {
+    form::Form& form = m_control.form();
+    if (form::Control* confirm = form.find("cmdOpenFile", 0)) {
+        const std::string& text = form.control("txtFileName").text();
+        confirm->setEnabled(text.find_first_not_of(" \t") != std::string::npos);
+    }
 }
 
 void FilePage::setAction(OpenFileType intOpenFileType, std::function<void()> action) {

@@ -33,6 +33,14 @@ public:
     void addHandlers(form::EventHandlers& handlers);
     void setAction(OpenFileType intOpenFileType, std::function<void()> action);
     void cmdOpenFile_Click(int intIndex);
+    // The lists act together: a new drive opens its folder, a new folder
+    // lists its files, a click on a file names it (with its folder) in
+    // txtFileName, and cmdOpenFile element 0 is enabled while that name is
+    // not blank.
+    void drvOpenFile_Change();
+    void dirOpenFile_Change();
+    void filOpenFile_Click();
+    void txtFileName_Change();
 
 private:
     devices::IUserControl& m_control;

@@ -59,6 +59,8 @@ void Toolbar::smuiDTM_ToolbarClick(const std::string& strKey) {
         ShowFileDialog(m_control, "importFile", OpenFileType::Import, "*.xml");
     } else if (strKey == "save") {
         ShowFileDialog(m_control, "exportFile", OpenFileType::Export, "*.xml");
+    } else if (strKey == "compare") {
+        m_navigation.NodeClick("compareConfigurations");
     } else if (strKey == "offlineConf") {
         // The list view of this form repaints by itself; the page and the
         // send button are as for "send".

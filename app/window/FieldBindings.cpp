@@ -460,6 +460,10 @@ std::unique_ptr<WidgetBinding> MakeFieldBinding(form::Control& control, ViewCont
         case ControlKind::DirList:
             return std::make_unique<DirList>(control, context, parent);
         case ControlKind::FileList:
+            // The file page's list is a file chooser; other file lists stay lists.
+            if (control.name() == "filOpenFile") {
+                return MakeFileChooserBinding(control, context, parent);
+            }
             return std::make_unique<FileList>(control, context, parent);
         default:
             return nullptr;

@@ -175,6 +175,35 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         runTest("pneumaticsTest", -2, 0, "cmdPLStartTest", 1, "pneumaticsTest",
                 "PLpneumaticsTestFinished");
     }
+    // The file page of "open": the file chooser over the folder and file
+    // lists, then cancelled.
+    desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "open"); });
+    Settle(desktop);
+    take("importFile");
+    desktop.gate().run([&form] { form.raiseClick(form.control("cmdOpenFile", 1)); });
+    Settle(desktop);
+    // The compare page: the device changed after the family's example data
+    // file was written, the rows that differ with the file as third column.
+    const std::filesystem::path example =
+        shareDir / "examples" / (control.m_objTools->DeviceType + ".xml");
+    if (started && options.online && form.find("lsvCompare") != nullptr &&
+        std::filesystem::exists(example) &&
+        std::find(keys.begin(), keys.end(), "compareConfigurations") != keys.end()) {
+        desktop.session().bl().simulatedControl().inject({"set", "supplyPressure", "7.5"});
+        desktop.gate().run(
+            [&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "uploadAll"); });
+        Settle(desktop);
+        desktop.gate().run([&form, &example] {
+            form.raiseToolbarClick(form.control("smuiDTM", 1), "compare");
+            form.control("txtCompareFile").setText(example.string());
+            form.raiseClick(form.control("cmdCompare", 0));
+            form::Control& only = form.control("chkCompareDifferences");
+            only.setValue(1);
+            form.raiseClick(only);
+        });
+        Settle(desktop);
+        take("compareConfigurations");
+    }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");

@@ -77,6 +77,10 @@ protected:
 [[nodiscard]] std::unique_ptr<WidgetBinding> MakeChartBinding(form::Control& control,
                                                               ViewContext& context,
                                                               QWidget* parent);
+// The file list of the file page as a file chooser (FileChooserBinding.cpp).
+[[nodiscard]] std::unique_ptr<WidgetBinding> MakeFileChooserBinding(form::Control& control,
+                                                                    ViewContext& context,
+                                                                    QWidget* parent);
 
 // A text of the form (UTF-8) as Qt's.
 [[nodiscard]] inline QString Qs(const std::string& text) {
