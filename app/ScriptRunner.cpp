@@ -33,6 +33,7 @@ const std::map<std::string, Arity, std::less<>>& commands() {
         {"settle", {1, 1}},       {"bl", {2, kAny}},      {"get", {2, 2}},       {"expect", {4, 4}},
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
         {"confirmation", {1, 1}}, {"chart", {2, 3}},    {"file", {2, 2}},
+        {"list", {2, 2}},
     };
     return table;
 }
@@ -454,6 +455,10 @@ void ScriptRunner::looking(const ScriptLine& line) {
             throw ScriptError(line.number, chart.displayName() + " is not a chart");
         }
         int last = -1;
+        if (line.words.size() == 3 && line.words[2] == "labels") {
+            PrintChartLabels(chart, m_out);
+            return;
+        }
         if (line.words.size() == 3) {
             const std::string& count = line.words[2];
             if (count.empty() || count.find_first_not_of("0123456789") != std::string::npos ||
@@ -463,6 +468,12 @@ void ScriptRunner::looking(const ScriptLine& line) {
             last = std::stoi(count);
         }
         PrintChart(chart, m_out, last);
+    } else if (name == "list") {
+        const form::Control& list = targets.control(line.words[1]);
+        if (list.kind() != form::ControlKind::ListView) {
+            throw ScriptError(line.number, list.displayName() + " is not a list view");
+        }
+        PrintListView(list, m_out);
     } else if (name == "file") {
         PrintFile(line.words[1], m_out);
     }

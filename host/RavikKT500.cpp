@@ -58,6 +58,8 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_filePage.addHandlers(m_handlers);
     m_graphs.addHandlers(m_handlers);
     m_monitoring.addHandlers(m_handlers);
+    m_trends.addHandlers(m_handlers);
+    m_eventLog.addHandlers(m_handlers);
     m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
                          [this] { m_monitoring.StartMonitorLog(); });
     m_navigation.setPageChangeHandler(
