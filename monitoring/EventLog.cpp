@@ -57,7 +57,6 @@ void EventLog::ClearEventLog(std::int16_t intIndex) {
 }
 
 void EventLog::FillEventLog(const std::vector<xml::Node>& items) {
-    bool blCleared = false;
     for (const xml::Node& item : items) {
         try {
             const std::string name = item.attribute("name");
@@ -68,11 +67,10 @@ void EventLog::FillEventLog(const std::vector<xml::Node>& items) {
             const auto row =
                 static_cast<std::int16_t>(devices::ToInt16(name.substr(name.size() - 2)) + 1);
             // A new reading replaces the old one: the list is emptied at the
-            // first item of row 1, once, so that its time does not take back
-            // the event just written.
-            if (row == 1 && !blCleared) {
+            // event of row 1. The times and counts of a reading may come in a
+            // reply of their own, and must not take back the events before them.
+            if (row == 1 && base == "eventLogEvent") {
                 ClearEventLog(m_control.deviceClass().EventLogTableIndex());
-                blCleared = true;
             }
             const std::string value = item.firstChildElement().text();
             if (base == "eventLogEvent") {

@@ -3,6 +3,7 @@
 #include "services/IQDLGuiEvent.h"
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/DiagnosticsReset.h"
 #include "simulator/EventLog.h"
 
 #include <algorithm>
@@ -184,7 +185,9 @@ void SimulatedControl::answerWrite(const CommunicationRequest& request) {
         reply.items.push_back(m_device->item(name));
     }
     m_dynamics->advanceTo(m_clock->now());
-    if (m_dynamics->calibrate(request.name, *m_device)) {
+    if (DiagnosticsReset::Apply(*m_device, request.name, sessionHours())) {
+        // The reset notes itself in the device's log.
+    } else if (m_dynamics->calibrate(request.name, *m_device)) {
         EventLog::Record(*m_device, "eventCalibration", sessionHours());
     } else if (!accepted.empty()) {
         EventLog::Record(*m_device, "eventConfigurationChanged", sessionHours());
