@@ -104,6 +104,11 @@ std::vector<MessageItem> SimulatedControl::unknownItems(const CommunicationReque
 }
 
 void SimulatedControl::answerRead(const CommunicationRequest& request, const GroupInfo& group) {
+    // A trend holds the samples the device took since its last reading.
+    if (m_dynamics) {
+        m_dynamics->advanceTo(m_clock->now());
+        m_trendHistory.catchUp(*m_device, m_dynamics->valve(), request.name, sessionHours());
+    }
     std::vector<MessageItem> items;
     for (const MessageItem& asked : request.items) {
         if (m_device->parameter(asked.name) != nullptr) {
