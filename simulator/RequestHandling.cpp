@@ -105,7 +105,7 @@ std::vector<MessageItem> SimulatedControl::unknownItems(const CommunicationReque
 
 void SimulatedControl::answerRead(const CommunicationRequest& request, const GroupInfo& group) {
     // A trend holds the samples the device took since its last reading.
-    if (m_dynamics) {
+    if (m_dynamics && TrendHistory::Keeps(request.name)) {
         m_dynamics->advanceTo(m_clock->now());
         m_trendHistory.catchUp(*m_device, m_dynamics->valve(), request.name, sessionHours());
     }

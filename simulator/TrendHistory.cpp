@@ -41,6 +41,7 @@ struct TimeTrend {
     std::string_view group;
     std::string_view values;
     std::string_view times;
+    int decimals;
     std::function<double(const DeviceState&, const ValveModel&)> sample;
 };
 
@@ -56,13 +57,13 @@ double leakage(const DeviceState& device, const ValveModel& valve) {
 }
 
 const TimeTrend kTrends[] = {
-    {"travelDeviation", "deviationVal", "deviationTime",
+    {"travelDeviation", "deviationVal", "deviationTime", 2,
      [](const DeviceState&, const ValveModel& v) { return v.setpoint() - v.travel(); }},
-    {"loadFactor", "loadFactorVal", "loadFactorTime", loadFactor},
-    {"loadFactorTrend", "loadFactorVal", "loadFactorTime", loadFactor},
-    {"breakawayPressureTrend", "breakawayPressureVal", "breakawayPressureTime",
+    {"loadFactor", "loadFactorVal", "loadFactorTime", 1, loadFactor},
+    {"loadFactorTrend", "loadFactorVal", "loadFactorTime", 1, loadFactor},
+    {"breakawayPressureTrend", "breakawayPressureVal", "breakawayPressureTime", 2,
      [](const DeviceState&, const ValveModel& v) { return v.breakawayPressure(); }},
-    {"leakageSignalTrend", "leakageSignalVal", "leakageSignalTime", leakage},
+    {"leakageSignalTrend", "leakageSignalVal", "leakageSignalTime", 3, leakage},
 };
 
 // Moves the samples one place towards the front and puts the new one last.
@@ -77,11 +78,23 @@ void push(DeviceState& device, const TimeTrend& trend, double value, double step
         const double time = number(device, numbered(trend.times, index + 1));
         device.setValue(numbered(trend.times, index), text(ages ? time - step : time, 1));
     }
-    device.setValue(numbered(trend.values, kSamples - 1), text(value, 3));
+    device.setValue(numbered(trend.values, kSamples - 1), text(value, trend.decimals));
     device.setValue(last, text(ages ? 0.0 : step, 1));
 }
 
 }  // namespace
+
+bool TrendHistory::Keeps(const std::string& strGroup) {
+    if (strGroup == "travelVsTime") {
+        return true;
+    }
+    for (const TimeTrend& trend : kTrends) {
+        if (trend.group == strGroup) {
+            return true;
+        }
+    }
+    return false;
+}
 
 void TrendHistory::catchUp(DeviceState& device, const ValveModel& valve,
                            const std::string& strGroup, double dblSessionHours) {

@@ -21,6 +21,9 @@ public:
     // Hours between two samples of a trend.
     static constexpr double kSampleHours = 0.1;
 
+    // Whether a group is one of the trends the device keeps.
+    [[nodiscard]] static bool Keeps(const std::string& strGroup);
+
     // Brings the trend behind a group up to the session's hours before the
     // group is read; other groups are left alone.
     void catchUp(DeviceState& device, const ValveModel& valve, const std::string& strGroup,
