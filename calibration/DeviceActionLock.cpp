@@ -50,9 +50,10 @@ void DeviceActionLock::EnableDeviceActions(bool blValue) {
     // What the role and the mode withhold stays off (data::RoleRules, the
     // one table of them); a test that runs keeps its stop.
     const bool blTests = blValue && data::Allows(tools, data::Right::Test);
+    const bool blPLTests = blValue && data::Allows(tools, data::Right::PLTest);
     setEnabled("cmdStartTest", {0, 1}, blTestRuns || blTests);
-    setEnabled("cmdPLSetTestSettings", {0, 1}, blTests);
-    setEnabled("cmdPLStartTest", {0, 1}, blTests);
+    setEnabled("cmdPLSetTestSettings", {0, 1}, blPLTests);
+    setEnabled("cmdPLStartTest", {0, 1}, blPLTests);
     setEnabled("cmdResetDiagnostics", {0, 1, 2, 3, 4},
                blValue && data::Allows(tools, data::Right::ResetDiagnostics));
     const bool blCalibrations = blValue && data::Allows(tools, data::Right::Calibration);
@@ -65,7 +66,9 @@ void DeviceActionLock::EnableDeviceActions(bool blValue) {
 }
 
 void DeviceActionLock::EnableTesting(bool blValue) {
-    data::EnableCommands(m_control.form(), m_control.tools(), data::Right::Test, blValue);
+    for (const data::Right right : {data::Right::Test, data::Right::PLTest}) {
+        data::EnableCommands(m_control.form(), m_control.tools(), right, blValue);
+    }
 }
 
 }  // namespace kt500::calibration

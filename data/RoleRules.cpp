@@ -25,7 +25,8 @@ constexpr std::array kRules = {
     Rule{Right::Upload, true, true, Mode::Online},
     Rule{Right::Settings, true, true, Mode::Any},
     Rule{Right::Monitoring, true, true, Mode::Online},
-    Rule{Right::Test, false, false, Mode::Online},
+    Rule{Right::Test, false, true, Mode::Online},
+    Rule{Right::PLTest, false, false, Mode::Online},
     Rule{Right::Calibration, false, false, Mode::Any},
     Rule{Right::ResetDiagnostics, false, false, Mode::Any},
     Rule{Right::FactoryReset, false, false, Mode::Any},
@@ -33,8 +34,8 @@ constexpr std::array kRules = {
 
 constexpr std::string_view kMonitoringCommands[] = {"cmdHAMonitoring", "cmdPAMonitoring",
                                                     "cmdPLMonitoring"};
-constexpr std::string_view kTestCommands[] = {"cmdStartTest", "cmdPLStartTest",
-                                              "cmdPLSetTestSettings"};
+constexpr std::string_view kTestCommands[] = {"cmdStartTest"};
+constexpr std::string_view kPLTestCommands[] = {"cmdPLStartTest", "cmdPLSetTestSettings"};
 constexpr std::string_view kCalibrationCommands[] = {"cmdHAAutoTravelCalibration",
                                                      "cmdHAInputSignalMeasurementCalibration",
                                                      "cmdHAPositionTransmitterCalibration",
@@ -93,6 +94,8 @@ std::span<const std::string_view> CommandsOf(Right right) noexcept {
             return kMonitoringCommands;
         case Right::Test:
             return kTestCommands;
+        case Right::PLTest:
+            return kPLTestCommands;
         case Right::Calibration:
             return kCalibrationCommands;
         case Right::ResetDiagnostics:

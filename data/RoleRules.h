@@ -21,7 +21,8 @@ enum class Right {
     Upload,                // the upload band: reads from the device
     Settings,              // toolbar "settings": language and units
     Monitoring,            // the monitoring start commands
-    Test,                  // the performance tests and their settings
+    Test,                  // cmdStartTest: the positioners' performance tests
+    PLTest,                // cmdPLStartTest, cmdPLSetTestSettings: the PL500's tests
     Calibration,           // the calibration start buttons
     ResetDiagnostics,      // cmdResetDiagnostics
     FactoryReset,          // cmdPAFactoryReset

@@ -112,9 +112,10 @@ void clsPL500::LeakageSwitchChanged(int intListIndex) {
         return;
     }
     session::clsTools& tools = control.tools();
+    // The old value is the time's own, not the switch's that has the focus.
+    const std::string strOld = control.GetOldValue(time->tag(), tools.CurrentFrame);
     time->setText("0");
-    control.AddConfirmationRow(time->tag(), tools.ChangedFrame, time->tag(),
-                               tools.OldValueForConfirm, "0");
+    control.AddConfirmationRow(time->tag(), tools.CurrentFrame, time->tag(), strOld, "0");
     tools.ConfirmFlag = true;
 }
 

@@ -117,6 +117,9 @@ void FlowModification::Start() {
         m_control.SaveOldValues();
         tools.value_saved = true;
     }
+    // The walk rewrites every point box: its result is pending until Apply
+    // puts the points in the confirmation list.
+    tools.ConfirmFlag = false;
     tools.DesiredFlowCurve.clear();
     tools.InstalledFlowCurve.clear();
     // The list shows no curve while the empty table is drawn, so that the
@@ -331,7 +334,7 @@ bool FlowModification::UpdateFlowModificationGraph(int intSubset) {
     session::clsTools& tools = m_control.tools();
     const FlowPage page = Page();
     form::Form& form = m_control.form();
-    form::Control* chartControl = form.find(kFlowChart, page.curveList);
+    form::Control* chartControl = form.find(kFlowChart);
     form::ChartModel* chart = chartControl == nullptr ? nullptr : &chartControl->chart();
     if (chart != nullptr && (chart->subsets() < 3 || chart->points() != page.pointCount)) {
         // The chart's own set-up gives it three subsets over the page's points.
@@ -565,7 +568,7 @@ void FlowModification::chkFlowModification_Click() {
     form::Form& form = m_control.form();
     const FlowPage page = Page();
     form::Control* check = form.find("chkFlowModification");
-    form::Control* flowChart = form.find(kFlowChart, page.curveList);
+    form::Control* flowChart = form.find(kFlowChart);
     form::Control* inputChart = form.find("pesgoInputSignalVsTravel");
     if (check == nullptr) {
         return;

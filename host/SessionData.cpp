@@ -183,7 +183,9 @@ void SessionData::ShowDeviceModelPicture() {
 }
 
 void SessionData::ApplyTestRights() {
-    data::EnableCommands(m_control.form(), m_control.tools(), data::Right::Test, true);
+    for (const data::Right right : {data::Right::Test, data::Right::PLTest}) {
+        data::EnableCommands(m_control.form(), m_control.tools(), right, true);
+    }
 }
 
 void SessionData::ApplyMode(form::ToolbarModel& toolbar) {

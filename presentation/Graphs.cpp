@@ -134,13 +134,7 @@ void Graphs::PlaceAllCharts() {
     for (const ChartPlacement& row : PlacementsOf(tools.DeviceType)) {
         const ChartSetup& setup = SetupOf(row.builder);
         form::Control& frame = form.control(frames, row.frameElement);
-        // The flow page's chart is an element of an array, at the family's
-        // flow modification index; the others stand alone.
-        const bool flowChart = row.builder == ChartBuilder::FlowModification;
-        form::Control* chart =
-            flowChart && form.findArray(setup.name) != nullptr
-                ? form.find(setup.name, m_control.deviceClass().FlowModificationIndex())
-                : form.find(setup.name);
+        form::Control* chart = form.find(setup.name);
         if (chart == nullptr) {
             chart = setup.pesgo ? &CreatePesgoChart(std::string(setup.name), &frame)
                                 : &CreatePegoChart(std::string(setup.name), &frame);

@@ -142,11 +142,9 @@ void Toolbar::ApplyRole(const std::string& strRole) {
     if (!data::RoleAllows(strRole, data::Right::Send)) {
         items.setEnabled("send", false);
     }
-    if (!data::RoleAllows(strRole, data::Right::Test)) {
-        m_control.EnableTesting(false);
-    }
-    for (const data::Right right :
-         {data::Right::Calibration, data::Right::ResetDiagnostics, data::Right::FactoryReset}) {
+    for (const data::Right right : {data::Right::Test, data::Right::PLTest,
+                                    data::Right::Calibration, data::Right::ResetDiagnostics,
+                                    data::Right::FactoryReset}) {
         if (!data::RoleAllows(strRole, right)) {
             data::EnableCommands(m_control.form(), m_control.tools(), right, false);
         }

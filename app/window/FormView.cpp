@@ -1,5 +1,7 @@
 #include "app/window/FormView.h"
 
+#include "app/window/ChartFit.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QSignalBlocker>
@@ -69,11 +71,17 @@ void FormView::build(form::Control& control) {
         return;
     }
     const QSignalBlocker blocker(widget);
-    widget->setGeometry(m_scale.rect(control));
+    place(control, *widget);
     bound.mirrorAll();
     mirrorCommon(control, *widget, PropertyId::Enabled);
     mirrorCommon(control, *widget, PropertyId::ToolTipText);
     mirrorCommon(control, *widget, PropertyId::Visible);
+}
+
+void FormView::place(const form::Control& control, QWidget& widget) const {
+    widget.setGeometry(control.kind() == form::ControlKind::Chart
+                           ? m_scale.rect(FittedChartRect(m_form, control))
+                           : m_scale.rect(control));
 }
 
 void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId id) {
@@ -82,7 +90,7 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
         case PropertyId::Top:
         case PropertyId::Width:
         case PropertyId::Height:
-            widget.setGeometry(m_scale.rect(control));
+            place(control, widget);
             break;
         case PropertyId::Visible:
             if (control.has(PropertyId::Visible)) {
@@ -102,7 +110,7 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
         case PropertyId::Container:
             if (QWidget* parent = containerWidget(control); parent != widget.parentWidget()) {
                 widget.setParent(parent);
-                widget.setGeometry(m_scale.rect(control));
+                place(control, widget);
                 widget.setVisible(control.visible());
             }
             break;

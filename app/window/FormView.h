@@ -39,6 +39,8 @@ public:
 private:
     void build(form::Control& control);
     void onChange(const form::PropertyChange& change);
+    // Sets the widget's geometry from the control's; a chart fits its page.
+    void place(const form::Control& control, QWidget& widget) const;
     void mirrorCommon(form::Control& control, QWidget& widget, form::PropertyId id);
     void mirrorUserControl(form::PropertyId id);
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;

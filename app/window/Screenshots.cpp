@@ -15,10 +15,20 @@ namespace kt500::window {
 
 namespace {
 
-// Lets the BL answer, then lets Qt lay out and paint what changed.
+// Lets Qt lay out and paint what changed, charts included: a chart redraws
+// once its batch of changes is due.
+void LetChartsRedraw() {
+    QElapsedTimer batch;
+    batch.start();
+    while (batch.elapsed() < 150) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+}
+
+// Lets the BL answer, then lets Qt show the result.
 void Settle(DesktopSession& desktop) {
     desktop.settle();
-    QCoreApplication::processEvents();
+    LetChartsRedraw();
 }
 
 }  // namespace
@@ -119,12 +129,7 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
         desktop.session().wait(60'000);
         desktop.gate().run([&form, monitoringStart] { form.raiseClick(*monitoringStart); });
-        // The chart redraws once its batch of changes is due.
-        QElapsedTimer batch;
-        batch.start();
-        while (batch.elapsed() < 150) {
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        }
+        LetChartsRedraw();
         const std::filesystem::path file = folder / "monitoringVariables-after-a-minute.png";
         if (view.grab().save(QString::fromStdString(file.string()), "PNG")) {
             out << file.string() << '\n';

@@ -9,6 +9,7 @@
 
 namespace kt500::form {
 class Control;
+struct Rect;
 }
 
 namespace kt500::window {
@@ -24,6 +25,8 @@ public:
     }
     // The control's Left, Top, Width and Height in pixels.
     [[nodiscard]] QRect rect(const form::Control& control) const;
+    // A rectangle in twips, in pixels.
+    [[nodiscard]] QRect rect(const form::Rect& twips) const;
 
 private:
     double m_pixelsPerTwip;

@@ -78,8 +78,19 @@ std::string TestUserControl::Translate(const std::string& strKey) {
     if (strKey.empty()) {
         return {};
     }
+    // As the control looks texts up: Language unless it is 0 or no number,
+    // then FrameLanguage.
+    int language = 0;
+    try {
+        language = std::stoi(m_tools.Language);
+    } catch (const std::logic_error&) {
+        language = 0;
+    }
+    if (language == 0) {
+        language = std::stoi(m_tools.FrameLanguage);
+    }
     std::string text;
-    m_language->TranslateKey(std::stoi(m_tools.Language), strKey, text);
+    m_language->TranslateKey(language, strKey, text);
     return text;
 }
 

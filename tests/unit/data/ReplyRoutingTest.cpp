@@ -176,7 +176,8 @@ TEST(SetReadVariablesTest, AFinalReplyClosesTheGroupAndTheChainItsLast) {
         {"read", true, false, false, 1, false, busy, {C}, "a b"},
         // A read drops its own page's rows, checked or not.
         {"read", true, false, false, 0, false, "0111 0 000", {T, C}, "a b"},
-        {"read", true, false, false, 0, true, "0100 0 000", {T, C}, "a b"},
+        // An observer sends nothing but keeps the settings.
+        {"read", true, false, false, 0, true, "0101 0 000", {T, C}, "a b"},
         {"read", true, true, false, 0, false, "0111 0 000", {T}, "a b"},
         // A completed write takes every checked row.
         {"write", true, false, false, 0, false, "0111 0 001", {T, C}, "b"},

@@ -19,7 +19,8 @@ TEST(RoleRulesTest, EachRoleMayWhatTheTableSays) {
         {Right::Upload, true, true},
         {Right::Settings, true, true},
         {Right::Monitoring, true, true},
-        {Right::Test, false, false},
+        {Right::Test, false, true},
+        {Right::PLTest, false, false},
         {Right::Calibration, false, false},
         {Right::ResetDiagnostics, false, false},
         {Right::FactoryReset, false, false},
@@ -45,6 +46,7 @@ TEST(RoleRulesTest, ReadsTestsAndTheMonitorNeedTheDeviceAndTheDataSetItsAbsence)
         tools.OnlineConf = online;
         EXPECT_EQ(Allows(tools, Right::Upload), online);
         EXPECT_EQ(Allows(tools, Right::Test), online);
+        EXPECT_EQ(Allows(tools, Right::PLTest), online);
         EXPECT_EQ(Allows(tools, Right::Monitoring), online);
         EXPECT_EQ(Allows(tools, Right::OfflineConfiguration), !online);
         EXPECT_TRUE(Allows(tools, Right::Send));
@@ -66,20 +68,29 @@ TEST(RoleRulesTest, EnableCommandsSetsEveryElementAsTheRuleAllows) {
     form::Control& reset0 = add("cmdResetDiagnostics", 0);
     form::Control& reset3 = add("cmdResetDiagnostics", 3);
     form::Control& start = add("cmdStartTest", 0);
+    form::Control& plStart = add("cmdPLStartTest", 0);
+    form::Control& plSettings = add("cmdPLSetTestSettings", 0);
     session::clsTools tools;
     tools.OnlineConf = true;
     tools.ActorRole = "operator";
-    EnableCommands(form, tools, Right::ResetDiagnostics, true);
-    EnableCommands(form, tools, Right::Test, true);
+    for (const Right right : {Right::ResetDiagnostics, Right::Test, Right::PLTest}) {
+        EnableCommands(form, tools, right, true);
+    }
     EXPECT_FALSE(reset0.enabled());
     EXPECT_FALSE(reset3.enabled());
-    EXPECT_FALSE(start.enabled());
+    // An operator runs the positioners' tests, not the PL500's.
+    EXPECT_TRUE(start.enabled());
+    EXPECT_FALSE(plStart.enabled());
+    EXPECT_FALSE(plSettings.enabled());
     tools.ActorRole = "maintenance";
-    EnableCommands(form, tools, Right::ResetDiagnostics, true);
-    EnableCommands(form, tools, Right::Test, true);
+    for (const Right right : {Right::ResetDiagnostics, Right::Test, Right::PLTest}) {
+        EnableCommands(form, tools, right, true);
+    }
     EXPECT_TRUE(reset0.enabled());
     EXPECT_TRUE(reset3.enabled());
     EXPECT_TRUE(start.enabled());
+    EXPECT_TRUE(plStart.enabled());
+    EXPECT_TRUE(plSettings.enabled());
     // Not wanted: off whatever the role.
     EnableCommands(form, tools, Right::Test, false);
     EXPECT_FALSE(start.enabled());

@@ -264,9 +264,10 @@ TEST_P(PL500Reply, AnInvalidSelectionClosesTheGroupUnreported) {
     EXPECT_TRUE(called("SetReadVariables general 1 write 1"));
     EXPECT_EQ(icon("general"), "error");
 
+    // Any other failure is reported with its reason.
     reply("general", "write", "failed", true, "deviceBusy");
     EXPECT_EQ(kt.deviceClass().CancelledGroups(),
-              kt.Translate("general") + " (" + kt.Translate("general") + ")" +
+              kt.Translate("general") + " (" + kt.Translate("deviceBusy") + ")" +
                   std::string(Separator));
 }
 

@@ -75,7 +75,7 @@ TEST_F(FlowPageTest, DrawingTakesTheBoxesIntoTheSubsetAndTheChart) {
     ASSERT_TRUE(flow->UpdateFlowModificationGraph(kInstalledSubset));
     EXPECT_FLOAT_EQ(table.at(2, kInstalledSubset), 1.52F);
     EXPECT_EQ(table.at(3, kInstalledSubset), 0.0F);  // the odd row after a point
-    const form::ChartModel& chart = kt->form().control(kFlowChart, 0).chart();
+    const form::ChartModel& chart = kt->form().control(kFlowChart).chart();
     EXPECT_NEAR(chart.y(kInstalledSubset, 0), 0.1, 1e-6);  // a zero drawn above the axis
     EXPECT_NEAR(chart.y(kInstalledSubset, 10), 100.0, 1e-6);
     // In step 3 subset 0 goes to the working copy; subset 0 stays.

@@ -88,12 +88,16 @@ TEST_F(RavikKT500Lifecycle, StartUpTalksToTheBLInOrder) {
             calls.push_back(call);
         }
     }
-    // The unit parameters are listed by the captions and again by the units.
-    const CallLog expected = {"service control",   "service dialogs",      "OpenConnection connect",
-                              "GetLanguageIds",    "GetLanguageName 1033", "GetLanguageName 1031",
-                              "GetUnitParameters", "GetUnitParameters"};
+    // The session data ask for the languages offered (to keep one that has
+    // texts), the language list asks again for its entries; the unit
+    // parameters are listed by the captions and again by the units.
+    const CallLog expected = {"service control",      "service dialogs",
+                              "OpenConnection connect", "GetLanguageIds",
+                              "GetLanguageIds",       "GetLanguageName 1033",
+                              "GetLanguageName 1031", "GetUnitParameters",
+                              "GetUnitParameters"};
     EXPECT_EQ(calls, expected);
-    EXPECT_EQ(firstText, 3U);
+    EXPECT_EQ(firstText, 4U);
     EXPECT_EQ(kt.form().userControl().mousePointer(), 0);
     EXPECT_EQ(kt.form().control("fraCommon", 0).caption(), "[1033:settings]");
     EXPECT_TRUE(boxes().empty());
@@ -159,7 +163,9 @@ TEST_F(RavikKT500Lifecycle, LanguageListWithoutTheSessionLanguageSelectsTheFirst
     services.languageDouble->ids = {1031, 9999};  // "1033" is not offered
     started();
     EXPECT_EQ(control->form().control("comSelectLanguage").listIndex(), 0);
-    EXPECT_EQ(control->m_objTools->Language, "1033");
+    // The language in force is the one the list shows, so texts can be found.
+    EXPECT_EQ(control->m_objTools->Language, "1031");
+    EXPECT_EQ(control->form().control("fraCommon", 0).caption(), "[1031:settings]");
 
     services.languageDouble->ids.clear();
     started();
