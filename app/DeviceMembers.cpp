@@ -51,6 +51,16 @@ const std::vector<Member>& members() {
         KT500_DEVICE_MEMBER(DeviceDate),         KT500_DEVICE_MEMBER(GetDeviceDate),
         KT500_DEVICE_MEMBER(SavedFrames),        KT500_DEVICE_MEMBER(MonitoringHeaders),
         KT500_DEVICE_MEMBER(CancelledGroups),    KT500_DEVICE_MEMBER(SmuiStopPressed),
+        KT500_DEVICE_MEMBER(ResetingFrame),
+        // The trend time spans as the class last wrote them.
+        Member{"LoadFactorTime", [](DeviceClass& d) { return d.trendTime("LoadFactorTime"); }},
+        Member{"TravelDeviationTime",
+               [](DeviceClass& d) { return d.trendTime("TravelDeviationTime"); }},
+        Member{"TravelVsTimeTime", [](DeviceClass& d) { return d.trendTime("TravelVsTimeTime"); }},
+        Member{"BreakawayPressureTime",
+               [](DeviceClass& d) { return d.trendTime("BreakawayPressureTime"); }},
+        Member{"LeakageSignalTime",
+               [](DeviceClass& d) { return d.trendTime("LeakageSignalTime"); }},
     };
     return table;
 }

@@ -35,6 +35,7 @@ const std::map<std::string, Arity, std::less<>>& commands() {
         {"messages", {1, 1}},     {"requests", {1, 1}},   {"tree", {1, 1}},      {"status", {1, 1}},
         {"confirmation", {1, 1}}, {"chart", {2, 3}},    {"file", {2, 2}},
         {"write", {3, 4}},        {"digest", {1, 1}},     {"list", {2, 2}},
+        {"rows", {2, 2}},
     };
     return table;
 }
@@ -462,6 +463,10 @@ void ScriptRunner::looking(const ScriptLine& line) {
             throw ScriptError(line.number, chart.displayName() + " is not a chart");
         }
         int last = -1;
+        if (line.words.size() == 3 && line.words[2] == "labels") {
+            PrintChartLabels(chart, m_out);
+            return;
+        }
         if (line.words.size() == 3) {
             const std::string& count = line.words[2];
             if (count.empty() || count.find_first_not_of("0123456789") != std::string::npos ||
@@ -471,9 +476,15 @@ void ScriptRunner::looking(const ScriptLine& line) {
             last = std::stoi(count);
         }
         PrintChart(chart, m_out, last);
+    } else if (name == "list") {
+        const form::Control& list = targets.control(line.words[1]);
+        if (list.kind() != form::ControlKind::ListView) {
+            throw ScriptError(line.number, list.displayName() + " is not a list view");
+        }
+        PrintListView(list, m_out);
     } else if (name == "file") {
         PrintFile(line.words[1], m_out);
-    } else if (name == "list") {
+    } else if (name == "rows") {
         const form::Control& listView = targets.control(line.words[1]);
         if (listView.kind() != form::ControlKind::ListView) {
             throw ScriptError(line.number, listView.displayName() + " is not a list view");

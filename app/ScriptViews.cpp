@@ -98,6 +98,27 @@ void PrintChart(const form::Control& chartControl, std::ostream& out, int intLas
     }
 }
 
+void PrintChartLabels(const form::Control& chartControl, std::ostream& out) {
+    const form::ChartModel& chart = chartControl.chart();
+    out << "labels:";
+    for (int point = 0; point < chart.points(); ++point) {
+        out << (point == 0 ? " " : " | ") << chart.pointLabel(point);
+    }
+    out << '\n';
+}
+
+void PrintListView(const form::Control& listView, std::ostream& out) {
+    const form::ListViewModel& rows = listView.listView();
+    const int columns = static_cast<int>(rows.columns().size());
+    for (int row = 1; row <= rows.count(); ++row) {
+        out << row << " | " << rows.row(row).text << " | " << rows.row(row).tag;
+        for (int column = 1; column < columns; ++column) {
+            out << " | " << rows.subItem(row, column);
+        }
+        out << '\n';
+    }
+}
+
 void PrintFile(const std::string& strPath, std::ostream& out) {
     std::ifstream in(strPath, std::ios::binary);
     if (!in) {

@@ -26,6 +26,10 @@ void PrintToolbar(const form::Control& toolbar, std::ostream& out);
 // a date-time chart's x the time of day. With intLast, first "points N",
 // then only the last intLast points of each subset.
 void PrintChart(const form::Control& chart, std::ostream& out, int intLast = -1);
+// "labels: L0 | L1 | ...": the point labels of a chart.
+void PrintChartLabels(const form::Control& chart, std::ostream& out);
+// Each row of a list view: "N | TEXT | TAG | SUBITEM1 | SUBITEM2 ...".
+void PrintListView(const form::Control& listView, std::ostream& out);
 
 // "| LINE" for each line of a text file; "no file PATH" when it cannot be read.
 void PrintFile(const std::string& strPath, std::ostream& out);

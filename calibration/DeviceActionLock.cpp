@@ -54,7 +54,7 @@ void DeviceActionLock::EnableDeviceActions(bool blValue) {
     setEnabled("cmdStartTest", {0, 1}, blTestRuns || blTests);
     setEnabled("cmdPLSetTestSettings", {0, 1}, blPLTests);
     setEnabled("cmdPLStartTest", {0, 1}, blPLTests);
-    setEnabled("cmdResetDiagnostics", {0, 1, 2, 3},
+    setEnabled("cmdResetDiagnostics", {0, 1, 2, 3, 4},
                blValue && data::Allows(tools, data::Right::ResetDiagnostics));
     const bool blCalibrations = blValue && data::Allows(tools, data::Right::Calibration);
     for (const char* name : CalibrationStarts) {

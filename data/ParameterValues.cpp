@@ -243,6 +243,22 @@ void ParameterValues::FillDateFields() {
     }
 }
 
+void ParameterValues::ApplyHistoryValue(const std::string& strGroup, xml::Node parameter) {
+    if (strGroup == "breakawayPressureTrend") {
+        m_control.AddBreakawayPressureValuePair(parameter, true);
+    } else if (strGroup == "leakageSignalTrend") {
+        m_control.AddLeakageSignalValuePair(parameter, true);
+    } else if (strGroup == "loadFactorTrend" || strGroup == "loadFactor") {
+        m_control.AddLoadFactorValuePair(parameter, true);
+    } else if (strGroup == "travelDeviation") {
+        m_control.AddTravelDeviationValuePair(parameter, true);
+    } else if (strGroup == "travelVsTime") {
+        m_control.AddTravelVsTimeValuePair(parameter, true);
+    } else if (strGroup == "eventLog") {
+        m_control.deviceClass().AddEventLogFromDataFile(parameter, true);
+    }
+}
+
 void ParameterValues::ApplyInitialValues() {
     const xml::Document* guiInit = m_control.tools().RavikDTMParameters();
     const xml::Document* dataFile = m_control.xmlDataFile();
@@ -276,11 +292,12 @@ void ParameterValues::ApplyInitialValues() {
             if (!value.empty()) {
                 allValuesEmpty = false;
             }
-            // The histories ("breakawayPressureTrend", "leakageSignalTrend",
-            // "loadFactorTrend", "travelDeviation", "loadFactor",
-            // "travelVsTime") and the event log ("eventLog") fill their own
-            // lists; those lists come with the trend and event log pages.
-            if (!IsHistoryGroup(page) && (!value.empty() || type == "stringVal")) {
+            // The histories and the event log fill their own lists.
+            if (IsHistoryGroup(page)) {
+                if (!value.empty() || type == "stringVal") {
+                    ApplyHistoryValue(page, parameter);
+                }
+            } else if (!value.empty() || type == "stringVal") {
                 m_control.SetItemValueToGUI({}, name, value, parameter.attribute("unit"),
                                             synchronised);
             }

@@ -33,6 +33,9 @@ public:
     void FillDateFields();
     // Puts the document's values onto the pages and derives the tree icons.
     void ApplyInitialValues();
+    // One parameter of a history or event log group of the document, to
+    // its trend or list (the Add* members with blInitialize True).
+    void ApplyHistoryValue(const std::string& strGroup, xml::Node parameter);
     // One value onto its page: from an item node of a reply, or with
     // strOfflineName given, from the offline arguments.
     void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,

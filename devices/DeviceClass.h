@@ -11,6 +11,7 @@
 #include "devices/PageTable.h"
 #include "devices/SeparatedList.h"
 #include "devices/TestCurve.h"
+#include "devices/TrendCurve.h"
 #include "xml/Document.h"
 
 #include <cstdint>
@@ -158,9 +159,30 @@ public:
     virtual void Reply(xml::Document& /*xmlDoc*/) { missing("Reply"); }
     // A monitoring reply into labels, a log line and a graph string.
     virtual void ArrangeValues() { missing("ArrangeValues"); }
+    // After the write reply of a reset group: the reset boxes back to 0.
     virtual void ClearResetDiagnostics() { missing("ClearResetDiagnostics"); }
+    // One event log item of a data file (blInit True: the value is the
+    // attribute "value") or of an offline reply (the node's text).
     virtual void AddEventLogFromDataFile(xml::Node /*xmlNode*/, bool /*blInit*/) {
         missing("AddEventLogFromDataFile");
+    }
+
+    // --- Trends: a finished history array turned into its chart's axis
+    // (devices/TrendAxis.cpp); each ends at the control's Update*Graph. ---
+    virtual void FormatLoadFactorXValues(TrendCurve& /*arrCurve*/) {
+        missing("FormatLoadFactorXValues");
+    }
+    virtual void FormatDeviationXValues(TrendCurve& /*arrCurve*/) {
+        missing("FormatDeviationXValues");
+    }
+    virtual void FormatTravelVsTimeXValues(TrendCurve& /*arrCurve*/) {
+        missing("FormatTravelVsTimeXValues");
+    }
+    virtual void FormatBreakawayPressureXValues(TrendCurve& /*arrCurve*/) {
+        missing("FormatBreakawayPressureXValues");
+    }
+    virtual void FormatLeakageSignalXValues(TrendCurve& /*arrCurve*/) {
+        missing("FormatLeakageSignalXValues");
     }
     // The header line of the monitoring log file.
     [[nodiscard]] virtual std::string MonitorLogHeaders() { missing("MonitorLogHeaders"); }
@@ -282,6 +304,19 @@ protected:
         return false;
     }
     void setTrendTime(std::string_view strProperty, std::string strText);
+    // Row 1, entries 0 to 19, becomes a running time axis from the age of
+    // the oldest point towards 0; the span goes to strTimeProperty.
+    void runningTimeAxis(TrendCurve& arrCurve, std::string_view strTimeProperty);
+    // Row 1, entries 0 to 19, rounded through their text with one decimal.
+    static void roundTimeRow(TrendCurve& arrCurve);
+    // Whether row 0 still holds an empty slot (-1.0) of the safety valve
+    // controller's trends.
+    [[nodiscard]] static bool holdsEmptySlot(const TrendCurve& arrCurve);
+    // The event log items of a data file or an offline reply, on every
+    // class; blWithCount takes "eventLogCount" too.
+    void eventLogItem(xml::Node xmlNode, bool blInit, bool blWithCount);
+    // Sets the reset boxes of an array, elements intFirst to intLast, to 0.
+    void clearResetBoxes(std::string_view strArray, int intFirst, int intLast) const;
     // A number of a page or item text, 0 when the text is blank.
     [[nodiscard]] static float limitOf(const std::string& strValue);
     // An item's value as a limit (FetchValueByTag), 0 when empty.

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "devices/TestCurve.h"
+#include "devices/TrendCurve.h"
 #include "form/Form.h"
 #include "session/clsTools.h"
 #include "services/IDtmControl.h"
@@ -127,6 +128,21 @@ public:
     virtual void AddValveTestValuePair(xml::Node item, bool blInitialize = false) = 0;
     virtual void AddPneumaticsTestValuePair(xml::Node item, bool blInitialize = false) = 0;
     virtual void EnableTestKeyFigures(bool blValue) = 0;
+    // The trend charts from a finished array (the end of Format*XValues);
+    // the safety valve controller's two pressure and signal trends refill
+    // row 0 of their array with -1.0 after drawing.
+    virtual void UpdateLoadFactorGraph(devices::TrendCurve& arrCurve) = 0;
+    virtual void UpdateDeviationGraph(devices::TrendCurve& arrCurve) = 0;
+    virtual void UpdateTravelVsTimeGraph(devices::TrendCurve& arrCurve) = 0;
+    virtual void UpdateBreakawayPressureGraph(devices::TrendCurve& arrCurve) = 0;
+    virtual void UpdateLeakageSignalGraph(devices::TrendCurve& arrCurve) = 0;
+    // One row of the family's event log list (rows from 1): the event's
+    // translation with its key in the tag, the count, the time in sub-item
+    // intSubItem; empty arguments leave the row's text as it is.
+    virtual void AddEventLogEvent(const std::string& strEvent, const std::string& strCount,
+                                  const std::string& strTime, std::int16_t intIndex,
+                                  std::int16_t intSubItem) = 0;
+    virtual void ClearEventLog(std::int16_t intIndex) = 0;
     // Empties the safety valve controller's target mode in the data set and
     // on its page, once the device has taken it.
     virtual void ResetTargetMode() = 0;

@@ -73,6 +73,13 @@ public:
     static constexpr std::string_view InputSignalVsTravelChart = "pesgoInputSignalVsTravel";
     bool UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) override;
 
+    // Trends and event log (devices/KT520Trends.cpp).
+    void FormatLoadFactorXValues(TrendCurve& arrCurve) override;
+    void FormatDeviationXValues(TrendCurve& arrCurve) override;
+    void FormatTravelVsTimeXValues(TrendCurve& arrCurve) override;
+    void AddEventLogFromDataFile(xml::Node xmlNode, bool blInit) override;
+    void ClearResetDiagnostics() override;
+
     std::string FormatValues(const std::string& strId, const std::string& strNewValue,
                              const std::string& strAccess) override;
     [[nodiscard]] const DateFields* deviceDateFields() const override;

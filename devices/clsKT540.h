@@ -61,6 +61,12 @@ public:
     }
     void ClearFlowModificationTable() override { clearFlowPoints("txtPAFlowModification"); }
 
+    // Trends and event log (devices/KT540Trends.cpp).
+    void FormatLoadFactorXValues(TrendCurve& arrCurve) override;
+    void FormatDeviationXValues(TrendCurve& arrCurve) override;
+    void FormatTravelVsTimeXValues(TrendCurve& arrCurve) override;
+    void AddEventLogFromDataFile(xml::Node xmlNode, bool blInit) override;
+    void ClearResetDiagnostics() override;
     void Reply(xml::Document& xmlDoc) override;
     // A "deviceStatus" reply: the status tree and the header; the item
     // "positioningValue" decides whether the deviation alert shows.

@@ -21,6 +21,19 @@ public:
     static constexpr PageElement TargetModeList{"comPLParams", 3};
     static constexpr PageElement ActualModeList{"comPLActualMode", -1};
     static constexpr PageElement MonitoringState{"lblPLParams", 11};
+    // The reset boxes of chkPLParams: the statistics page's set, then the
+    // alarms page's set, which runs to element 15 around the monitoring
+    // page's two switches (elements 9 and 10).
+    struct BoxRange {
+        int first;
+        int last;
+    };
+    static constexpr BoxRange StatisticsResetBoxes{0, 5};
+    static constexpr BoxRange AlarmResetBoxes{6, 15};
+    [[nodiscard]] static constexpr bool IsAlarmResetBox(int intIndex) {
+        return intIndex >= AlarmResetBoxes.first && intIndex <= AlarmResetBoxes.last &&
+               intIndex != 9 && intIndex != 10;
+    }
 
     [[nodiscard]] std::string ImagePrefix() const override { return "imgPL"; }
     [[nodiscard]] std::string DevicePrefix() const override { return "PL"; }
@@ -77,6 +90,12 @@ public:
     }
 
     void Reply(xml::Document& xmlDoc) override;
+    // Trends and event log (devices/PL500Trends.cpp).
+    void FormatLoadFactorXValues(TrendCurve& arrCurve) override;
+    void FormatBreakawayPressureXValues(TrendCurve& arrCurve) override;
+    void FormatLeakageSignalXValues(TrendCurve& arrCurve) override;
+    void AddEventLogFromDataFile(xml::Node xmlNode, bool blInit) override;
+    void ClearResetDiagnostics() override;
     // The leakage measurement switch (comPLParams element 17) took an entry
     // from the user: 0 off, 1 on.
     void LeakageSwitchChanged(int intListIndex);

@@ -66,6 +66,8 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
                          [this] { m_dataFiles.LoadValuesFromFile(); });
     m_filePage.setAction(presentation::OpenFileType::Export,
                          [this] { m_dataFiles.CreateSaveXml(); });
+    m_trends.addHandlers(m_handlers);
+    m_eventLog.addHandlers(m_handlers);
     m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
                          [this] { m_monitoring.StartMonitorLog(); });
     m_navigation.setPageChangeHandler([this](const std::string& strKey) {

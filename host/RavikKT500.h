@@ -32,8 +32,10 @@
 #include "host/SessionData.h"
 #include "session/clsTools.h"
 #include "session/modRegistry.h"
+#include "monitoring/EventLog.h"
 #include "monitoring/Monitoring.h"
 #include "performance/Tests.h"
+#include "monitoring/Trends.h"
 #include "presentation/Captions.h"
 #include "presentation/FileDialog.h"
 #include "presentation/Graphs.h"
@@ -197,8 +199,7 @@ public:
     void UpdateGroupTimeStamp(const std::string& strGroup) override {
         m_values.UpdateGroupTimeStamp(strGroup);
     }
-    // The trend charts' limits come with the trends.
-    void UpdateLimits() override { throw devices::MemberMissing("UpdateLimits"); }
+    void UpdateLimits() override { m_trends.UpdateLimits(); }
     void CalibrationValueSet(bool blOk) override { m_calibrations.CalibrationValueSet(blOk); }
     void BuildStatusTree() override { m_statusTree.BuildStatusTree(); }
     void UpdateStatusTree(const std::vector<xml::Node>& xmlStatusList, xml::Node xmlItem) override {
@@ -207,14 +208,14 @@ public:
     void UpdateStatusParentNodes() override { m_statusTree.UpdateStatusParentNodes(); }
     void UpdateHeaderStatus() override { m_statusTree.UpdateHeaderStatus(); }
     void UnKnownStatus() override { m_statusTree.UnKnownStatus(); }
-    void AddTravelDeviationValuePair(xml::Node /*item*/, bool /*blInit*/) override {
-        throw devices::MemberMissing("AddTravelDeviationValuePair");
+    void AddTravelDeviationValuePair(xml::Node item, bool blInit) override {
+        m_trends.AddTravelDeviationValuePair(item, blInit);
     }
-    void AddLoadFactorValuePair(xml::Node /*item*/, bool /*blInit*/) override {
-        throw devices::MemberMissing("AddLoadFactorValuePair");
+    void AddLoadFactorValuePair(xml::Node item, bool blInit) override {
+        m_trends.AddLoadFactorValuePair(item, blInit);
     }
-    void AddTravelVsTimeValuePair(xml::Node /*item*/, bool /*blInit*/) override {
-        throw devices::MemberMissing("AddTravelVsTimeValuePair");
+    void AddTravelVsTimeValuePair(xml::Node item, bool blInit) override {
+        m_trends.AddTravelVsTimeValuePair(item, blInit);
     }
     void AddStepTestValuePair(xml::Node item) override {
         m_tests.results().AddStepTestValuePair(item);
@@ -234,14 +235,14 @@ public:
     void UpdatePneumaticsTestGraph(devices::TestCurve& arrCurve) override {
         m_tests.results().UpdatePneumaticsTestGraph(arrCurve);
     }
-    void FillEventLog(const std::vector<xml::Node>& /*items*/) override {
-        throw devices::MemberMissing("FillEventLog");
+    void FillEventLog(const std::vector<xml::Node>& items) override {
+        m_eventLog.FillEventLog(items);
     }
-    void AddBreakawayPressureValuePair(xml::Node /*item*/, bool /*blInit*/) override {
-        throw devices::MemberMissing("AddBreakawayPressureValuePair");
+    void AddBreakawayPressureValuePair(xml::Node item, bool blInit) override {
+        m_trends.AddBreakawayPressureValuePair(item, blInit);
     }
-    void AddLeakageSignalValuePair(xml::Node /*item*/, bool /*blInit*/) override {
-        throw devices::MemberMissing("AddLeakageSignalValuePair");
+    void AddLeakageSignalValuePair(xml::Node item, bool blInit) override {
+        m_trends.AddLeakageSignalValuePair(item, blInit);
     }
     void AddValveTestValuePair(xml::Node item, bool blInitialize = false) override {
         m_tests.results().AddValveTestValuePair(item, blInitialize);
@@ -250,6 +251,29 @@ public:
         m_tests.results().AddPneumaticsTestValuePair(item, blInitialize);
     }
     void EnableTestKeyFigures(bool blValue) override;
+    void UpdateLoadFactorGraph(devices::TrendCurve& arrCurve) override {
+        m_trends.UpdateLoadFactorGraph(arrCurve);
+    }
+    void UpdateDeviationGraph(devices::TrendCurve& arrCurve) override {
+        m_trends.UpdateDeviationGraph(arrCurve);
+    }
+    void UpdateTravelVsTimeGraph(devices::TrendCurve& arrCurve) override {
+        m_trends.UpdateTravelVsTimeGraph(arrCurve);
+    }
+    void UpdateBreakawayPressureGraph(devices::TrendCurve& arrCurve) override {
+        m_trends.UpdateBreakawayPressureGraph(arrCurve);
+    }
+    void UpdateLeakageSignalGraph(devices::TrendCurve& arrCurve) override {
+        m_trends.UpdateLeakageSignalGraph(arrCurve);
+    }
+    void AddEventLogEvent(const std::string& strEvent, const std::string& strCount,
+                          const std::string& strTime, std::int16_t intIndex,
+                          std::int16_t intSubItem) override {
+        m_eventLog.AddEventLogEvent(strEvent, strCount, strTime, intIndex, intSubItem);
+    }
+    void ClearEventLog(std::int16_t intIndex) override { m_eventLog.ClearEventLog(intIndex); }
+    // The trends and the event log.
+    [[nodiscard]] monitoring::Trends& trends() noexcept { return m_trends; }
     void ResetTargetMode() override;
     void UpdateFlowModificationGraph(int intSubset) override {
         m_flow.UpdateFlowModificationGraph(intSubset);
@@ -385,6 +409,8 @@ private:
     presentation::FilePage m_filePage{*this};
     presentation::Graphs m_graphs{*this};
     monitoring::Monitoring m_monitoring{*this, m_graphs, m_platform.clock};
+    monitoring::Trends m_trends{*this};
+    monitoring::EventLog m_eventLog{*this};
     std::string m_connectionParameter;
     std::string m_secondText;
     std::string m_sessionData;  // as OpenConnection delivered it

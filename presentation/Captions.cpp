@@ -56,6 +56,7 @@ void Captions::TranslateForm() {
     TranslateColumns("lsvEventLog");
     TranslateColumns("lsvConfirmation");
     TranslateColumns("lsvCompare");
+    TranslateEventLogRows();
     TranslateToolbar();
     TranslateStatusItems();
     TranslateControls();
@@ -68,16 +69,32 @@ void Captions::TranslateForm() {
 }
 
 void Captions::TranslateColumns(const char* strListView) {
-    form::Control* list = m_control.form().find(strListView);
-    if (list == nullptr) {
-        return;
+    std::vector<form::Control*> lists = m_control.form().elements(strListView);
+    if (lists.empty()) {
+        if (form::Control* single = m_control.form().find(strListView)) {
+            lists.push_back(single);
+        }
     }
-    form::ListViewModel& rows = list->listView();
-    const std::vector<form::ListColumn>& columns = rows.columns();
-    for (std::size_t column = 0; column < columns.size(); ++column) {
-        if (!columns[column].captionKey.empty()) {
-            rows.setColumnText(static_cast<int>(column) + 1,
-                               m_control.Translate(columns[column].captionKey));
+    for (form::Control* list : lists) {
+        form::ListViewModel& rows = list->listView();
+        const std::vector<form::ListColumn>& columns = rows.columns();
+        for (std::size_t column = 0; column < columns.size(); ++column) {
+            if (!columns[column].captionKey.empty()) {
+                rows.setColumnText(static_cast<int>(column) + 1,
+                                   m_control.Translate(columns[column].captionKey));
+            }
+        }
+    }
+}
+
+void Captions::TranslateEventLogRows() {
+    // A row keeps its untranslated event in the tag.
+    for (form::Control* list : m_control.form().elements("lsvEventLog")) {
+        form::ListViewModel& rows = list->listView();
+        for (int row = 1; row <= rows.count(); ++row) {
+            if (!rows.row(row).tag.empty()) {
+                rows.setText(row, m_control.Translate(rows.row(row).tag));
+            }
         }
     }
 }

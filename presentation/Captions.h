@@ -48,6 +48,8 @@ public:
 
 private:
     void TranslateColumns(const char* strListView);
+    // The event log rows of every family in the language, from their tags.
+    void TranslateEventLogRows();
     void TranslateToolbar();
     // The session's status texts of the toolbar, which have no key of their
     // own: the connection and the header status.

@@ -2,6 +2,8 @@
 #include "services/IQDLGuiEvent.h"
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/EventLog.h"
+
 #include <stdexcept>
 
 namespace kt500::simulator {
@@ -50,6 +52,25 @@ std::optional<std::string> SimulatedControl::deviceValue(const std::string& para
 void SimulatedControl::pushStatus(const std::string& item, const std::string& value) {
     DeviceState& state = device();
     state.setStatus(item, value);
+    // A status that comes on is an event of the device's log: the event of
+    // its own where the log has one, else an alarm.
+    if (value != "0" && !value.empty()) {
+        static constexpr std::pair<std::string_view, std::string_view> kEvents[] = {
+            {"statusTravelDeviation", "eventTravelDeviation"},
+            {"statusSupplyPressureLow", "eventSupplyPressureLow"},
+            {"statusLoopCurrentLow", "eventLoopCurrentLow"},
+            {"statusSimulationActive", "eventSimulationActive"},
+            {"statusFailSafeActive", "eventFailSafeActive"},
+            {"statusTripActive", "eventTrip"},
+        };
+        std::string event = "eventAlarm";
+        for (const auto& [status, logged] : kEvents) {
+            if (status == item) {
+                event = logged;
+            }
+        }
+        EventLog::Record(state, event, sessionHours());
+    }
     sendNow(statusReply({{"", item, "", value}}, false), Events);
 }
 

@@ -3,6 +3,7 @@
 #include "services/IQDLGuiEvent.h"
 #include "simulator/SimulatedControl.h"
 
+#include "simulator/DiagnosticsReset.h"
 #include "simulator/EventLog.h"
 
 #include <algorithm>
@@ -103,6 +104,11 @@ std::vector<MessageItem> SimulatedControl::unknownItems(const CommunicationReque
 }
 
 void SimulatedControl::answerRead(const CommunicationRequest& request, const GroupInfo& group) {
+    // A trend holds the samples the device took since its last reading.
+    if (m_dynamics && TrendHistory::Keeps(request.name)) {
+        m_dynamics->advanceTo(m_clock->now());
+        m_trendHistory.catchUp(*m_device, m_dynamics->valve(), request.name, sessionHours());
+    }
     std::vector<MessageItem> items;
     for (const MessageItem& asked : request.items) {
         if (m_device->parameter(asked.name) != nullptr) {
@@ -184,7 +190,9 @@ void SimulatedControl::answerWrite(const CommunicationRequest& request) {
         reply.items.push_back(m_device->item(name));
     }
     m_dynamics->advanceTo(m_clock->now());
-    if (m_dynamics->calibrate(request.name, *m_device)) {
+    if (DiagnosticsReset::Apply(*m_device, request.name, sessionHours())) {
+        // The reset notes itself in the device's log.
+    } else if (m_dynamics->calibrate(request.name, *m_device)) {
         EventLog::Record(*m_device, "eventCalibration", sessionHours());
     } else if (!accepted.empty()) {
         EventLog::Record(*m_device, "eventConfigurationChanged", sessionHours());

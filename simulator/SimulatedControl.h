@@ -16,6 +16,7 @@
 #include "simulator/CommunicationMessages.h"
 #include "simulator/DeviceCatalogue.h"
 #include "simulator/DeviceDynamics.h"
+#include "simulator/TrendHistory.h"
 #include "simulator/DeviceState.h"
 #include "simulator/SessionOptions.h"
 #include "simulator/VirtualClock.h"
@@ -179,6 +180,7 @@ private:
     std::optional<xml::Document> m_parameters;
     std::optional<DeviceState> m_device;
     std::optional<DeviceDynamics> m_dynamics;
+    TrendHistory m_trendHistory;
     DeviceTiming m_timing;
     services::IQDLGuiEvent* m_sink = nullptr;
     std::int32_t m_guiLanguage = 0;

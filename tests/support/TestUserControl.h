@@ -18,6 +18,8 @@
 #include "devices/IUserControl.h"
 #include "devices/StatusTree.h"
 #include "devices/Units.h"
+#include "monitoring/EventLog.h"
+#include "monitoring/Trends.h"
 #include "presentation/NavigationTree.h"
 #include "presentation/Toolbar.h"
 #include "services/IQDLGuiEvent.h"
@@ -245,6 +247,32 @@ public:
         record("EnableTestKeyFigures " + std::to_string(blValue));
     }
     void ResetTargetMode() override { record("ResetTargetMode"); }
+    void UpdateLoadFactorGraph(devices::TrendCurve& arrCurve) override {
+        record("UpdateLoadFactorGraph");
+        trends.UpdateLoadFactorGraph(arrCurve);
+    }
+    void UpdateDeviationGraph(devices::TrendCurve& arrCurve) override {
+        record("UpdateDeviationGraph");
+        trends.UpdateDeviationGraph(arrCurve);
+    }
+    void UpdateTravelVsTimeGraph(devices::TrendCurve& arrCurve) override {
+        record("UpdateTravelVsTimeGraph");
+        trends.UpdateTravelVsTimeGraph(arrCurve);
+    }
+    void UpdateBreakawayPressureGraph(devices::TrendCurve& arrCurve) override {
+        record("UpdateBreakawayPressureGraph");
+        trends.UpdateBreakawayPressureGraph(arrCurve);
+    }
+    void UpdateLeakageSignalGraph(devices::TrendCurve& arrCurve) override {
+        record("UpdateLeakageSignalGraph");
+        trends.UpdateLeakageSignalGraph(arrCurve);
+    }
+    void AddEventLogEvent(const std::string& strEvent, const std::string& strCount,
+                          const std::string& strTime, std::int16_t intIndex,
+                          std::int16_t intSubItem) override {
+        eventLog.AddEventLogEvent(strEvent, strCount, strTime, intIndex, intSubItem);
+    }
+    void ClearEventLog(std::int16_t intIndex) override { eventLog.ClearEventLog(intIndex); }
     void UpdateFlowModificationGraph(int intSubset) override {
         record("UpdateFlowModificationGraph " + std::to_string(intSubset));
     }
@@ -325,6 +353,10 @@ public:
     devices::StatusTree statusTree{*this};
     datasets::Confirmation confirmation{*this};
     datasets::Undo undo{*this};
+    // The trends and the event log; the Add* members above only record,
+    // the charts and the list are the real ones.
+    monitoring::Trends trends{*this};
+    monitoring::EventLog eventLog{*this};
 
 private:
     std::unique_ptr<form::Form> m_form;

@@ -86,8 +86,13 @@ TEST_F(KT520Reply, ResetNeedsMoreThanFiveCharacters) {
             EXPECT_EQ(icon(key), readNode == key ? "read" : "notRead") << name << " " << key;
         }
     }
-    // A written reset of the alarms clears the diagnostics.
-    expectMissing("ClearResetDiagnostics", [this] { reply("resetAlarms", "write", "ok", true); });
+    // A written reset clears the reset boxes; "reset" alone does not.
+    form::Control& box = kt.form().control("chkResetDiagnostics", 7);
+    box.setValue(1);
+    reply("reset", "write", "ok", true);
+    EXPECT_EQ(box.value(), 1.0);
+    reply("resetAlarms", "write", "ok", true);
+    EXPECT_EQ(box.value(), 0.0);
 }
 
 TEST_F(KT520Reply, ProgressAdvancesPerWrittenItemOrOncePerRead) {
