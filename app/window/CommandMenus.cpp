@@ -44,6 +44,7 @@ CommandMenus::CommandMenus(QMenuBar& bar, FormView& view, const FrameTexts& text
     device->addSeparator();
     addToolbarCommand(*device, "send", {});
     addToolbarCommand(*device, "offlineConf", {});
+    addToolbarCommand(*device, "compare", {});
     device->addSeparator();
     addToolbarCommand(*device, "undoCurrentPage", QKeySequence(Qt::CTRL | Qt::Key_Z));
     addToolbarCommand(*device, "undoAll", {});
