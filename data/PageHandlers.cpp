@@ -56,9 +56,6 @@ constexpr std::array<PageInstance, 26> kPages{{
     {"comPLParams", {"txtPLParams", ""}, {"imgPLChanged", ""}},
 }};
 
-// The text box whose year element holds the device date.
-constexpr std::string_view kDateTextBox = "txtHAOperationUnit";
-
 bool OnForm(const form::Form& form, std::string_view strName) {
     return !strName.empty() && form.findArray(strName) != nullptr;
 }
@@ -93,10 +90,12 @@ void PageHandlers::addHandlers(form::EventHandlers& handlers) {
             handlers.add(textBox, EventKind::Change, [this, marks](form::FormEvent& event) {
                 TextBox_Change(*event.control, marks);
             });
-            const bool dateField = textBox == kDateTextBox;
-            handlers.add(textBox, EventKind::LostFocus, [this, dateField](form::FormEvent& event) {
+            // The year box of a family that splits the device date into
+            // day, month and year is checked as a whole date.
+            handlers.add(textBox, EventKind::LostFocus, [this](form::FormEvent& event) {
                 TextBox_LostFocus(*event.control,
-                                  dateField && event.control->tag() == "deviceDate");
+                                  event.control->tag() == "deviceDate" &&
+                                      m_control.deviceClass().deviceDateFields() != nullptr);
             });
         }
     }

@@ -171,6 +171,14 @@ std::string RandomActions::validValue(const std::string& tag) {
         }
         return text.substr(0, static_cast<std::size_t>(length));
     }
+    if (devices::IsSerialNumber(tag)) {
+        // A page shows and takes a serial number only as "yyyy-ww-nnnn".
+        const double low = lowLimit.value_or(0.0);
+        const double high = highLimit.value_or(low + 100000.0);
+        const auto packed = static_cast<std::int32_t>(
+            low + (high - low) * std::uniform_real_distribution<double>(0.1, 0.9)(m_random));
+        return devices::DecodeSerNro(packed);
+    }
     const std::string decimalsText = parameter.attribute("decimals");
     const int decimals = decimalsText.empty() ? 0 : std::stoi(decimalsText);
     const double low = lowLimit.value_or(0.0);
@@ -283,6 +291,8 @@ bool RandomActions::build(const std::string& kind, Step& step) {
             return false;
         }
         step.lines.push_back("select " + field.reference + " #" + std::to_string(below(count)));
+        // A new target mode of the PROFIBUS positioner asks before it goes out.
+        step.allowedHeaders.insert(control.Translate("targetMode"));
     } else if (kind == "row") {
         const int count = rows.listView().count();
         if (count == 0) {
@@ -292,6 +302,9 @@ bool RandomActions::build(const std::string& kind, Step& step) {
                              (below(2) == 0 ? " on" : " off"));
     } else if (kind == "send") {
         step.lines.emplace_back("toolbar send");
+        // A page of a ticked row that still holds a refused (red) value
+        // stops the send with the value check naming that field.
+        step.allowedHeaders.insert(control.Translate("valueCheck"));
         // With no ticked row the send button takes no click and asks nothing.
         if (!online && rows.listView().checkedCount() > 0) {
             step.lines.emplace_back(below(4) == 0 ? "answer no" : "answer yes");
