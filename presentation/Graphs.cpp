@@ -148,6 +148,24 @@ void Graphs::PlaceAllCharts() {
         BuildChart(*chart, row.builder, points);
         PlaceChart(*chart, frame, row.top, row.left, row.heightMargin, row.widthMargin);
     }
+    ShowOneFlowChart();
+}
+
+void Graphs::ShowOneFlowChart() {
+    // The flow page's two charts share one place; every set-up ends by
+    // showing its chart, so the page's check box decides again which one
+    // the user sees: the flow curves when checked (or with no check box),
+    // else the input signal.
+    form::Form& form = m_control.form();
+    const form::Control* check = form.find("chkFlowModification");
+    form::Control* flowChart = form.find(SetupOf(ChartBuilder::FlowModification).name);
+    form::Control* inputChart = form.find(SetupOf(ChartBuilder::InputSignalVsTravel).name);
+    if (flowChart == nullptr || inputChart == nullptr) {
+        return;
+    }
+    const bool blFlowCurves = check == nullptr || check->value() == 1;
+    flowChart->setVisible(blFlowCurves);
+    inputChart->setVisible(!blFlowCurves);
 }
 
 void Graphs::applyCommon(ChartModel& chart) {

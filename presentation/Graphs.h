@@ -48,6 +48,8 @@ public:
     // Once per session: creates (or takes from the form) every chart of the
     // device type's placement table, builds and places it.
     void PlaceAllCharts();
+    // Shows the one of the flow page's two charts that its check box asks for.
+    void ShowOneFlowChart();
     // The names of the charts PlaceAllCharts created, in creation order.
     [[nodiscard]] const std::vector<std::string>& sessionCharts() const noexcept {
         return m_created;

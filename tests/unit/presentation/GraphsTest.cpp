@@ -49,6 +49,11 @@ TEST_P(GraphsTest, EveryChartOfTheTableSitsInItsFrameWithTheMarginsOfItsRow) {
             EXPECT_EQ(chart.chart().axis(ChartAxisId::X).label, uc.Translate(std::string(setup.xAxisKey)));
         }
     }
+    // The flow page's two charts share their place: the flow curves show.
+    if (const form::Control* flow = uc.form().find("pegoFlowModification")) {
+        EXPECT_TRUE(flow->visible());
+        EXPECT_FALSE(uc.form().control("pesgoInputSignalVsTravel").visible());
+    }
     // Only the charts the session created go at its end; a chart of the
     // form stays.
     graphs.RemoveDeviceCharts();
