@@ -54,6 +54,23 @@ void Redraw(form::ChartModel& chart) {
     chart.setOption("PEactions", 3);
 }
 
+// Draws the curve's samples (x, y) as subset 0 of the named chart, over as
+// many points as both hold; the chart, or nullptr when the form has none.
+form::ChartModel* DrawCurve(form::Form& form, std::string_view strChart,
+                            devices::TestCurve& arrCurve) {
+    form::Control* control = form.find(strChart);
+    if (control == nullptr) {
+        return nullptr;
+    }
+    form::ChartModel& chart = control->chart();
+    for (int point = 0; point < chart.points() && point < devices::TestSamples; ++point) {
+        auto& sample = arrCurve[static_cast<std::size_t>(point)];
+        chart.setX(0, point, Drawable(sample[0]));
+        chart.setY(0, point, Drawable(sample[1]));
+    }
+    return &chart;
+}
+
 }  // namespace
 
 float TestResults::ItemValue(const std::string& strText) {
@@ -123,15 +140,8 @@ void TestResults::UpdateStepTestGraph(devices::TestCurve& arrCurve) {
             m_control.deviceClass().SetStepTestPerformanceValues(
                 figures->deadTime, figures->settling63, figures->settling98);
         }
-        if (form::Control* control = m_control.form().find("pesgoStepTest")) {
-            form::ChartModel& chart = control->chart();
-            for (int point = 0; point < chart.points() && point < devices::TestSamples; ++point) {
-                auto& sample = arrCurve[static_cast<std::size_t>(point)];
-                const float time = Drawable(sample[0]);
-                chart.setY(0, point, Drawable(sample[1]));
-                chart.setX(0, point, time);
-            }
-            Redraw(chart);
+        if (form::ChartModel* chart = DrawCurve(m_control.form(), "pesgoStepTest", arrCurve)) {
+            Redraw(*chart);
         }
         ResultsRead("stepTestValues");
     } catch (const std::exception& failure) {
@@ -141,14 +151,9 @@ void TestResults::UpdateStepTestGraph(devices::TestCurve& arrCurve) {
 
 void TestResults::UpdateHysteresisTestGraph(devices::TestCurve& arrCurve) {
     try {
-        if (form::Control* control = m_control.form().find("pesgoHysteresisTest")) {
-            form::ChartModel& chart = control->chart();
-            for (int point = 0; point < chart.points() && point < devices::TestSamples; ++point) {
-                auto& sample = arrCurve[static_cast<std::size_t>(point)];
-                chart.setX(0, point, Drawable(sample[0]));
-                chart.setY(0, point, Drawable(sample[1]));
-            }
-            Redraw(chart);
+        if (form::ChartModel* chart =
+                DrawCurve(m_control.form(), "pesgoHysteresisTest", arrCurve)) {
+            Redraw(*chart);
         }
         ResultsRead("hysteresisTestValues");
     } catch (const std::exception& failure) {
@@ -227,22 +232,19 @@ void TestResults::UpdateValveTestGraph(devices::TestCurve& arrCurve) {
         };
         const float high = limit(device.BreakawayPressureLimit1(), "breakawayPressureLimitHigh");
         const float low = limit(device.BreakawayPressureLimit2(), "breakawayPressureLimitLow");
-        if (form::Control* control = m_control.form().find("pesgoValveTest")) {
-            form::ChartModel& chart = control->chart();
-            for (int point = 0; point < chart.points() && point < devices::TestSamples; ++point) {
-                auto& sample = arrCurve[static_cast<std::size_t>(point)];
-                const float position = Drawable(sample[0]);
-                chart.setY(0, point, Drawable(sample[1]));
-                chart.setX(0, point, position);
-                if (chart.subsets() > 2) {
-                    chart.setY(1, point, high);
-                    chart.setX(1, point, position);
-                    chart.setY(2, point, low);
-                    chart.setX(2, point, position);
-                }
+        if (form::ChartModel* chart = DrawCurve(m_control.form(), "pesgoValveTest", arrCurve)) {
+            // The two limits as level lines over the curve's positions.
+            for (int point = 0; point < chart->points() && chart->subsets() > 2 &&
+                                point < devices::TestSamples;
+                 ++point) {
+                const double position = chart->x(0, point);
+                chart->setY(1, point, high);
+                chart->setX(1, point, position);
+                chart->setY(2, point, low);
+                chart->setX(2, point, position);
             }
-            chart.setOption("VertLineAnnotation", chart.option("ManualMaxX", 100.0));
-            Redraw(chart);
+            chart->setOption("VertLineAnnotation", chart->option("ManualMaxX", 100.0));
+            Redraw(*chart);
         }
         ResultsRead("valveTest");
     } catch (const std::exception& failure) {
@@ -252,15 +254,9 @@ void TestResults::UpdateValveTestGraph(devices::TestCurve& arrCurve) {
 
 void TestResults::UpdatePneumaticsTestGraph(devices::TestCurve& arrCurve) {
     try {
-        if (form::Control* control = m_control.form().find("pesgoPneumaticsTest")) {
-            form::ChartModel& chart = control->chart();
-            for (int point = 0; point < chart.points() && point < devices::TestSamples; ++point) {
-                auto& sample = arrCurve[static_cast<std::size_t>(point)];
-                const float position = Drawable(sample[0]);
-                chart.setY(0, point, Drawable(sample[1]));
-                chart.setX(0, point, position);
-            }
-            Redraw(chart);
+        if (form::ChartModel* chart =
+                DrawCurve(m_control.form(), "pesgoPneumaticsTest", arrCurve)) {
+            Redraw(*chart);
         }
         ResultsRead("pneumaticsTest");
     } catch (const std::exception& failure) {
