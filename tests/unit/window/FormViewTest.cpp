@@ -15,6 +15,8 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include "CaptionClipped.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
@@ -25,23 +27,6 @@ namespace kt500::window {
 namespace {
 
 using form::ControlKind;
-
-// Whether the widget's caption is cut off: a one-line label or a button
-// narrower than its text, a frame narrower than its title.
-bool Clipped(const QWidget& widget) {
-    const QFontMetrics metrics = widget.fontMetrics();
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-        return !label->wordWrap() && !label->text().isEmpty() &&
-               metrics.horizontalAdvance(label->text()) > label->contentsRect().width();
-    }
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-        return !button->text().isEmpty() && button->sizeHint().width() > button->width();
-    }
-    if (const auto* frame = qobject_cast<const QGroupBox*>(&widget)) {
-        return metrics.horizontalAdvance(frame->title()) > frame->width();
-    }
-    return false;
-}
 
 class FormViewTest : public ::testing::Test {
 protected:

@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include "CaptionClipped.h"
+
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -27,22 +29,6 @@
 
 namespace kt500::window {
 namespace {
-
-// Whether the widget's caption is cut off.
-bool Clipped(const QWidget& widget) {
-    const QFontMetrics metrics = widget.fontMetrics();
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-        return !label->wordWrap() && !label->text().isEmpty() &&
-               metrics.horizontalAdvance(label->text()) > label->contentsRect().width();
-    }
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-        return !button->text().isEmpty() && button->sizeHint().width() > button->width();
-    }
-    if (const auto* frame = qobject_cast<const QGroupBox*>(&widget)) {
-        return metrics.horizontalAdvance(frame->title()) > frame->width();
-    }
-    return false;
-}
 
 struct Screen {
     QSize size;
