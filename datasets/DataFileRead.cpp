@@ -1,5 +1,6 @@
 #include "datasets/DataFileRead.h"
 
+#include "xml/InputEncoding.h"
 #include "xml/NamespaceMove.h"
 
 #include <algorithm>
@@ -28,14 +29,6 @@ std::string_view trimmed(std::string_view text) {
     }
     const auto last = text.find_last_not_of(" \t\r\n");
     return text.substr(first, last - first + 1);
-}
-
-bool sameLetters(std::string_view a, std::string_view b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) ==
-                      std::tolower(static_cast<unsigned char>(y));
-           });
 }
 
 // The groups, items and value kinds against what the device knows.
@@ -76,44 +69,7 @@ DataFileRead checkContent(xml::Document document, const DataFileShape& shape) {
 }  // namespace
 
 bool IsUtf8(std::string_view bytes) {
-    std::size_t i = 0;
-    while (i < bytes.size()) {
-        const auto lead = static_cast<std::uint8_t>(bytes[i]);
-        if (lead < 0x80) {
-            ++i;
-            continue;
-        }
-        std::size_t length = 0;
-        std::uint32_t code = 0;
-        if ((lead & 0xE0U) == 0xC0U) {
-            length = 2;
-            code = lead & 0x1FU;
-        } else if ((lead & 0xF0U) == 0xE0U) {
-            length = 3;
-            code = lead & 0x0FU;
-        } else if ((lead & 0xF8U) == 0xF0U) {
-            length = 4;
-            code = lead & 0x07U;
-        } else {
-            return false;
-        }
-        if (i + length > bytes.size()) {
-            return false;
-        }
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<std::uint8_t>(bytes[i + k]);
-            if ((next & 0xC0U) != 0x80U) {
-                return false;
-            }
-            code = (code << 6U) | (next & 0x3FU);
-        }
-        static constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (code < kSmallest[length] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
-            return false;
-        }
-        i += length;
-    }
-    return true;
+    return xml::FirstNonUtf8(bytes) == std::string_view::npos;
 }
 
 bool ReadsAsNumber(std::string_view text, std::string_view strType) {
@@ -148,7 +104,7 @@ DataFileRead ReadDataFile(std::string_view bytes, const DataFileShape& shape,
         return refused("dataFileTooLarge", std::to_string(bytes.size()) + " bytes");
     }
     if (!IsUtf8(bytes)) {
-        return refused("dataFileNotUtf8");
+        return refused("dataFileNotUtf8", xml::ForeignEncoding(bytes));
     }
     xml::ParseOptions options;
     options.maxBytes = kDataFileMaxBytes;
@@ -158,11 +114,9 @@ DataFileRead ReadDataFile(std::string_view bytes, const DataFileShape& shape,
         return refused(doctype ? "dataFileDoctype" : "dataFileNotWellFormed", parsed.error);
     }
     xml::Document& document = *parsed.document;
-    if (const xmlChar* encoding = document.raw()->encoding;
-        encoding != nullptr &&
-        !sameLetters(reinterpret_cast<const char*>(encoding), "UTF-8") &&
-        !sameLetters(reinterpret_cast<const char*>(encoding), "UTF8")) {
-        return refused("dataFileNotUtf8", reinterpret_cast<const char*>(encoding));
+    if (const auto* encoding = reinterpret_cast<const char*>(document.raw()->encoding);
+        !xml::ForeignDeclaredEncoding(encoding).empty()) {
+        return refused("dataFileNotUtf8", encoding);
     }
     const xml::Node root = document.root();
     const std::string rootNamespace = root.namespaceUri();

@@ -1,8 +1,14 @@
 // Deterministic stand-in for libFuzzer when the compiler has none: feeds every
 // file of the seed corpus folder to the target, then a fixed number of seeded
 // mutations of those seeds (bit flips, truncations, splices, byte repeats).
-// The same binary and corpus always run the same inputs.
+// The same binary and corpus always run the same inputs. An input that
+// aborts the target is written to the file crash-input in the current
+// folder, for libFuzzer's or the driver's replay.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -15,6 +21,23 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
+
+// The input being run, for the abort handler.
+const std::string* g_current = nullptr;
+
+void writeCurrentInput(int signal) {
+    if (g_current != nullptr) {
+        const int file = ::open("crash-input", O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (file >= 0) {
+            (void)!::write(file, g_current->data(), g_current->size());
+            ::close(file);
+        }
+        static constexpr char kNote[] = "the failing input is in ./crash-input\n";
+        (void)!::write(2, kNote, sizeof kNote - 1);
+    }
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
 
 std::vector<std::string> readCorpus(const std::filesystem::path& folder) {
     std::vector<std::string> seeds;
@@ -84,12 +107,15 @@ int main(int argc, char** argv) {
         seeds.emplace_back();
     }
     const long mutations = argc > 2 ? std::stol(argv[2]) : 3000;
+    std::signal(SIGABRT, &writeCurrentInput);
     for (const auto& seed : seeds) {
+        g_current = &seed;
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(seed.data()), seed.size());
     }
     std::mt19937 rng(20261121U);
     for (long i = 0; i < mutations; ++i) {
         const std::string input = mutate(seeds, rng);
+        g_current = &input;
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
     }
     std::printf("%zu seeds and %ld mutations ran\n", seeds.size(), mutations);

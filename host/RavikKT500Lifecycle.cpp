@@ -250,7 +250,8 @@ void RavikKT500::FillLanguageList() {
 
 void RavikKT500::LoadGuiInitDocument() {
     // Validated on parse against the GUIInit schema beside the others. A
-    // GUIInit document that does not load leaves the tree empty; no message.
+    // GUIInit document that does not load leaves the tree empty; no message
+    // box, its reason goes to the debug output.
     xml::SchemaCollection schemas;
     const std::string schemaError =
         schemas.add("", joined(m_objTools->GUIxmlSchemaPath, "KT500GUIInitSchema.xsd"));
@@ -260,6 +261,10 @@ void RavikKT500::LoadGuiInitDocument() {
     xml::LoadResult loaded =
         xml::Document::load(joined(m_objTools->GUIxmlPath, m_objTools->DeviceParameterXml()),
                             {.schemas = schemaError.empty() ? &schemas : nullptr});
+    if (!loaded.ok()) {
+        m_platform.debugOutput.write("IDtmActiveXControl_Init - " +
+                                     m_objTools->DeviceParameterXml() + ": " + loaded.message());
+    }
     m_objTools->setRavikDTMParameters(
         loaded.ok() ? std::make_unique<xml::Document>(std::move(*loaded.document)) : nullptr);
 }

@@ -29,4 +29,9 @@ std::vector<RecordedBox> HeadlessDialogs::takeBoxes() {
     return fresh;
 }
 
+void HeadlessDialogs::forgetBoxes() noexcept {
+    m_boxes.clear();
+    m_taken = 0;
+}
+
 }  // namespace kt500::simulator

@@ -31,6 +31,8 @@ public:
     [[nodiscard]] const std::vector<RecordedBox>& boxes() const noexcept { return m_boxes; }
     // The boxes since the last call, and forgets them.
     std::vector<RecordedBox> takeBoxes();
+    // Drops every recorded box, so that a long run does not keep them all.
+    void forgetBoxes() noexcept;
 
 private:
     std::deque<int> m_answers;

@@ -85,6 +85,9 @@ public:
     }
     [[nodiscard]] VirtualClock& clock() noexcept { return *m_clock; }
     [[nodiscard]] const DeviceTiming& timing() const noexcept { return m_timing; }
+    // Another pace of the device (a faster monitoring, for a long run); it
+    // holds from the next reply or monitoring cycle on.
+    void setTiming(const DeviceTiming& timing) noexcept { m_timing = timing; }
     // The valve behind the measured values, while a connection is open.
     [[nodiscard]] const DeviceDynamics* dynamics() const noexcept {
         return m_dynamics ? &*m_dynamics : nullptr;

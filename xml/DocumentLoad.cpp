@@ -1,12 +1,17 @@
 // Loading outside input. The bytes are read here and handed to libxml2 from
 // memory; the parser resolves nothing outside them: any DOCTYPE stops it at
 // once, so no entity is ever declared, and the entity loader denies all URLs.
+// A document in UTF-16 or UTF-32 is refused, and one that declares no other
+// encoding must be UTF-8 throughout; a declared 8-bit encoding is converted.
 #include "xml/Document.h"
 #include "xml/FileText.h"
 
 #include "xml/ErrorList.h"
+#include "xml/InputEncoding.h"
 #include "xml/SchemaCollection.h"
 #include "xml/XmlText.h"
+
+#include <libxml/SAX2.h>
 
 #include <climits>
 #include <fstream>
@@ -20,10 +25,50 @@ namespace {
 
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
+// Elements nest no deeper than this in any document the product reads; the
+// parser's own limit lies above it.
+constexpr int kMaxDepth = 200;
+
+// Why the parser was stopped on this thread's current parse; nullptr: it
+// was not, or by a DOCTYPE.
+thread_local const char* t_stopReason = nullptr;
+
+void stop(xmlParserCtxtPtr context, const char* reason) {
+    t_stopReason = reason;
+    xmlStopParser(context);
+}
+
 // SAX hook for <!DOCTYPE ...>: reached before any declaration inside it is read.
 void refuseDoctype(void* context, const xmlChar* /*name*/, const xmlChar* /*externalId*/,
                    const xmlChar* /*systemId*/) {
-    xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
+    stop(static_cast<xmlParserCtxtPtr>(context), "DOCTYPE is not allowed");
+}
+
+bool isXInclude(const xmlChar* uri) {
+    return uri != nullptr &&
+           (xmlStrEqual(uri, BAD_CAST "http://www.w3.org/2001/XInclude") != 0 ||
+            xmlStrEqual(uri, BAD_CAST "http://www.w3.org/2003/XInclude") != 0);
+}
+
+// SAX hook for each start tag: the tree is built as usual, but an element
+// of XInclude, which could name a file to read, and a nesting deeper than
+// any document of the product stop the parse.
+void checkElement(void* context, const xmlChar* localName, const xmlChar* prefix,
+                  const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
+                  int attributeCount, int defaultedCount, const xmlChar** attributes) {
+    auto* parser = static_cast<xmlParserCtxtPtr>(context);
+    if (isXInclude(uri)) {
+        stop(parser, "XInclude is not allowed");
+        return;
+    }
+    if (parser->nameNr > kMaxDepth) {
+        static const std::string reason =
+            "elements nest deeper than " + std::to_string(kMaxDepth) + " levels";
+        stop(parser, reason.c_str());
+        return;
+    }
+    xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces,
+                          attributeCount, defaultedCount, attributes);
 }
 
 // Structured errors of the parser reach this hook with the parser context,
@@ -47,7 +92,7 @@ std::string lineOf(const xmlParserCtxt& context) {
 
 std::string parserReason(const xmlParserCtxt& context, const ErrorList& errors) {
     if (context.errNo == XML_ERR_USER_STOP) {
-        return lineOf(context) + "DOCTYPE is not allowed";
+        return lineOf(context) + (t_stopReason != nullptr ? t_stopReason : "the parse was stopped");
     }
     if (!errors.lines().empty()) {
         return errors.lines().front();
@@ -69,11 +114,16 @@ LoadResult Document::parse(std::string_view bytes, const ParseOptions& options) 
     if (bytes.empty()) {
         return failure("the document is empty");
     }
+    if (std::string reason = ForeignEncoding(bytes); !reason.empty()) {
+        return failure(std::move(reason));
+    }
     XmlParserCtxtPtr context(xmlNewParserCtxt());
     if (!context || context->sax == nullptr) {
         return failure("out of memory creating the XML parser");
     }
     context->sax->internalSubset = &refuseDoctype;
+    context->sax->startElementNs = &checkElement;
+    t_stopReason = nullptr;
     ErrorList errors;
     context->_private = &errors;
     context->sax->serror = &collectParserError;
