@@ -2,7 +2,7 @@
 // lives through a shift in a plant.
 //
 //   kt500-soak --device KT520_7 --minutes N [--seed S] [--slack-kb K]
-//              [--avoid CHAIN_OR_PAGE,...]
+//              [--avoid CHAIN_OR_PAGE,...] [--no-monitoring] [--trace]
 //
 // Each virtual minute: the monitoring page follows the device at 10 Hz for
 // 50 s, then an upload chain of the toolbar runs; every tenth minute a value
@@ -15,6 +15,8 @@
 // must run while started and stop when stopped. The heap must stay flat:
 // after the first tenth of the run (at least one minute) no reading may lie
 // more than --slack-kb (default 2048) above the reading taken then.
+// --no-monitoring leaves the monitoring out, for a family whose class cannot
+// take a monitoring reply yet; --trace prints every step's lines as it runs.
 //
 // Prints one line per tenth of the run and a summary; exit status 0 when all
 // held, 1 with the seed, the minute and the lines of that minute when not, 2
@@ -60,6 +62,8 @@ struct Soak {
     Options options;
     int minutes = 10;
     long slackKb = 2048;
+    bool monitoring = true;
+    bool trace = false;
 };
 
 // Bytes the program holds on its heap now (not what the allocator keeps
@@ -90,6 +94,10 @@ Soak Arguments(int argc, char** argv) {
             soak.options.seed = std::stoull(value());
         } else if (word == "--slack-kb") {
             soak.slackKb = std::stol(value());
+        } else if (word == "--trace") {
+            soak.trace = true;
+        } else if (word == "--no-monitoring") {
+            soak.monitoring = false;
         } else if (word == "--avoid") {
             std::stringstream words(value());
             for (std::string one; std::getline(words, one, ',');) {
@@ -133,7 +141,9 @@ public:
         m_monitoring = "cmd" + prefix + "Monitoring[0]";
         m_uploads.emplace(app(), only({"upload"}, 1));
         m_pages.emplace(app(), only({"node"}, 2));
-        m_edits.emplace(app(), only({"type", "select"}, 3));
+        // A page may hold fields that take neither a typed nor a selected
+        // value: the edit then moves to another page and tries again.
+        m_edits.emplace(app(), only({"type", "select", "node"}, 3));
         m_sends.emplace(app(), only({"send"}, 4));
         m_faults.emplace(app(), only({"fail", "refuse"}, 5));
         m_changes.emplace(app(), only({"language", "units"}, 6));
@@ -159,7 +169,7 @@ public:
             if (m_minute % report == 0) {
                 std::cout << "minute " << m_minute << ": heap " << heap / 1024 << " KiB, "
                           << m_monitoringCycles << " monitoring cycles, " << m_steps
-                          << " steps\n";
+                          << " steps" << std::endl;
             }
         }
         std::cout << m_soak.options.deviceKey << ": " << m_soak.minutes
@@ -184,29 +194,53 @@ private:
     bool chance(int oneIn) { return std::uniform_int_distribution<int>(1, oneIn)(m_random) == 1; }
 
     std::string minute() {
-        if (std::string broken = monitor(); !broken.empty()) {
-            return broken;
-        }
-        std::vector<Step> steps;
-        if (chance(5)) {
-            steps.push_back(m_faults->next());  // a fault with its chain or send
+        if (m_soak.monitoring) {
+            if (std::string broken = monitor(); !broken.empty()) {
+                return broken;
+            }
         } else {
-            steps.push_back(m_uploads->next());
-        }
-        if (m_minute % 10 == 0) {
-            steps.push_back(m_pages->next());
-            steps.push_back(m_edits->next());
-            steps.push_back(m_sends->next());
-        }
-        if (chance(10)) {
-            steps.push_back(m_changes->next());
-        }
-        for (const Step& step : steps) {
-            if (std::string broken = play(step); !broken.empty()) {
+            Step idle;
+            idle.action = "wait";
+            idle.lines = {"wait 50000"};
+            if (std::string broken = play(idle); !broken.empty()) {
                 return broken;
             }
         }
+        // Each step is drawn from what the session shows after the one before.
+        std::vector<RandomActions*> kinds;
+        kinds.push_back(chance(5) ? &*m_faults : &*m_uploads);  // a fault with its chain or send
+        if (m_minute % 10 == 0) {
+            kinds.push_back(&*m_pages);
+        }
+        if (chance(10)) {
+            kinds.push_back(&*m_changes);
+        }
+        for (RandomActions* actions : kinds) {
+            if (std::string broken = play(actions->next()); !broken.empty()) {
+                return broken;
+            }
+            if (actions == &*m_pages) {
+                if (std::string broken = edit(); !broken.empty()) {
+                    return broken;
+                }
+            }
+        }
         return {};
+    }
+
+    // A value typed or selected, then the send.
+    std::string edit() {
+        constexpr int kTries = 20;
+        for (int i = 0; i < kTries; ++i) {
+            const Step step = m_edits->next();
+            if (std::string broken = play(step); !broken.empty()) {
+                return broken;
+            }
+            if (step.action != "node") {
+                return play(m_sends->next());
+            }
+        }
+        return failure({"no page of " + std::to_string(kTries) + " took an edit"});
     }
 
     // 50 s of monitoring on its page; it runs while started, ends when stopped.
@@ -246,6 +280,9 @@ private:
             m_invariants.before();
         }
         m_lines.insert(m_lines.end(), step.lines.begin(), step.lines.end());
+        if (m_soak.trace) {
+            std::cerr << Joined(step.lines) << std::flush;
+        }
         ++m_steps;
         std::vector<std::string> broken;
         std::ostringstream errors;
