@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <string>
 
+KT500_FUZZ_START_SESSION_FIRST
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     kt500::app::ControlSession& session = kt500::fuzz::StartedSession();
     const std::string reply(reinterpret_cast<const char*>(data), size);

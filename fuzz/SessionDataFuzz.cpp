@@ -31,6 +31,8 @@ const kt500::xml::SchemaCollection& Schemas() {
 
 }  // namespace
 
+KT500_FUZZ_START_SESSION_FIRST
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     kt500::app::ControlSession& session = kt500::fuzz::StartedSession();
     kt500::host::RavikKT500& control = session.control();
