@@ -84,6 +84,16 @@ RecordingControl& ControlSession::recorder() const {
 }
 
 bool ControlSession::start(const simulator::SessionOptions& options) {
+    prepare(options);
+    return initialise();
+}
+
+bool ControlSession::initialise() {
+    requireStarted();
+    return m_control->IDtmActiveXControl_Init("", "", *m_provider);
+}
+
+void ControlSession::prepare(const simulator::SessionOptions& options) {
     if (simulator::DeviceCatalogue::find(options.deviceKey) == nullptr) {
         throw std::invalid_argument("unknown device key '" + options.deviceKey +
                                     "'; the built-in BL simulates " +
@@ -129,7 +139,6 @@ bool ControlSession::start(const simulator::SessionOptions& options) {
     m_sessionData = simulator::BuildSessionData(m_options, model.deviceType, model.revision);
 
     m_control = std::make_unique<host::RavikKT500>(std::move(formModel), platform);
-    return m_control->IDtmActiveXControl_Init("", "", *m_provider);
 }
 
 void ControlSession::release() {

@@ -59,6 +59,12 @@ public:
     // std::invalid_argument for a device key the BL does not simulate.
     // Returns what IDtmActiveXControl_Init returned.
     bool start(const simulator::SessionOptions& options);
+    // The two halves of start: prepare constructs the BL and the control as
+    // the frame does (the form files loaded, the settings read), initialise
+    // runs IDtmActiveXControl_Init on it. The benchmarks time the second
+    // half alone.
+    void prepare(const simulator::SessionOptions& options);
+    bool initialise();
     // IDtmActiveXControl_PrepareToRelease. The control, the BL and its boxes
     // stay readable afterwards.
     void release();

@@ -17,8 +17,11 @@ void RecordingControl::OpenConnection(services::IQDLGuiEvent& sink,
                                       xml::Node& parameterNode,
                                       std::shared_ptr<services::IDtmLanguage>& language,
                                       bool& blDataSetLocked, bool& blSuccess) {
-    m_inner->OpenConnection(sink, connectionParameter, lngConnectionId, strSessionData,
+    m_tap.setTarget(&sink);
+    const std::chrono::nanoseconds before = ThreadCpuTime();
+    m_inner->OpenConnection(m_tap, connectionParameter, lngConnectionId, strSessionData,
                             parameterNode, language, blDataSetLocked, blSuccess);
+    m_openConnectionTime = ThreadCpuTime() - before;
 }
 
 void RecordingControl::CloseConnection(std::int32_t lngConnectionId, bool& blSuccess) {

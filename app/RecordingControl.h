@@ -1,11 +1,14 @@
 // The connection the script runner hands to the control: every call goes
 // on to the built-in BL's connection unchanged, and each call that carries
 // a request (PostRequest, SendAutoAction) is recorded for the `requests`
-// command, in the order the control made them.
+// command, in the order the control made them. The BL's events reach the
+// control through a ReplyTap, which times the replies for a watcher.
 #pragma once
 
+#include "app/ReplyTap.h"
 #include "services/IDtmControl.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,10 +44,20 @@ public:
 
     // The requests since the last call, and forgets them.
     std::vector<RecordedRequest> takeRequests();
+    // Reports every reply from now on with the control's processor time on
+    // it; an empty watcher stops the reports.
+    void watchReplies(ReplyWatcher watcher) { m_tap.setWatcher(std::move(watcher)); }
+    // The processor time the BL took in the last OpenConnection: its own
+    // composition of the parameter document and session data.
+    [[nodiscard]] std::chrono::nanoseconds openConnectionTime() const noexcept {
+        return m_openConnectionTime;
+    }
 
 private:
     std::shared_ptr<services::IDtmControl> m_inner;
     std::vector<RecordedRequest> m_requests;
+    ReplyTap m_tap;
+    std::chrono::nanoseconds m_openConnectionTime{0};
 };
 
 }  // namespace kt500::app

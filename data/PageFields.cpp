@@ -84,9 +84,8 @@ std::vector<form::Control*> SnapshotFields(const form::Form& form, const form::C
 
 void SetChangedMark(const form::Form& form, std::string_view imagePrefix, std::string_view strName,
                     const form::Control& page, bool blVisible) {
-    for (form::Control* control : form.controls()) {
-        if (control->name().starts_with(imagePrefix) && control->tag() == strName &&
-            form::Form::isInside(*control, page)) {
+    for (form::Control* control : form.tagged(strName)) {
+        if (control->name().starts_with(imagePrefix) && form::Form::isInside(*control, page)) {
             control->setVisible(blVisible);
         }
     }

@@ -156,9 +156,8 @@ std::string ParameterValues::FetchValueByTag(const std::string& strTagName, bool
     // The manufacturer is always the data set's: a page may show another text.
     if (strTagName != "manufacturer") {
         const std::string frameArray = m_control.deviceClass().FrameArrayName();
-        for (const form::Control* control : m_control.form().controls()) {
-            if (HoldsValue(*control) && control->tag() == strTagName &&
-                LiesOn(*control, frameArray)) {
+        for (const form::Control* control : m_control.form().tagged(strTagName)) {
+            if (HoldsValue(*control) && LiesOn(*control, frameArray)) {
                 return FieldValue(*control, blCaption);
             }
         }
@@ -404,8 +403,8 @@ void ParameterValues::putOnPage(const std::string& strName, const std::string& s
     devices::DeviceClass& deviceClass = m_control.deviceClass();
     form::Form& form = m_control.form();
     const std::string frameArray = deviceClass.FrameArrayName();
-    for (form::Control* control : form.controls()) {
-        if (!HoldsValue(*control) || control->tag() != strName) {
+    for (form::Control* control : form.tagged(strName)) {
+        if (!HoldsValue(*control)) {
             continue;
         }
         form::Control* page = PageOf(*control, frameArray);

@@ -192,9 +192,8 @@ void ReplyRouting::ChangeImage(const std::string& strTag, const std::string& str
                                const std::string& strImage) {
     const std::string imagePrefix = m_control.deviceClass().ImagePrefix();
     const std::string picture = strImage == "error" ? "error" : "changed";
-    for (form::Control* control : m_control.form().controls()) {
-        if (control->name().starts_with(imagePrefix) && control->tag() == strTag &&
-            LiesOn(*control, strContainer)) {
+    for (form::Control* control : m_control.form().tagged(strTag)) {
+        if (control->name().starts_with(imagePrefix) && LiesOn(*control, strContainer)) {
             control->setPicture(picture);
         }
     }

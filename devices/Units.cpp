@@ -147,8 +147,8 @@ std::string Units::FetchUnitName(const std::string& strParam) {
     // The last label of "supplyPressure" wins: it has two places on the pages.
     const bool lastWins = strParam == "supplyPressure";
     std::string unit = "noUnit";
-    for (const form::Control* control : m_control.form().controls()) {
-        if (control->kind() != form::ControlKind::Label || control->tag() != tag) {
+    for (const form::Control* control : m_control.form().tagged(tag)) {
+        if (control->kind() != form::ControlKind::Label) {
             continue;
         }
         unit = control->caption().empty() ? "noUnit" : control->caption();

@@ -160,7 +160,27 @@ void Control::setText(std::string text) {
     }
 
 KT500_STRING_PROPERTY(caption, setCaption, caption, Caption)
-KT500_STRING_PROPERTY(tag, setTag, tag, Tag)
+
+const std::string& Control::storedTag() const noexcept {
+    return m_state->tag;
+}
+
+const std::string& Control::tag() const {
+    require(PropertyId::Tag);
+    return m_state->tag;
+}
+
+void Control::setTag(std::string value) {
+    require(PropertyId::Tag);
+    std::string former = m_state->tag;
+    if (assign(m_state->tag, std::move(value))) {
+        if (m_form != nullptr) {
+            m_form->retag(*this, former);
+        }
+        changed(PropertyId::Tag);
+    }
+}
+
 KT500_STRING_PROPERTY(toolTipText, setToolTipText, toolTipText, ToolTipText)
 KT500_STRING_PROPERTY(picture, setPicture, picture, Picture)
 KT500_STRING_PROPERTY(drive, setDrive, drive, Drive)

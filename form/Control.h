@@ -172,6 +172,9 @@ private:
     int m_index;
     Control* m_container = nullptr;
     Form* m_form = nullptr;
+    std::uint64_t m_sequence = 0;  // the place in the form order, set by the form
+    // The Tag of any kind, for the form's index of tags.
+    [[nodiscard]] const std::string& storedTag() const noexcept;
     std::string m_captionKey;
     std::string m_toolTipKey;
     int m_timerElapsed = 0;

@@ -75,7 +75,9 @@ Control& Form::add(ControlKind kind, std::string name, int index, Control* conta
     control.m_form = this;
     control.m_container = container;
     m_owned.push_back(std::move(owned));
+    control.m_sequence = m_nextSequence++;
     m_order.push_back(&control);
+    m_tagged[control.storedTag()].push_back(&control);
     auto [it, inserted] = m_arrays.try_emplace(name, name);
     it->second.m_elements.emplace(index, &control);
     // The view makes the widget of a control created at run time.
@@ -101,7 +103,37 @@ void Form::remove(Control& control) {
         m_arrays.erase(array);
     }
     std::erase(m_order, &control);
+    if (const auto tagged = m_tagged.find(control.storedTag()); tagged != m_tagged.end()) {
+        std::erase(tagged->second, &control);
+        if (tagged->second.empty()) {
+            m_tagged.erase(tagged);
+        }
+    }
     std::erase_if(m_owned, [&](const auto& owned) { return owned.get() == &control; });
+}
+
+const std::vector<Control*>& Form::tagged(std::string_view tag) const {
+    static const std::vector<Control*> none;
+    const auto it = m_tagged.find(tag);
+    return it == m_tagged.end() ? none : it->second;
+}
+
+void Form::retag(Control& control, const std::string& former) {
+    if (&control == m_userControl.get()) {
+        return;
+    }
+    if (const auto old = m_tagged.find(former); old != m_tagged.end()) {
+        std::erase(old->second, &control);
+        if (old->second.empty()) {
+            m_tagged.erase(old);
+        }
+    }
+    std::vector<Control*>& same = m_tagged[control.storedTag()];
+    const auto at = std::upper_bound(same.begin(), same.end(), control.m_sequence,
+                                     [](std::uint64_t sequence, const Control* other) {
+                                         return sequence < other->m_sequence;
+                                     });
+    same.insert(at, &control);
 }
 
 const ControlArray* Form::findArray(std::string_view name) const noexcept {

@@ -85,6 +85,9 @@ public:
 
     // Every control in form order; the walk of FetchValueByTag.
     [[nodiscard]] const std::vector<Control*>& controls() const noexcept { return m_order; }
+    // The controls whose Tag is tag, in form order: the walk of controls()
+    // narrowed to one tag, without visiting the others. Kept as tags change.
+    [[nodiscard]] const std::vector<Control*>& tagged(std::string_view tag) const;
     // Direct children of a container in form order (nullptr: the user control's).
     [[nodiscard]] std::vector<Control*> children(const Control* container) const;
     // Whether control lies in container, directly or through frames within.
@@ -132,10 +135,13 @@ private:
     friend class Control;
     void notify(const PropertyChange& change);
     void optionSelected(Control& option);
+    void retag(Control& control, const std::string& former);
     Control* m_focused = nullptr;
 
     std::vector<std::unique_ptr<Control>> m_owned;
     std::vector<Control*> m_order;
+    std::uint64_t m_nextSequence = 0;
+    std::map<std::string, std::vector<Control*>, std::less<>> m_tagged;
     std::map<std::string, ControlArray, std::less<>> m_arrays;
     std::unique_ptr<Control> m_userControl;
     EventSink m_sink;

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -109,6 +111,42 @@ TEST(RecordingControl, RecordsRequestsInOrderAndForwardsEveryCall) {
     EXPECT_EQ(requests[1].operation + requests[1].request, "SendAutoAction<action/>");
     EXPECT_TRUE(recorder.takeRequests().empty());
     EXPECT_EQ(log->size(), 4U);
+}
+
+TEST_F(ControlSessionTest, ReplyWatcherSeesEveryReplyTheControlHandlesWithItsTime) {
+    ASSERT_NO_FATAL_FAILURE(start("KT520_7"));
+    session.settle();
+    session.bl().simulatedControl().setDeviceValue("hartTag", "TAPPED");
+    form::Form& form = session.control().form();
+    form.raiseNodeClick(form.control("treeNavigation"), "operationUnit");
+    std::vector<std::string> replies;
+    std::chrono::nanoseconds spent{0};
+    session.recorder().watchReplies([&](const std::string& reply, std::chrono::nanoseconds time) {
+        replies.push_back(reply);
+        spent += time;
+    });
+    form::Control& bar = form.control("smuiDTM", 1);
+    bar.form()->raiseToolbarClick(bar, "uploadCurrent");
+    session.settle();
+    ASSERT_FALSE(replies.empty());
+    for (const std::string& reply : replies) {
+        EXPECT_NE(reply.find("communicationResponse"), std::string::npos) << reply;
+    }
+    EXPECT_GT(spent.count(), 0);
+    EXPECT_GT(session.recorder().openConnectionTime().count(), 0);
+    // The page's values arrived through the tap: the field shows the device's tag.
+    EXPECT_EQ(form.control("txtHAOperationUnit", 0).text(), "TAPPED");
+
+    session.recorder().watchReplies({});
+    const std::size_t seen = replies.size();
+    bar.form()->raiseToolbarClick(bar, "uploadCurrent");
+    session.settle();
+    EXPECT_EQ(replies.size(), seen);
+}
+
+TEST(ReplyTap, AnEventBeforeTheConnectionIsRefused) {
+    ReplyTap tap;
+    EXPECT_THROW((void)tap.IQDLGuiEvent_CommunicationEvent("<dtm/>"), std::logic_error);
 }
 
 }  // namespace

@@ -36,6 +36,43 @@ TEST(Form, KeepsFormOrderFindsByNameAndIndexAndKeepsArraysApart) {
     // Duplicates and mixed names are refused as the loader's tests show.
 }
 
+TEST(Form, TaggedListsTheControlsOfATagInFormOrderAsTagsChange) {
+    Form form;
+    Control& page = form.add(ControlKind::Frame, "fraKT520", 7);
+    Control& later = form.add(ControlKind::TextBox, "txtHAOperationUnit", 1, &page);
+    Control& earlier = form.add(ControlKind::Label, "lblHAOperationUnit", 0, &page);
+    Control& mark = form.add(ControlKind::Image, "imgHAOperationUnit", 0, &page);
+    EXPECT_TRUE(form.tagged("hartTag").empty());
+
+    // Tagged out of form order, listed in it.
+    later.setTag("hartTag");
+    mark.setTag("hartTag");
+    earlier.setTag("hartTag");
+    EXPECT_EQ(form.tagged("hartTag"), (std::vector<Control*>{&later, &earlier, &mark}));
+
+    // A new tag moves the control; the same tag again changes nothing.
+    earlier.setTag("description");
+    earlier.setTag("description");
+    EXPECT_EQ(form.tagged("hartTag"), (std::vector<Control*>{&later, &mark}));
+    EXPECT_EQ(form.tagged("description"), (std::vector<Control*>{&earlier}));
+    // The Tag property set by name takes the same way.
+    mark.set("Tag", "description");
+    EXPECT_EQ(form.tagged("description"), (std::vector<Control*>{&earlier, &mark}));
+
+    // A removed control leaves its tag's list; the walk of every control agrees.
+    form.remove(mark);
+    EXPECT_EQ(form.tagged("description"), (std::vector<Control*>{&earlier}));
+    for (const std::string tag : {"hartTag", "description", ""}) {
+        std::vector<Control*> walked;
+        for (Control* control : form.controls()) {
+            if (control->tag() == tag) {
+                walked.push_back(control);
+            }
+        }
+        EXPECT_EQ(form.tagged(tag), walked) << tag;
+    }
+}
+
 TEST(Form, ContainersAreWalkedInFormOrder) {
     Form form;
     Control& page = form.add(ControlKind::Frame, "fraCommon", 0);
