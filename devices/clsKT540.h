@@ -90,6 +90,7 @@ public:
 
     void ShowFrame(const std::string& strNodeName) override;
     void HideFrames() override;
+    [[nodiscard]] std::string ComparePageNode() const override { return "compareConfiguration"; }
 
 protected:
     void statusReply(xml::Document& xmlDoc) override { DeviceStatus(xmlDoc); }

@@ -72,7 +72,7 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
                          [this] { m_monitoring.StartMonitorLog(); });
     m_navigation.setPageChangeHandler([this](const std::string& strKey) {
         m_monitoring.PageChanging(strKey);
-        if (strKey == "compareConfigurations") {
+        if (strKey == deviceClass().ComparePageNode()) {
             m_compare.FillComparePage();
         }
     });
