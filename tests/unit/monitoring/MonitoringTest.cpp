@@ -223,13 +223,9 @@ TEST_F(MonitoringTest, ALogThatCannotBeOpenedFailsAndALostLineKeepsThePoint) {
     EXPECT_EQ(chart().y(1, 0), 1.0);
 }
 
-}  // namespace
-}  // namespace kt500::monitoring
 
 // The other families' replies: the chart list in the order of the class's
 // headers whatever the reply's order, -500 for a series switched off.
-namespace {
-
 std::string Pairs(std::initializer_list<std::pair<const char*, const char*>> pairs) {
     std::string list;
     for (const auto& [name, value] : pairs) {
@@ -244,8 +240,6 @@ std::vector<std::string> Arranged(TestUserControl& uc, const std::string& values
     uc.deviceClass().ArrangeValues();
     return devices::SplitSeparated(uc.tools().MonitoringValues);
 }
-
-}  // namespace
 
 TEST(MonitoringArrangeValues, TheProfibusPositionersSeriesInHeaderOrderWithItsDeviation) {
     TestUserControl uc{testing::SessionOf("KT540_1.0")};
@@ -276,3 +270,6 @@ TEST(MonitoringArrangeValues, TheSafetyValveControllersSwitchesHideTheirSeries) 
     EXPECT_EQ(std::count(headers.begin(), headers.end(), ';'), 4) << headers;
     EXPECT_NE(headers.find("[barG]"), std::string::npos) << headers;
 }
+
+}  // namespace
+}  // namespace kt500::monitoring
