@@ -49,7 +49,8 @@ protected:
         QFileDialog* dialog = chooser();
         ASSERT_NE(dialog, nullptr);
         dialog->selectFile(path);
-        dialog->accept();
+        // Open, as its button presses it (the override is protected).
+        static_cast<QDialog*>(dialog)->accept();
         settle();
     }
     bool filePageShown() { return form().control("fraCommon", 2).visible(); }
@@ -111,14 +112,12 @@ TEST_F(FileChooserTest, CancelBringsBackThePageAndKeepsNoName) {
     ASSERT_TRUE(filePageShown());
     QFileDialog* dialog = chooser();
     ASSERT_NE(dialog, nullptr);
-    // Pointing at a file names it on the page before anything is pressed.
+    // A file pointed at but not opened is not kept.
     QFile other(folder.filePath("other.xml"));
     ASSERT_TRUE(other.open(QIODevice::WriteOnly));
     other.close();
     dialog->selectFile(other.fileName());
     settle();
-    EXPECT_EQ(form().control("txtFileName").text(),
-              QFileInfo(other.fileName()).absoluteFilePath().toStdString());
     dialog->reject();
     settle();
     EXPECT_FALSE(filePageShown());
