@@ -258,7 +258,7 @@ void ParameterValues::ApplyHistoryValue(const std::string& strGroup, xml::Node p
     }
 }
 
-void ParameterValues::ApplyInitialValues() {
+void ParameterValues::LoadPagesFromDocument() {
     const xml::Document* guiInit = m_control.tools().RavikDTMParameters();
     const xml::Document* dataFile = m_control.xmlDataFile();
     if (guiInit == nullptr || dataFile == nullptr) {

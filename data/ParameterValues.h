@@ -2,7 +2,7 @@
 // page control is tied to its parameter by Tag; this class reads a value
 // from the pages (FetchValueByTag), puts one onto them (SetItemValueToGUI),
 // fills the closed lists from the mapped parameters, and shows the whole
-// data set with each page's tree state (ApplyInitialValues).
+// data set with each page's tree state (LoadPagesFromDocument).
 #pragma once
 
 #include "devices/IUserControl.h"
@@ -32,7 +32,7 @@ public:
     // item data from 0) where the class has them and the page holds them.
     void FillDateFields();
     // Puts the document's values onto the pages and derives the tree icons.
-    void ApplyInitialValues();
+    void LoadPagesFromDocument();
     // One parameter of a history or event log group of the document, to
     // its trend or list (the Add* members with blInitialize True).
     void ApplyHistoryValue(const std::string& strGroup, xml::Node parameter);

@@ -309,7 +309,7 @@ void ComparePage::takeValues(int intSource) {
             }
         }
     }
-    m_showPage("compareConfigurations");
+    m_showPage(device.ComparePageNode());
 }
 
 void ComparePage::cmdCompare_Click(int intIndex) {

@@ -202,6 +202,9 @@ public:
     virtual void ShowFrame(const std::string& /*strNodeName*/) { missing("ShowFrame"); }
     // Hides every page of the class.
     virtual void HideFrames() { missing("HideFrames"); }
+    // The tree node of the compare page; the PROFIBUS positioner's class
+    // names it in the singular.
+    [[nodiscard]] virtual std::string ComparePageNode() const { return "compareConfigurations"; }
 
     // --- Values on their way in and out ---
     // The page or wire form of a value; "" when the value needs no conversion

@@ -42,6 +42,8 @@ public:
     }
     [[nodiscard]] bool IsNormalParam(std::string_view strParam) const override;
     [[nodiscard]] bool MonitoringVariable(std::string_view strParam) const override;
+    void ArrangeValues() override;
+    [[nodiscard]] std::string MonitorLogHeaders() override;
 
     [[nodiscard]] float DeviationLimit1() override {
         return itemLimit("travelDeviationAlarmLimit");
@@ -90,6 +92,7 @@ public:
 
     void ShowFrame(const std::string& strNodeName) override;
     void HideFrames() override;
+    [[nodiscard]] std::string ComparePageNode() const override { return "compareConfiguration"; }
 
 protected:
     void statusReply(xml::Document& xmlDoc) override { DeviceStatus(xmlDoc); }

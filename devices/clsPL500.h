@@ -62,6 +62,8 @@ public:
     [[nodiscard]] bool MonitoringVariable(std::string_view strParam) const override {
         return strParam == "actualTravel";
     }
+    void ArrangeValues() override;
+    [[nodiscard]] std::string MonitorLogHeaders() override;
 
     [[nodiscard]] float LoadFactorLimit1() override { return fieldLimit({"txtPLParams", 11}); }
     [[nodiscard]] float LoadFactorLimit2() override { return fieldLimit({"txtPLParams", 12}); }

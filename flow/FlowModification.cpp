@@ -433,6 +433,9 @@ void FlowModification::LoadCurveFile(const std::string& strPath) {
         m_control.SaveOldValues();
         tools.value_saved = true;
     }
+    // As after a walk of the steps, the file's curve rewrites every point
+    // box: its result is pending until Apply lists the points.
+    tools.ConfirmFlag = false;
     m_arrFlowCurves = curves;
     m_strPresetCurveValues = inverse.text;
     SetStep(FlowStep::Result);

@@ -70,9 +70,20 @@ RavikKT500::RavikKT500(std::unique_ptr<form::Form> form, ControlPlatform platfor
     m_eventLog.addHandlers(m_handlers);
     m_filePage.setAction(presentation::OpenFileType::MonitoringLog,
                          [this] { m_monitoring.StartMonitorLog(); });
+    // A curve file that cannot be read names its reason; the flow page keeps
+    // what it had.
+    m_filePage.setAction(presentation::OpenFileType::Curve, [this] {
+        try {
+            m_flow.LoadCurveFile(m_form->control("txtFileName").text());
+        } catch (const devices::MemberMissing&) {
+            throw;
+        } catch (const std::runtime_error& refused) {
+            ShowMsg("cmdOpenFile", refused.what());
+        }
+    });
     m_navigation.setPageChangeHandler([this](const std::string& strKey) {
         m_monitoring.PageChanging(strKey);
-        if (strKey == "compareConfigurations") {
+        if (strKey == deviceClass().ComparePageNode()) {
             m_compare.FillComparePage();
         }
     });

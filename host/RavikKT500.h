@@ -150,7 +150,7 @@ public:
     std::string FetchUnitName(const std::string& strParameter) override {
         return m_units.FetchUnitName(strParameter);
     }
-    void ApplyInitialValues() { m_values.ApplyInitialValues(); }
+    void LoadPagesFromDocument() { m_values.LoadPagesFromDocument(); }
 
     // --- Values, units and requests ---
     void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,

@@ -151,7 +151,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         // that the values below choose from.
         m_captions.TranslateForm();
         m_values.FillDateFields();
-        m_values.ApplyInitialValues();
+        m_values.LoadPagesFromDocument();
         m_units.RefreshAllUnits(true);
         m_uploads.EnableUploadTools();
         m_changes.ChangeTreeIcon("monitoringVariables", "notRead");

@@ -188,7 +188,8 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         shareDir / "examples" / (control.m_objTools->DeviceType + ".xml");
     if (started && options.online && form.find("lsvCompare") != nullptr &&
         std::filesystem::exists(example) &&
-        std::find(keys.begin(), keys.end(), "compareConfigurations") != keys.end()) {
+        std::find(keys.begin(), keys.end(), control.deviceClass().ComparePageNode()) !=
+            keys.end()) {
         desktop.session().bl().simulatedControl().inject({"set", "supplyPressure", "7.5"});
         desktop.gate().run(
             [&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "uploadAll"); });
@@ -202,7 +203,7 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
             form.raiseClick(only);
         });
         Settle(desktop);
-        take("compareConfigurations");
+        take(control.deviceClass().ComparePageNode());
     }
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);

@@ -245,9 +245,9 @@ TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
               "2 1 30");
 }
 
-// --- ApplyInitialValues ---
+// --- LoadPagesFromDocument ---
 
-class ApplyInitialValuesTest : public ::testing::Test {
+class LoadPagesFromDocumentTest : public ::testing::Test {
 protected:
     // A GUIInit document with one branch of these nodes (name, offline).
     void guiInit(const std::vector<std::pair<std::string, std::string>>& nodes) {
@@ -264,7 +264,7 @@ protected:
     TestUserControl uc{Keys("KT520_7")};
 };
 
-TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
+TEST_F(LoadPagesFromDocumentTest, PageStatesFromTheValuesStates) {
     // The parameters of hartConfiguration, in order.
     const std::array<const char*, 4> names = {"pollingAddress", "loopCurrentMode",
                                               "numberOfPreambles", "burstMode"};
@@ -283,31 +283,31 @@ TEST_F(ApplyInitialValuesTest, PageStatesFromTheValuesStates) {
             SetLive(uc, names[i], "value", c.value);
             SetLive(uc, names[i], "synchronised", c.synchronised[i]);
         }
-        uc.values.ApplyInitialValues();
+        uc.values.LoadPagesFromDocument();
         EXPECT_EQ(icon("hartConfiguration"), c.state) << c.state;
         // A group without parameters stays read.
         EXPECT_EQ(icon("resetDiagnostics"), "read");
     }
 }
 
-TEST_F(ApplyInitialValuesTest, NodesOfTheModeAndValuesOnThePage) {
+TEST_F(LoadPagesFromDocumentTest, NodesOfTheModeAndValuesOnThePage) {
     guiInit({{"operationUnit", "1"}, {"hartConfiguration", "3"}});
     uc.values.FillDateFields();  // the start-up fills them before the values come
     form::Control& field = uc.form().control("txtHAOperationUnit", 0);  // hartTag
     SetLive(uc, "hartTag", "synchronised", "0");
 
     uc.tools().OnlineConf = false;
-    uc.values.ApplyInitialValues();
+    uc.values.LoadPagesFromDocument();
     EXPECT_EQ(field.text(), "PV-101");
     EXPECT_EQ(field.foreColor(), devices::ColorChanged);
     EXPECT_EQ(icon("operationUnit"), "changed");
     EXPECT_EQ(icon("hartConfiguration"), "start");  // online only
     uc.tools().OnlineConf = true;
-    uc.values.ApplyInitialValues();
+    uc.values.LoadPagesFromDocument();
     EXPECT_EQ(icon("hartConfiguration"), "read");
 }
 
-TEST_F(ApplyInitialValuesTest, TimeStampInTheLocalesDateAndTime) {
+TEST_F(LoadPagesFromDocumentTest, TimeStampInTheLocalesDateAndTime) {
     const LocaleGuard locale{QLocale::German};
     form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 0, "fraKT520",
                                        kOperationUnit, "HAoperationUnit");

@@ -64,7 +64,7 @@ protected:
     DataFilesTest() : uc(testing::SessionOf("KT520_7", true)) {
         uc.values.FillMappedParams();
         uc.values.FillDateFields();
-        uc.values.ApplyInitialValues();
+        uc.values.LoadPagesFromDocument();
         // The pages as a read of the device leaves them.
         xml::LoadResult example =
             xml::Document::load(std::string(KT500_SHARE_DIR) + "/examples/KT520_7.xml");

@@ -8,6 +8,7 @@
 
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -220,6 +221,59 @@ TEST_F(MonitoringTest, ALogThatCannotBeOpenedFailsAndALostLineKeepsThePoint) {
     // The text that is no number goes as the conversion gives it.
     EXPECT_EQ(static_cast<float>(chart().y(0, 0)), static_cast<float>(devices::NoValue));
     EXPECT_EQ(chart().y(1, 0), 1.0);
+}
+
+
+// The other families' replies: the chart list in the order of the class's
+// headers whatever the reply's order, -500 for a series switched off.
+std::string Pairs(std::initializer_list<std::pair<const char*, const char*>> pairs) {
+    std::string list;
+    for (const auto& [name, value] : pairs) {
+        devices::AppendSeparated(list, name);
+        devices::AppendSeparated(list, value);
+    }
+    return list;
+}
+
+std::vector<std::string> Arranged(TestUserControl& uc, const std::string& values) {
+    uc.tools().MonitoringValues = values;
+    uc.deviceClass().ArrangeValues();
+    std::vector<std::string> fields = devices::SplitSeparated(uc.tools().MonitoringValues);
+    // Every entry ends with the separator: the split leaves one empty field.
+    if (!fields.empty() && fields.back().empty()) {
+        fields.pop_back();
+    }
+    return fields;
+}
+
+TEST(MonitoringArrangeValues, TheProfibusPositionersSeriesInHeaderOrderWithItsDeviation) {
+    TestUserControl uc{testing::SessionOf("KT540_1.0")};
+    const std::string reply =
+        Pairs({{"pcbTemperature", "31"}, {"valveTravel", "44.5"}, {"setpoint", "45"},
+               {"actuatorPressure", "2.05"}, {"positioningValue", "44.6"}, {"outputValue", "44.7"}});
+    EXPECT_EQ(Arranged(uc, reply),
+              (std::vector<std::string>{"45", "44.7", "44.6", "44.5", "2.05", "31"}));
+    EXPECT_EQ(uc.form().control("lblPAMonValue", 6).caption(), "0.50");
+    EXPECT_EQ(uc.deviceClass().MonitoringHeaders(),
+              "setpoint outputValue positioningValue valveTravel actuatorPressure pcbTemperature ");
+}
+
+TEST(MonitoringArrangeValues, TheSafetyValveControllersSwitchesHideTheirSeries) {
+    TestUserControl uc{testing::SessionOf("PL500_2")};
+    const std::string reply = Pairs({{"leakageSignal", "0.36"}, {"actualTravel", "100"},
+                                     {"actuatorPressure", "3.15"}, {"pcbTemperature", "31"}});
+    EXPECT_EQ(Arranged(uc, reply), (std::vector<std::string>{"100", "0.36", "3.15", "31"}));
+    uc.form().control("chkPLParams", 10).setValue(0);
+    EXPECT_EQ(Arranged(uc, reply), (std::vector<std::string>{"100", "-500", "3.15", "31"}));
+    uc.form().control("chkPLParams", 9).setValue(0);
+    EXPECT_EQ(Arranged(uc, reply), (std::vector<std::string>{"-500", "-500", "3.15", "31"}));
+    // A series the reply lacks is left out, not shown as 0.
+    EXPECT_EQ(Arranged(uc, Pairs({{"actuatorPressure", "3"}})), (std::vector<std::string>{"3"}));
+    // The log's header: the time and the four series, the pressure in the
+    // data set's unit.
+    const std::string headers = uc.deviceClass().MonitorLogHeaders();
+    EXPECT_EQ(std::count(headers.begin(), headers.end(), ';'), 4) << headers;
+    EXPECT_NE(headers.find("[barG]"), std::string::npos) << headers;
 }
 
 }  // namespace
