@@ -3,6 +3,7 @@
 #include "data/PageFields.h"
 #include "data/ParameterDocument.h"
 #include "data/ProgramWrite.h"
+#include "data/Uploads.h"
 #include "data/TestIntervals.h"
 #include "data/ValueText.h"
 #include "devices/DeviceClass.h"
@@ -18,6 +19,7 @@
 #include <array>
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
 namespace kt500::data {
 
@@ -279,7 +281,8 @@ void ParameterValues::LoadPagesFromDocument() {
         }
         std::string state = "read";
         bool allValuesEmpty = true;
-        for (const xml::Node& included : dataQuery.select("data:includedParam", group)) {
+        const std::vector<xml::Node> includedParams = dataQuery.select("data:includedParam", group);
+        for (const xml::Node& included : includedParams) {
             const std::string name = included.attribute("name");
             const xml::Node parameter = m_control.ParameterNodeByName(name);
             if (!parameter) {
@@ -314,6 +317,15 @@ void ParameterValues::LoadPagesFromDocument() {
         }
         if (allValuesEmpty && state == "changed") {
             state = "notRead";
+        }
+        // A page with nothing to read (a reset, a calibration, the results of
+        // a test not run) gets no "read" tick from the data set: only a
+        // change or an error on it shows.
+        const bool nothingToRead =
+            includedParams.empty() ||
+            NothingToUploadOn(m_control.deviceClass().DevicePrefix() + page);
+        if (nothingToRead && state == "read") {
+            continue;
         }
         m_control.ChangeTreeIcon(page, state);
     }

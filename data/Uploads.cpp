@@ -91,6 +91,13 @@ form::ToolbarModel& Toolbar(form::Form& form) {
 
 }  // namespace
 
+bool NothingToUploadOn(std::string_view strFrame) {
+    if (strFrame.size() <= 2 || strFrame == kReadTestSettingsFrame) {
+        return false;
+    }
+    return FindPage(kNothingToUpload, strFrame.substr(2)) != nullptr;
+}
+
 void Uploads::EnableUploadTools() {
     // The band reads the device: online "uploadCurrent" and each upload
     // group that the GUIInit document names, offline none of them.

@@ -8,6 +8,7 @@
 #include "form/EventHandlers.h"
 
 #include <string>
+#include <string_view>
 
 namespace kt500::data {
 
@@ -17,6 +18,11 @@ struct ReloadTarget {
     std::string group;
     std::string caption;
 };
+
+// Whether the page of a frame tag ("HAresetDiagnostics") has nothing that
+// its Reload could read: the reset, test result and calibration pages. The
+// KT520's test settings page reads its settings.
+[[nodiscard]] bool NothingToUploadOn(std::string_view strFrame);
 
 class Uploads {
 public:

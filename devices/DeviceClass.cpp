@@ -6,6 +6,7 @@
 #include "devices/clsKT540.h"
 #include "devices/clsPL500.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kt500::devices {
@@ -215,6 +216,16 @@ float DeviceClass::stepEndPointOf(std::string_view strSettingsArray) const {
 void DeviceClass::setTrendTime(std::string_view strProperty, std::string strText) {
     if (!hasTrendTime(strProperty)) {
         missing(strProperty);
+    }
+    // The label on the trend's page that shows the span: element n of
+    // lblHATrendTime, lblPATrendTime or lblPLTrendTime.
+    static constexpr std::string_view labels[] = {"LoadFactorTime", "TravelDeviationTime",
+                                                  "TravelVsTimeTime", "BreakawayPressureTime",
+                                                  "LeakageSignalTime"};
+    const auto label = std::find(std::begin(labels), std::end(labels), strProperty);
+    if (label != std::end(labels) && m_objUserControl != nullptr) {
+        const std::string array = "lbl" + DevicePrefix() + "TrendTime";
+        setElementText(PageElement{array, static_cast<int>(label - std::begin(labels))}, strText);
     }
     for (auto& [name, text] : m_trendTimes) {
         if (name == strProperty) {

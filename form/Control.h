@@ -156,6 +156,19 @@ public:
     // Time a running timer has counted towards its next tick (the form's).
     [[nodiscard]] int timerElapsed() const noexcept { return m_timerElapsed; }
 
+    // How the window draws the control, beside its properties: the logic
+    // neither reads nor writes it, and scripts do not see it. A switch is a
+    // list box of an off and an on entry, drawn as a check box; a grouped
+    // value is a count shown with digit grouping; a model label shows the
+    // device's model name where the device reports its type number.
+    enum class Look { Plain, Switch, Grouped, Model };
+    [[nodiscard]] Look look() const noexcept { return m_look; }
+    void setLook(Look look) noexcept { m_look = look; }
+    // Whether the control is part of a row of a <rows> block: the window
+    // closes the gap that a hidden row leaves by moving the rows below it up.
+    [[nodiscard]] bool rowPart() const noexcept { return m_rowPart; }
+    void setRowPart(bool rowPart) noexcept { m_rowPart = rowPart; }
+
 private:
     friend class Form;
     struct State;
@@ -178,6 +191,8 @@ private:
     std::string m_captionKey;
     std::string m_toolTipKey;
     int m_timerElapsed = 0;
+    Look m_look = Look::Plain;
+    bool m_rowPart = false;
     std::unique_ptr<State> m_state;
 };
 

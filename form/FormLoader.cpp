@@ -417,7 +417,23 @@ void applyChildren(Control& c, const xml::Node& node) {
     }
 }
 
+// The look attribute of a <control> or <row>: how the window draws it.
+Control::Look lookOf(const xml::Node& node) {
+    const std::string word = node.attribute("look");
+    if (word == "switch") {
+        return Control::Look::Switch;
+    }
+    if (word == "grouped") {
+        return Control::Look::Grouped;
+    }
+    if (word == "model") {
+        return Control::Look::Model;
+    }
+    return Control::Look::Plain;
+}
+
 void applyDeclared(Control& c, const xml::Node& node) {
+    c.setLook(lookOf(node));
     c.setCaptionKey(node.attribute("captionKey"));
     c.setToolTipKey(node.attribute("toolTipKey"));
     if (c.kind() == ControlKind::Chart) {
@@ -438,6 +454,7 @@ void applyDeclared(Control& c, const xml::Node& node) {
 }
 
 void applyRowPart(Control& c, const Pending& p) {
+    c.setRowPart(true);
     c.setLeft(p.geometry.left);
     c.setTop(p.geometry.top);
     c.setWidth(p.geometry.width);
@@ -455,6 +472,7 @@ void applyRowPart(Control& c, const Pending& p) {
         c.setVisible(false);  // shown only while the field holds a change
     }
     if (p.role == Role::RowField) {
+        c.setLook(lookOf(p.node));
         applyChildren(c, p.node);
     }
 }

@@ -10,6 +10,7 @@
 #include "app/window/ChartExport.h"
 #include "app/window/WidgetBinding.h"
 
+#include <QCategoryAxis>
 #include <QChart>
 #include <QChartView>
 #include <QDateTimeAxis>
@@ -57,6 +58,36 @@ QPen PenOf(std::uint32_t bgr, int lineType) {
             break;
     }
     return pen;
+}
+
+// The most labels the bottom axis shows of a chart's point labels.
+constexpr int kMostPointLabels = 6;
+
+bool HasPointLabels(const form::ChartModel& model) {
+    for (int point = 0; point < model.points(); ++point) {
+        if (!model.pointLabel(point).empty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The point labels on the bottom axis (a trend's running time): every
+// few points and the last, each at its point, each text once.
+void LabelPoints(QCategoryAxis& axis, const form::ChartModel& model) {
+    const int points = model.points();
+    const int step = std::max(1, (points + kMostPointLabels - 1) / kMostPointLabels);
+    // Each label closes a category that begins before its point.
+    axis.setStartValue(-1);
+    for (int point = 0; point < points; ++point) {
+        if (point % step != 0 && point != points - 1) {
+            continue;
+        }
+        const QString label = Qs(model.pointLabel(point));
+        if (!label.isEmpty() && !axis.categoriesLabels().contains(label)) {
+            axis.append(label, point);
+        }
+    }
 }
 
 struct Range {
@@ -235,6 +266,10 @@ private:
             auto* time = new QDateTimeAxis();
             time->setFormat(QStringLiteral("HH:mm:ss"));
             xAxis = time;
+        } else if (!ownX && HasPointLabels(model)) {
+            auto* labelled = new QCategoryAxis();
+            labelled->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+            xAxis = labelled;
         } else {
             xAxis = new QValueAxis();
         }
@@ -282,6 +317,9 @@ private:
         xAxis->setTitleText(Qs(model.axis(ChartAxisId::X).label));
         if (auto* time = qobject_cast<QDateTimeAxis*>(xAxis)) {
             time->setRange(DateTimeOfDays(xLow), DateTimeOfDays(xHigh));
+        } else if (auto* labelled = qobject_cast<QCategoryAxis*>(xAxis)) {
+            labelled->setRange(xLow, xHigh);
+            LabelPoints(*labelled, model);
         } else {
             static_cast<QValueAxis*>(xAxis)->setRange(xLow, xHigh);
             static_cast<QValueAxis*>(xAxis)->setLabelFormat(QStringLiteral("%g"));

@@ -6,23 +6,6 @@
 
 namespace kt500::window {
 
-QString WithMnemonic(const QString& text, QString& taken) {
-    QString plain = text;
-    plain.replace(QLatin1Char('&'), QStringLiteral("&&"));
-    for (int i = 0; i < plain.size(); ++i) {
-        const QChar letter = plain.at(i).toLower();
-        if (plain.at(i) == QLatin1Char('&')) {
-            ++i;  // a doubled ampersand
-            continue;
-        }
-        if (letter.isLetter() && !taken.contains(letter)) {
-            taken += letter;
-            return plain.left(i) + QLatin1Char('&') + plain.mid(i);
-        }
-    }
-    return plain;
-}
-
 CommandMenus::CommandMenus(QMenuBar& bar, FormView& view, const FrameTexts& texts,
                            WindowCommands commands)
     : m_bar(bar), m_view(view), m_texts(texts) {

@@ -8,6 +8,7 @@
 
 #include "app/window/FormView.h"
 #include "app/window/FrameTexts.h"
+#include "app/window/Mnemonics.h"
 
 #include <QObject>
 #include <QPointer>
@@ -62,9 +63,5 @@ private:
     std::vector<QPointer<QMenu>> m_menus;
     std::size_t m_observer = 0;
 };
-
-// The text with an ampersand before the first letter that is not in taken
-// (which then holds it); ampersands of the text are doubled.
-[[nodiscard]] QString WithMnemonic(const QString& text, QString& taken);
 
 }  // namespace kt500::window

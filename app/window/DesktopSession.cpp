@@ -32,6 +32,9 @@ bool DesktopSession::start(const simulator::SessionOptions& options, QWidget* pa
     const FrameTexts texts(options.language);
     m_view = std::make_unique<FormView>(m_session.control().form(), m_icons, m_gate, scale, parent,
                                         texts.text(FrameText::LastRead));
+    const session::clsTools& tools = *m_session.control().m_objTools;
+    m_view->setDeviceModel(QString::fromStdString(tools.DeviceTypeId),
+                           QString::fromStdString(tools.DeviceName));
     m_view->setHintSource([this, texts](
                               const form::Control& control) { return hintOf(control, texts); });
     m_clock.start();

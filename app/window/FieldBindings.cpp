@@ -19,6 +19,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <cmath>
 #include <type_traits>
 
@@ -203,6 +204,61 @@ private:
     }
 };
 
+// A list box of an off entry (item data 0) and an on entry (item data 1),
+// drawn as a check box with the entry's text. A click chooses the other
+// entry as choosing it in the list would: GotFocus, ListIndex (Click),
+// and LostFocus when the focus leaves.
+class SwitchBox final : public Bound<QCheckBox> {
+public:
+    SwitchBox(form::Control& control, ViewContext& context, QWidget* parent)
+        : Bound(control, context, parent) {
+        relay(true, false);
+        QObject::connect(m_widget, &QAbstractButton::clicked, m_widget, [this](bool checked) {
+            deliver([this, checked] {
+                const int entry = entryOf(checked ? 1 : 0);
+                if (entry >= 0) {
+                    m_control.setListIndex(entry);
+                }
+            });
+            mirrorAll();  // the handler may have refused the change
+        });
+    }
+    void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
+        switch (id) {
+            case PropertyId::List:
+            case PropertyId::ListCount:
+            case PropertyId::ItemData:
+            case PropertyId::ListIndex:
+            case PropertyId::Text: {
+                const int index = m_control.listIndex();
+                const bool on = index >= 0 && m_control.itemData(index) == 1;
+                m_widget->setChecked(on);
+                m_widget->setText(index >= 0 ? Qs(m_control.list(index)) : QString());
+                break;
+            }
+            case PropertyId::ForeColor:
+                applyColors(*m_widget, false);
+                break;
+            default:
+                break;
+        }
+    }
+    void mirrorAll() override {
+        mirror(PropertyId::ListIndex, {}, -1);
+        applyColors(*m_widget, false);
+    }
+
+private:
+    [[nodiscard]] int entryOf(std::int32_t itemData) const {
+        for (int i = 0; i < m_control.listCount(); ++i) {
+            if (m_control.itemData(i) == itemData) {
+                return i;
+            }
+        }
+        return -1;
+    }
+};
+
 // Check boxes and option buttons: the caption, and Value as the mark (a
 // check box shows 2 greyed). A click writes Value, which raises Click; the
 // form clears the other options of the container itself.
@@ -264,7 +320,7 @@ public:
     }
     void mirror(PropertyId id, std::string_view /*key*/, int /*item*/) override {
         if (id == PropertyId::Caption) {
-            m_widget->setText(Qs(m_control.caption()));
+            m_widget->setText(shownCaption());
             if (m_control.name() == "lblTimeStamp") {
                 showTimeStamp();
             }
@@ -283,6 +339,25 @@ public:
     }
 
 private:
+    // The caption as the label shows it: a count grouped, the device's type
+    // number as its model name (the number stays in the tool tip).
+    QString shownCaption() {
+        const QString caption = Qs(m_control.caption());
+        switch (m_control.look()) {
+            case form::Control::Look::Grouped:
+                return GroupedDigits(caption);
+            case form::Control::Look::Model:
+                if (!m_context.modelName.isEmpty() && !caption.isEmpty() &&
+                    caption == m_context.modelId) {
+                    m_widget->setToolTip(caption);
+                    return m_context.modelName;
+                }
+                m_widget->setToolTip({});
+                return caption;
+            default:
+                return caption;
+        }
+    }
     // A page's time stamp says what it is where its label has the room,
     // and always in its tool tip.
     void showTimeStamp() {
@@ -434,12 +509,32 @@ public:
 
 }  // namespace
 
+QString GroupedDigits(const QString& text) {
+    const bool negative = text.startsWith(u'-');
+    const QString digits = negative ? text.mid(1) : text;
+    if (digits.isEmpty() ||
+        !std::all_of(digits.begin(), digits.end(), [](QChar c) { return c.isDigit(); })) {
+        return text;
+    }
+    QString grouped;
+    for (qsizetype i = 0; i < digits.size(); ++i) {
+        if (i > 0 && (digits.size() - i) % 3 == 0) {
+            grouped += QChar(0x202F);
+        }
+        grouped += digits[i];
+    }
+    return negative ? u'-' + grouped : grouped;
+}
+
 std::unique_ptr<WidgetBinding> MakeFieldBinding(form::Control& control, ViewContext& context,
                                                 QWidget* parent) {
     switch (control.kind()) {
         case ControlKind::TextBox:
             return std::make_unique<TextBox>(control, context, parent);
         case ControlKind::ComboBox:
+            if (control.look() == form::Control::Look::Switch) {
+                return std::make_unique<SwitchBox>(control, context, parent);
+            }
             return std::make_unique<ComboBox>(control, context, parent);
         case ControlKind::CheckBox:
             return std::make_unique<Choice<QCheckBox>>(control, context, parent);

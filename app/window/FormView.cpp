@@ -1,8 +1,11 @@
 #include "app/window/FormView.h"
 
 #include "app/window/ChartFit.h"
+#include "app/window/Mnemonics.h"
+#include "app/window/RowGaps.h"
 
 #include <QAction>
+#include <QPushButton>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -55,6 +58,16 @@ private:
     int m_startExtra = 0;
 };
 
+// The page a control lies on: its outermost container, nullptr for a
+// control on the user control itself.
+const form::Control* pageOf(const form::Control& control) {
+    const form::Control* page = control.container();
+    while (page != nullptr && page->container() != nullptr) {
+        page = page->container();
+    }
+    return page;
+}
+
 }  // namespace
 
 FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScale scale,
@@ -80,8 +93,19 @@ FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScal
         }
     }
     mirrorUserControl(PropertyId::MousePointer);
+    for (const form::Control* page : form.children(nullptr)) {
+        if (page->kind() == ControlKind::Frame) {
+            placeRows(*page);  // the rows that the logic hid before the view
+        }
+    }
     setTreeExtra(0);  // at least what the captions need
     orderTabs();
+    assignMnemonics(nullptr);
+    for (const form::Control* page : form.children(nullptr)) {
+        if (page->kind() == ControlKind::Frame) {
+            assignMnemonics(page);
+        }
+    }
     m_observer = form.addObserver([this](const form::PropertyChange& change) { onChange(change); });
 }
 
@@ -136,6 +160,9 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
         case PropertyId::Visible:
             if (control.has(PropertyId::Visible)) {
                 widget.setVisible(control.visible());
+            }
+            if (const form::Control* page = RowPageOf(control)) {
+                placeRows(*page);  // a row shown or hidden moves the rows below
             }
             if (&control == m_tree) {
                 relayout();  // the pane comes and goes with the tree
@@ -201,6 +228,9 @@ void FormView::onChange(const form::PropertyChange& change) {
     const QSignalBlocker blocker(widget);
     mirrorCommon(control, *widget, change.property);
     binding.mirror(change.property, change.key, change.item);
+    if (control.kind() == ControlKind::CommandButton && change.property == PropertyId::Caption) {
+        assignMnemonics(pageOf(control));
+    }
     if (&control == m_tree && change.property == PropertyId::Nodes &&
         m_treeExtra < minimumTreeExtra()) {
         setTreeExtra(m_treeExtra);  // new captions (a language) may need more room
@@ -230,6 +260,41 @@ void FormView::orderTabs() {
         });
         for (std::size_t i = 1; i < fields.size(); ++i) {
             QWidget::setTabOrder(fields[i - 1], fields[i]);
+        }
+    }
+}
+
+void FormView::setDeviceModel(const QString& typeId, const QString& modelName) {
+    m_context.modelId = typeId;
+    m_context.modelName = modelName;
+    for (const auto& [control, binding] : m_bindings) {
+        if (control->look() == form::Control::Look::Model && binding->widget() != nullptr) {
+            const QSignalBlocker blocker(binding->widget());
+            binding->mirror(PropertyId::Caption, {}, -1);
+        }
+    }
+}
+
+void FormView::setReservedMnemonics(const QString& letters) {
+    m_reservedMnemonics = letters.toLower();
+    assignMnemonics(nullptr);
+    for (const form::Control* page : m_form.children(nullptr)) {
+        if (page->kind() == ControlKind::Frame) {
+            assignMnemonics(page);
+        }
+    }
+}
+
+void FormView::assignMnemonics(const form::Control* page) {
+    // In form order, so the same page gives the same letters every time.
+    QString taken = m_reservedMnemonics;
+    for (const form::Control* control : m_form.controls()) {
+        if (control->kind() != ControlKind::CommandButton || pageOf(*control) != page) {
+            continue;
+        }
+        if (auto* button = qobject_cast<QPushButton*>(widgetOf(*control))) {
+            const QSignalBlocker blocker(button);
+            button->setText(WithMnemonic(Qs(control->caption()), taken));
         }
     }
 }
@@ -269,7 +334,12 @@ QRect FormView::placed(const form::Control& control) const {
     QRect rect = control.kind() == form::ControlKind::Chart
                      ? m_scale.rect(FittedChartRect(m_form, control))
                      : m_scale.rect(control);
-    if (control.container() != nullptr || m_treeExtra == 0 || !treeShown()) {
+    if (control.container() != nullptr) {
+        // Rows below a hidden row close up.
+        rect.translate(0, -m_scale.pixels(RowGapShift(m_form, control)));
+        return rect;
+    }
+    if (m_treeExtra == 0 || !treeShown()) {
         return rect;
     }
     const int edge = m_scale.rect(*m_tree).right() + 1;
@@ -306,6 +376,14 @@ int FormView::minimumTreeExtra() const {
 void FormView::setTreeExtra(int pixels) {
     m_treeExtra = std::clamp(pixels, minimumTreeExtra(), std::max(kMostTreeExtra, minimumTreeExtra()));
     relayout();
+}
+
+void FormView::placeRows(const form::Control& page) {
+    for (const form::Control* child : m_form.children(&page)) {
+        if (QWidget* widget = widgetOf(*child)) {
+            widget->setGeometry(placed(*child));
+        }
+    }
 }
 
 void FormView::relayout() {

@@ -51,6 +51,15 @@ public:
     using HintSource = std::function<QString(const form::Control& control)>;
     void setHintSource(HintSource source);
 
+    // The device's type number and its model name: the model labels of the
+    // pages show the name where the device reports the number.
+    void setDeviceModel(const QString& typeId, const QString& modelName);
+
+    // The letters that Alt already opens elsewhere (the menu bar's): the
+    // buttons of a page take mnemonics of other letters, each once on
+    // its page.
+    void setReservedMnemonics(const QString& letters);
+
     // The pixels the tree's pane is wider than the form says; never below
     // minimumTreeExtra(). Emits nothing: the window asks when it saves.
     [[nodiscard]] int treeExtra() const noexcept { return m_treeExtra; }
@@ -73,6 +82,12 @@ private:
     // Tab goes through each page's fields in reading order: by rows from
     // the top, in a row from the left.
     void orderTabs();
+    // Gives the buttons on a page (a frame on the user control, or the user
+    // control itself) their mnemonics anew.
+    void assignMnemonics(const form::Control* page);
+    // Places the widgets on a page again: a row shown or hidden moves the
+    // rows below it.
+    void placeRows(const form::Control& page);
     // Places every widget of the user control again and sizes the view.
     void relayout();
     [[nodiscard]] bool treeShown() const;
@@ -87,6 +102,7 @@ private:
     int m_treeExtra = 0;
     QWidget* m_splitHandle = nullptr;
     const form::Control* m_tree = nullptr;
+    QString m_reservedMnemonics;
 };
 
 }  // namespace kt500::window

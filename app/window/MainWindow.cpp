@@ -2,6 +2,7 @@
 
 #include "app/window/ActivityText.h"
 #include "app/window/Launcher.h"
+#include "app/window/Mnemonics.h"
 #include "session/QtSettingsStore.h"
 
 #include <QCloseEvent>
@@ -139,6 +140,14 @@ void MainWindow::buildMenus() {
                                               m_texts.text(FrameText::AboutText)
                                                   .arg(QCoreApplication::applicationVersion()));
                        }});
+    // The page buttons take letters that no menu title holds.
+    QString titles;
+    for (const QAction* menu : menuBar()->actions()) {
+        if (const QChar letter = MnemonicOf(menu->text()); !letter.isNull()) {
+            titles += letter;
+        }
+    }
+    m_session->view().setReservedMnemonics(titles);
 }
 
 QString MainWindow::tagOfDevice() const {

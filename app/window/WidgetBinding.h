@@ -27,7 +27,15 @@ struct ViewContext {
     // What a page's time stamp says it is: "Last read: %1" in the session's
     // language.
     QString timeStampFormat = QStringLiteral("%1");
+    // The device's type number as the device reports it, and the model
+    // name a model label shows for it.
+    QString modelId;
+    QString modelName;
 };
+
+// A count with its digits grouped by threes (a narrow space between the
+// groups, in every language); any other text as it is.
+[[nodiscard]] QString GroupedDigits(const QString& text);
 
 class WidgetBinding {
 public:

@@ -277,7 +277,9 @@ TEST_F(LoadPagesFromDocumentTest, PageStatesFromTheValuesStates) {
         {"1", {"2", "0", "1", "1"}, "error"},  {"1", {"2", "1", "1", "1"}, "error"},
         {"", {"0", "0", "0", "0"}, "notRead"},
     };
-    guiInit({{"hartConfiguration", "1"}, {"resetDiagnostics", "1"}});
+    guiInit({{"hartConfiguration", "1"},
+             {"resetDiagnostics", "1"},
+             {"temperatureSensorCalibration", "1"}});
     for (const auto& c : cases) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             SetLive(uc, names[i], "value", c.value);
@@ -285,9 +287,15 @@ TEST_F(LoadPagesFromDocumentTest, PageStatesFromTheValuesStates) {
         }
         uc.values.LoadPagesFromDocument();
         EXPECT_EQ(icon("hartConfiguration"), c.state) << c.state;
-        // A group without parameters stays read.
-        EXPECT_EQ(icon("resetDiagnostics"), "read");
+        // A group without parameters has nothing to read: it takes no tick.
+        EXPECT_EQ(icon("resetDiagnostics"), "start");
+        // Nor does a calibration page, whose values the calibration reads.
+        EXPECT_EQ(icon("temperatureSensorCalibration"), "start");
     }
+    // A change on such a page still shows.
+    SetLive(uc, "measuredTemperature", "synchronised", "0");
+    uc.values.ApplyInitialValues();
+    EXPECT_EQ(icon("temperatureSensorCalibration"), "changed");
 }
 
 TEST_F(LoadPagesFromDocumentTest, NodesOfTheModeAndValuesOnThePage) {

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -105,6 +106,15 @@ protected:
                         << name;
                     break;
                 case ControlKind::ComboBox: {
+                    if (control->look() == form::Control::Look::Switch) {
+                        // An on/off list: a check box ticked on the on entry.
+                        auto* check = qobject_cast<QCheckBox*>(w);
+                        ASSERT_NE(check, nullptr) << name;
+                        const int index = control->listIndex();
+                        EXPECT_EQ(check->isChecked(), index >= 0 && control->itemData(index) == 1)
+                            << name;
+                        break;
+                    }
                     auto* box = qobject_cast<QComboBox*>(w);
                     EXPECT_EQ(box->count(), control->listCount()) << name;
                     EXPECT_EQ(box->currentIndex(), control->listIndex()) << name;
@@ -119,11 +129,19 @@ protected:
                                         w->toolTip().size() > caption.size())
                                 << name;
                         }
-                    } else {
+                    } else if (control->look() == form::Control::Look::Grouped) {
+                        EXPECT_EQ(qobject_cast<QLabel*>(w)->text(), GroupedDigits(caption)) << name;
+                    } else if (control->look() != form::Control::Look::Model) {
                         EXPECT_EQ(qobject_cast<QLabel*>(w)->text(), caption) << name;
                     }
                     break;
-                case ControlKind::CommandButton:
+                case ControlKind::CommandButton: {
+                    // The caption with its Alt letter marked.
+                    QString text = qobject_cast<QAbstractButton*>(w)->text();
+                    text.replace(QRegularExpression(QStringLiteral("&(.)")), QStringLiteral("\\1"));
+                    EXPECT_EQ(text, caption) << name;
+                    break;
+                }
                 case ControlKind::OptionButton:
                     EXPECT_EQ(qobject_cast<QAbstractButton*>(w)->text(), caption) << name;
                     break;
