@@ -294,7 +294,7 @@ TEST_F(LoadPagesFromDocumentTest, PageStatesFromTheValuesStates) {
     }
     // A change on such a page still shows.
     SetLive(uc, "measuredTemperature", "synchronised", "0");
-    uc.values.ApplyInitialValues();
+    uc.values.LoadPagesFromDocument();
     EXPECT_EQ(icon("temperatureSensorCalibration"), "changed");
 }
 
