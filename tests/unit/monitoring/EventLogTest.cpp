@@ -2,6 +2,7 @@
 #include "monitoring/EventLog.h"
 
 #include "devices/DeviceClass.h"
+#include "support/ReplyItems.h"
 #include "support/TestUserControl.h"
 #include "xml/Document.h"
 
@@ -15,12 +16,7 @@ namespace {
 
 using testing::TestUserControl;
 
-struct Items {
-    explicit Items(const std::string& body)
-        : document(std::move(*xml::Document::parse("<r>" + body + "</r>").document)) {}
-    std::vector<xml::Node> all() const { return document.root().childElements("item"); }
-    xml::Document document;
-};
+using Items = testing::ReplyItems;
 
 std::string item(const std::string& name, const std::string& text) {
     return "<item name=\"" + name + "\" unit=\"noUnit\"><stringVal>" + text +

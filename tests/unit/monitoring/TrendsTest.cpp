@@ -4,6 +4,7 @@
 
 #include "devices/DeviceClass.h"
 #include "presentation/Graphs.h"
+#include "support/ReplyItems.h"
 #include "support/TestUserControl.h"
 #include "xml/Document.h"
 
@@ -18,13 +19,7 @@ namespace {
 
 using testing::TestUserControl;
 
-// A reply's items: <item name="..."><floatVal>text</floatVal></item>.
-struct Items {
-    explicit Items(const std::string& body)
-        : document(std::move(*xml::Document::parse("<r>" + body + "</r>").document)) {}
-    std::vector<xml::Node> all() const { return document.root().childElements("item"); }
-    xml::Document document;
-};
+using Items = testing::ReplyItems;
 
 std::string item(const std::string& name, const std::string& text) {
     return "<item name=\"" + name + "\" unit=\"%\"><floatVal>" + text + "</floatVal></item>";
