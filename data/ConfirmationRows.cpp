@@ -53,4 +53,17 @@ void RemoveCheckedRows(const form::Form& form) {
     }
 }
 
+bool HasCheckedRow(const form::Form& form, std::string_view strName) {
+    const form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return false;
+    }
+    for (int row = 1; row <= rows->count(); ++row) {
+        if (rows->row(row).checked && rows->subItem(row, kNameColumn) == strName) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace kt500::data

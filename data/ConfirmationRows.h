@@ -20,4 +20,8 @@ void RemoveParameterRow(const form::Form& form, std::string_view strName);
 // Drops every checked row: what a completed write has taken.
 void RemoveCheckedRows(const form::Form& form);
 
+// True when a checked row stands for parameter strName: the user confirmed
+// its new value.
+[[nodiscard]] bool HasCheckedRow(const form::Form& form, std::string_view strName);
+
 }  // namespace kt500::data
