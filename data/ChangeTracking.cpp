@@ -4,6 +4,7 @@
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -96,6 +97,25 @@ std::string LimitInUnit(services::IDtmUnits& units, const std::string& strLimit,
     return devices::fDecimalSep(text);
 }
 
+// How many of the device's units one unit the page shows is worth: the
+// class's write form of "1" (1000 for seconds shown of milliseconds held);
+// 1 when the class writes the value as shown.
+double DeviceScale(devices::DeviceClass& deviceClass, const std::string& strTag) {
+    const std::string one = deviceClass.FormatValues(strTag, "1", "write");
+    if (one.empty() || !devices::IsNum(one)) {
+        return 1.0;
+    }
+    const double scale = devices::Str2Dbl(devices::fDecimalSep(one, "."));
+    return scale > 0.0 ? scale : 1.0;
+}
+
+// A limit in the page's scale, with the page's decimal sign.
+std::string ScaledText(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
+    return devices::fDecimalSep(text);
+}
+
 // Keeps CurrentFrame, which keys the snapshots, and puts it back on leaving.
 class CurrentFrameGuard {
 public:
@@ -168,10 +188,21 @@ bool ChangeTracking::CheckValue(form::Control& control) {
         if (!devices::IsNum(text)) {
             return refuse(invalid);
         }
-        if (decimals == "0" && devices::fDecimalSep(text, ".").find('.') != std::string::npos) {
-            return refuse(m_control.Translate("decimalsNotAllowed"));
+        // A page may show a value in another scale than the device keeps
+        // (seconds for milliseconds): the limits and decimals are the
+        // device's, so the value is checked as it will be written.
+        const double scale = DeviceScale(m_control.deviceClass(), tag);
+        if (scale != 1.0) {
+            minVal = IsBlank(minVal) ? minVal : ScaledText(devices::Str2Dbl(minVal) / scale);
+            maxVal = IsBlank(maxVal) ? maxVal : ScaledText(devices::Str2Dbl(maxVal) / scale);
         }
         const double number = devices::Str2Dbl(text);
+        const bool hasDecimals =
+            scale == 1.0 ? devices::fDecimalSep(text, ".").find('.') != std::string::npos
+                         : std::abs(number * scale - std::round(number * scale)) > 1e-6;
+        if (decimals == "0" && hasDecimals) {
+            return refuse(m_control.Translate("decimalsNotAllowed"));
+        }
         // Both limits are strict: a value equal to a limit is good.
         const bool belowMin = !IsBlank(minVal) && devices::Str2Dbl(minVal) > number;
         const bool aboveMax = !IsBlank(maxVal) && devices::Str2Dbl(maxVal) < number;
