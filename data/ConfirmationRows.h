@@ -24,4 +24,8 @@ void RemoveCheckedRows(const form::Form& form);
 // its new value.
 [[nodiscard]] bool HasCheckedRow(const form::Form& form, std::string_view strName);
 
+// True when a checked row of parameter strName has equal old and new values:
+// a row that "Add all values" made from the data set, not an edit.
+[[nodiscard]] bool HasCheckedDataSetRow(const form::Form& form, std::string_view strName);
+
 }  // namespace kt500::data

@@ -176,6 +176,18 @@ std::string Requests::ownValue(const std::string& strName, const std::string& st
     return m_control.ParameterNodeByName(strName).attribute("value");
 }
 
+std::string Requests::dataSetValue(const std::string& strName, const std::string& strUnit) {
+    const xml::Node parameter = m_control.ParameterNodeByName(strName);
+    const std::string value = parameter.attribute("value");
+    const std::string unit = parameter.attribute("unit");
+    if (strUnit == "noUnit" || unit.empty() || unit == "noUnit" || unit == strUnit ||
+        !devices::IsNum(value)) {
+        return value;
+    }
+    const std::string converted = m_control.ConvertUnit(value, unit, strUnit);
+    return converted.empty() ? value : converted;
+}
+
 std::string Requests::confirmedDeviceDate() {
     devices::DeviceClass& device = m_control.deviceClass();
     std::string pageDate = device.GetDeviceDate();
@@ -210,6 +222,10 @@ std::string Requests::valueString(const std::string& strItems, bool blConfirmedO
         std::string value;
         if (name == "deviceDate") {
             value = blConfirmedOnly ? confirmedDeviceDate() : device.GetDeviceDate();
+        } else if (blConfirmedOnly && HasCheckedDataSetRow(m_control.form(), name)) {
+            // A row of the data set confirms the data set's value, not the
+            // page's rounding of it in another unit.
+            value = dataSetValue(name, unit);
         } else if (blConfirmedOnly && !HasCheckedRow(m_control.form(), name)) {
             // A partner written with a confirmed value, or an item the
             // class always writes: the page may show an edit that nobody

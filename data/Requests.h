@@ -47,6 +47,8 @@ private:
     // The value the device (offline the data set) holds of strName as it
     // goes on the wire for an item of that unit; "" when it is not known.
     [[nodiscard]] std::string ownValue(const std::string& strName, const std::string& strUnit);
+    // The data set's value of strName for an item of that unit.
+    [[nodiscard]] std::string dataSetValue(const std::string& strName, const std::string& strUnit);
     // The device date with the page's day, month and year where a checked
     // row confirms them and the device's own parts elsewhere.
     [[nodiscard]] std::string confirmedDeviceDate();
