@@ -299,7 +299,12 @@ bool RandomActions::build(const std::string& kind, Step& step) {
         if (fields.empty()) {
             return false;
         }
-        step.lines.push_back("focus " + fieldOf(fields).reference);
+        const Field& field = fieldOf(fields);
+        step.lines.push_back("focus " + field.reference);
+        // Leaving a field checks it again: a refused text is told again.
+        if (app::ScriptTargets(m_session).control(field.reference).foreColor() == 255) {
+            step.allowedHeaders.insert(control.Translate("valueCheck"));
+        }
     } else if (kind == "select") {
         if (listFields.empty()) {
             return false;
