@@ -4,6 +4,7 @@
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -24,23 +25,45 @@ std::vector<std::string> SplitSnapshot(const std::string& strValues) {
     return devices::SplitSeparated(strValues);
 }
 
-// The entry of a list box whose text is strText; -1 when none.
-int EntryOf(const form::Control& list, const std::string& strText) {
+// A list box's entry as the snapshot keeps it: the entry's item data, which
+// a change of language keeps, where it names one entry; otherwise "#" and
+// the entry's position. "" with no entry chosen.
+std::string EntryKey(const form::Control& list, int entry) {
+    if (entry < 0 || entry >= list.listCount()) {
+        return {};
+    }
+    const double data = list.itemData(entry);
+    for (int other = 0; other < list.listCount(); ++other) {
+        if (other != entry && list.itemData(other) == data) {
+            return "#" + std::to_string(entry);
+        }
+    }
+    return std::to_string(static_cast<long long>(data));
+}
+
+// The entry a snapshot's key names; -1 when none.
+int EntryOfKey(const form::Control& list, const std::string& strKey) {
+    if (strKey.empty()) {
+        return -1;
+    }
+    if (strKey.front() == '#') {
+        const int entry = devices::ToInt16(strKey.substr(1));
+        return entry < list.listCount() ? entry : -1;
+    }
     for (int entry = 0; entry < list.listCount(); ++entry) {
-        if (list.list(entry) == strText) {
+        if (EntryKey(list, entry) == strKey) {
             return entry;
         }
     }
     return -1;
 }
 
-// What a page shows of a field: the text, for a list box its entry's text.
-std::string ShownValue(const form::Control& field) {
+// What the snapshot keeps of a field: the text, for a list box its entry's key.
+std::string SnapshotValue(const form::Control& field) {
     if (field.kind() == ControlKind::TextBox) {
         return field.text();
     }
-    const int entry = field.listIndex();
-    return entry < 0 ? std::string() : field.list(entry);
+    return EntryKey(field, field.listIndex());
 }
 
 bool IsBlank(const std::string& strValue) {
@@ -71,6 +94,25 @@ std::string LimitInUnit(services::IDtmUnits& units, const std::string& strLimit,
     }
     char text[64];
     std::snprintf(text, sizeof text, "%.1f", static_cast<double>(converted));
+    return devices::fDecimalSep(text);
+}
+
+// How many of the device's units one unit the page shows is worth: the
+// class's write form of "1" (1000 for seconds shown of milliseconds held);
+// 1 when the class writes the value as shown.
+double DeviceScale(devices::DeviceClass& deviceClass, const std::string& strTag) {
+    const std::string one = deviceClass.FormatValues(strTag, "1", "write");
+    if (one.empty() || !devices::IsNum(one)) {
+        return 1.0;
+    }
+    const double scale = devices::Str2Dbl(devices::fDecimalSep(one, "."));
+    return scale > 0.0 ? scale : 1.0;
+}
+
+// A limit in the page's scale, with the page's decimal sign.
+std::string ScaledText(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
     return devices::fDecimalSep(text);
 }
 
@@ -146,10 +188,21 @@ bool ChangeTracking::CheckValue(form::Control& control) {
         if (!devices::IsNum(text)) {
             return refuse(invalid);
         }
-        if (decimals == "0" && devices::fDecimalSep(text, ".").find('.') != std::string::npos) {
-            return refuse(m_control.Translate("decimalsNotAllowed"));
+        // A page may show a value in another scale than the device keeps
+        // (seconds for milliseconds): the limits and decimals are the
+        // device's, so the value is checked as it will be written.
+        const double scale = DeviceScale(m_control.deviceClass(), tag);
+        if (scale != 1.0) {
+            minVal = IsBlank(minVal) ? minVal : ScaledText(devices::Str2Dbl(minVal) / scale);
+            maxVal = IsBlank(maxVal) ? maxVal : ScaledText(devices::Str2Dbl(maxVal) / scale);
         }
         const double number = devices::Str2Dbl(text);
+        const bool hasDecimals =
+            scale == 1.0 ? devices::fDecimalSep(text, ".").find('.') != std::string::npos
+                         : std::abs(number * scale - std::round(number * scale)) > 1e-6;
+        if (decimals == "0" && hasDecimals) {
+            return refuse(m_control.Translate("decimalsNotAllowed"));
+        }
         // Both limits are strict: a value equal to a limit is good.
         const bool belowMin = !IsBlank(minVal) && devices::Str2Dbl(minVal) > number;
         const bool aboveMax = !IsBlank(maxVal) && devices::Str2Dbl(maxVal) < number;
@@ -177,9 +230,19 @@ std::string ChangeTracking::GetOldValue(const std::string& strTag, const std::st
     }
     const std::vector<form::Control*> snapshot = SnapshotFields(form, *page);
     for (std::size_t position = 0; position < snapshot.size(); ++position) {
-        if (snapshot[position]->tag() == strTag) {
-            return position < fields.size() ? fields[position] : std::string();
+        const form::Control& field = *snapshot[position];
+        if (field.tag() != strTag) {
+            continue;
         }
+        if (position >= fields.size()) {
+            return {};
+        }
+        if (field.kind() == ControlKind::TextBox) {
+            return fields[position];
+        }
+        // A list box's entry in the language the page shows now.
+        const int entry = EntryOfKey(field, fields[position]);
+        return entry < 0 ? std::string() : field.list(entry);
     }
     return {};
 }
@@ -199,7 +262,7 @@ void ChangeTracking::SaveOldValues() {
         std::string values;
         if (const form::Control* page = FindPage(form, frameArray, tools.CurrentFrame)) {
             for (const form::Control* field : SnapshotFields(form, *page)) {
-                devices::AppendSeparated(values, ShownValue(*field));
+                devices::AppendSeparated(values, SnapshotValue(*field));
             }
         }
         tools.set_old_values(values);
@@ -248,7 +311,7 @@ void ChangeTracking::RestoreOldValues(const std::string& strFrame, const std::st
         if (field.kind() == ControlKind::TextBox) {
             field.setText(value);
         } else {
-            field.setListIndex(value.empty() ? -1 : EntryOf(field, value));
+            field.setListIndex(EntryOfKey(field, value));
         }
         if (online) {
             field.setForeColor(devices::ColorRestored);
@@ -265,6 +328,46 @@ void ChangeTracking::RestoreOldValues(const std::string& strFrame, const std::st
             }
         }
     }
+}
+
+void KeepWrittenValues(devices::IUserControl& control, const std::string& strRequestGroup) {
+    session::clsTools& tools = control.tools();
+    devices::DeviceClass& deviceClass = control.deviceClass();
+    form::Form& form = control.form();
+    const CurrentFrameGuard restore(tools);
+    tools.CurrentFrame = deviceClass.DevicePrefix() + strRequestGroup;
+    const form::Control* page = FindPage(form, deviceClass.FrameArrayName(), tools.CurrentFrame);
+    std::vector<std::string> fields = SplitSnapshot(tools.old_values());
+    if (page == nullptr || fields.empty()) {
+        return;
+    }
+    const form::Control* list = form.find("lsvConfirmation");
+    const auto pending = [&](const std::string& strName) {
+        if (list == nullptr) {
+            return false;
+        }
+        const form::ListViewModel& rows = list->listView();
+        for (int row = 1; row <= rows.count(); ++row) {
+            if (rows.subItem(row, kNameColumn) == strName) {
+                return true;
+            }
+        }
+        return false;
+    };
+    const std::vector<form::Control*> snapshot = SnapshotFields(form, *page);
+    std::string values;
+    for (std::size_t position = 0; position < snapshot.size(); ++position) {
+        const form::Control& field = *snapshot[position];
+        std::string value = position < fields.size() ? fields[position] : std::string();
+        // A field with a row still waits for a send, a red one holds a
+        // refused text: their snapshot values stay.
+        if (!field.tag().empty() && !pending(field.tag()) &&
+            field.foreColor() != devices::ColorRefused) {
+            value = SnapshotValue(field);
+        }
+        devices::AppendSeparated(values, value);
+    }
+    tools.set_old_values(values);
 }
 
 void ChangeTracking::RemoveSpecialCaseItem(const std::string& strItem) {

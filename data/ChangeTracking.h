@@ -40,4 +40,11 @@ private:
     devices::IUserControl& m_control;
 };
 
+// After a write of strRequestGroup has been taken: the snapshot of its page
+// takes what each field shows now, so that an undo goes back to what the
+// device (offline the data set) holds, not to what it held before the
+// write. A field with a row in the confirmation list, or a refused (red)
+// one, keeps its snapshot value.
+void KeepWrittenValues(devices::IUserControl& control, const std::string& strRequestGroup);
+
 }  // namespace kt500::data

@@ -6,6 +6,8 @@ namespace kt500::data {
 
 namespace {
 
+constexpr int kOldValueColumn = 1;
+constexpr int kNewValueColumn = 2;
 constexpr int kNameColumn = 3;
 constexpr int kPageColumn = 4;
 
@@ -51,6 +53,33 @@ void RemoveCheckedRows(const form::Form& form) {
             rows->remove(row);
         }
     }
+}
+
+bool HasCheckedRow(const form::Form& form, std::string_view strName) {
+    const form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return false;
+    }
+    for (int row = 1; row <= rows->count(); ++row) {
+        if (rows->row(row).checked && rows->subItem(row, kNameColumn) == strName) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool HasCheckedDataSetRow(const form::Form& form, std::string_view strName) {
+    const form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return false;
+    }
+    for (int row = 1; row <= rows->count(); ++row) {
+        if (rows->row(row).checked && rows->subItem(row, kNameColumn) == strName &&
+            rows->subItem(row, kOldValueColumn) == rows->subItem(row, kNewValueColumn)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace kt500::data

@@ -20,4 +20,12 @@ void RemoveParameterRow(const form::Form& form, std::string_view strName);
 // Drops every checked row: what a completed write has taken.
 void RemoveCheckedRows(const form::Form& form);
 
+// True when a checked row stands for parameter strName: the user confirmed
+// its new value.
+[[nodiscard]] bool HasCheckedRow(const form::Form& form, std::string_view strName);
+
+// True when a checked row of parameter strName has equal old and new values:
+// a row that "Add all values" made from the data set, not an edit.
+[[nodiscard]] bool HasCheckedDataSetRow(const form::Form& form, std::string_view strName);
+
 }  // namespace kt500::data

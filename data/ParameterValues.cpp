@@ -358,6 +358,9 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
 
     devices::DeviceClass& deviceClass = m_control.deviceClass();
     session::clsTools& tools = m_control.tools();
+    if (fromReply && !tools.ImportFromFile) {
+        m_held.hold(name, value, unit);
+    }
     std::string type = parameter.attribute("type");
     int decimals = 0;
     const std::string decimalsText = parameter.attribute("decimals");

@@ -5,6 +5,7 @@
 // data set with each page's tree state (LoadPagesFromDocument).
 #pragma once
 
+#include "data/HeldValues.h"
 #include "devices/IUserControl.h"
 #include "xml/Document.h"
 
@@ -43,6 +44,9 @@ public:
                            std::int16_t intValueSynchronised);
     // The group's time stamp on its page, in the locale's short date and long time.
     void UpdateGroupTimeStamp(const std::string& strGroup);
+    // What the device last reported of each parameter, kept by
+    // SetItemValueToGUI from the replies.
+    [[nodiscard]] const HeldValues& held() const { return m_held; }
 
 private:
     // Step of SetItemValueToGUI: the value into the first field of the
@@ -56,6 +60,7 @@ private:
     void showDeviceDate(const std::string& strValue, std::int16_t intValueSynchronised);
 
     devices::IUserControl& m_control;
+    HeldValues m_held;
 };
 
 }  // namespace kt500::data

@@ -1,5 +1,6 @@
 #include "data/ReplyRouting.h"
 
+#include "data/ChangeTracking.h"
 #include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
 #include "data/ToolsBack.h"
@@ -128,6 +129,10 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     }
     if (!blError) {
         m_control.ClearChangedSigns(strRequestName);
+    }
+    if ((strAccessType == "write" || strAccessType == "writeOffline") && !blError) {
+        // An undo goes back to what the device now holds.
+        KeepWrittenValues(m_control, strRequestName);
     }
     if (blLast && strAccessType == "write" && !blError) {
         RemoveCheckedRows(form);

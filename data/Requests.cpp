@@ -23,6 +23,19 @@ constexpr std::int32_t AutoActionTimeout = 10000;
 using devices::AppendSeparated;
 using devices::SplitSeparated;
 
+// "d.m.yyyy" as its three parts; anything else gives fewer or more.
+std::vector<std::string> SplitDate(const std::string& strDate) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    for (std::size_t dot = strDate.find('.'); dot != std::string::npos;
+         dot = strDate.find('.', start)) {
+        parts.push_back(strDate.substr(start, dot - start));
+        start = dot + 1;
+    }
+    parts.push_back(strDate.substr(start));
+    return parts;
+}
+
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
 }
@@ -113,8 +126,9 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
             if (!m_control.CheckIfValueChanged(name, true)) {
                 continue;
             }
-            if (special.empty() && name != "deviceDate" && device.IsNormalParam(name) &&
-                !pageFields.contains(name)) {
+            // What the page does not show is left out: a changed value goes
+            // with the write of the page it was edited on.
+            if (special.empty() && name != "deviceDate" && !pageFields.contains(name)) {
                 continue;
             }
         }
@@ -137,14 +151,62 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     AppendSeparated(strItems, str_frame);
     AppendSeparated(strItems, str_accessType);
 
-    RequestTemplate(strItems, blWriteWord ? valueString(strItems) : std::string());
+    // The curve of the flow page goes out whole, as the page computed it.
+    const bool blConfirmedOnly = blWriteMode && str_frame != "flowModification";
+    RequestTemplate(strItems,
+                    blWriteWord ? valueString(strItems, blConfirmedOnly) : std::string());
 
     if (str_accessType != "writeOffline") {
         tools.CommunicationSign(str_accessType, "1");
     }
 }
 
-std::string Requests::valueString(const std::string& strItems) {
+std::string Requests::ownValue(const std::string& strName, const std::string& strUnit) {
+    if (m_control.tools().OnlineConf) {
+        const HeldValue* held = m_held.find(strName);
+        // A reply carries the device's own unit, which an item without a
+        // unit ("noUnit") stands for as well.
+        if (held != nullptr &&
+            (strUnit == "noUnit" || held->unit == strUnit || held->unit == "noUnit")) {
+            return held->value;
+        }
+    }
+    // Offline the document is the data set; online it is what the device
+    // was given last, before any reply of this session.
+    return m_control.ParameterNodeByName(strName).attribute("value");
+}
+
+std::string Requests::dataSetValue(const std::string& strName, const std::string& strUnit) {
+    const xml::Node parameter = m_control.ParameterNodeByName(strName);
+    const std::string value = parameter.attribute("value");
+    const std::string unit = parameter.attribute("unit");
+    if (strUnit == "noUnit" || unit.empty() || unit == "noUnit" || unit == strUnit ||
+        !devices::IsNum(value)) {
+        return value;
+    }
+    const std::string converted = m_control.ConvertUnit(value, unit, strUnit);
+    return converted.empty() ? value : converted;
+}
+
+std::string Requests::confirmedDeviceDate() {
+    devices::DeviceClass& device = m_control.deviceClass();
+    std::string pageDate = device.GetDeviceDate();
+    const std::vector<std::string> own = SplitDate(ownValue("deviceDate", "noUnit"));
+    std::vector<std::string> parts = SplitDate(pageDate);
+    if (own.size() != 3 || parts.size() != 3) {
+        return pageDate;
+    }
+    // The year box carries the parameter deviceDate.
+    const char* const names[] = {"deviceDay", "deviceMonth", "deviceDate"};
+    for (std::size_t part = 0; part < 3; ++part) {
+        if (!HasCheckedRow(m_control.form(), names[part])) {
+            parts[part] = own[part];
+        }
+    }
+    return parts[0] + "." + parts[1] + "." + parts[2];
+}
+
+std::string Requests::valueString(const std::string& strItems, bool blConfirmedOnly) {
     devices::DeviceClass& device = m_control.deviceClass();
     const auto fields =
         PageFields(m_control.form(), device.FrameArrayName(), m_control.tools().CurrentFrame);
@@ -159,7 +221,16 @@ std::string Requests::valueString(const std::string& strItems) {
         const std::string& unit = items[i + 2];
         std::string value;
         if (name == "deviceDate") {
-            value = device.GetDeviceDate();
+            value = blConfirmedOnly ? confirmedDeviceDate() : device.GetDeviceDate();
+        } else if (blConfirmedOnly && HasCheckedDataSetRow(m_control.form(), name)) {
+            // A row of the data set confirms the data set's value, not the
+            // page's rounding of it in another unit.
+            value = dataSetValue(name, unit);
+        } else if (blConfirmedOnly && !HasCheckedRow(m_control.form(), name)) {
+            // A partner written with a confirmed value, or an item the
+            // class always writes: the page may show an edit that nobody
+            // confirmed, or one the check refused.
+            value = ownValue(name, unit);
         } else if (const auto found = fields.find(name); found != fields.end()) {
             const form::Control& field = *found->second;
             switch (field.kind()) {

@@ -3,6 +3,7 @@
 // between the two steps as separator-joined strings.
 #pragma once
 
+#include "data/HeldValues.h"
 #include "devices/IUserControl.h"
 
 #include <string>
@@ -23,7 +24,8 @@ inline constexpr const char* RequestTemplateText =
 
 class Requests {
 public:
-    explicit Requests(devices::IUserControl& control) : m_control(control) {}
+    Requests(devices::IUserControl& control, const HeldValues& held)
+        : m_control(control), m_held(held) {}
 
     // Lists the group's parameters (and, for a write, the changed ones with
     // their page values) and sends them. str_accessType: "read", "write" or
@@ -37,12 +39,24 @@ private:
     // The copy's request group of that name, or nothing.
     // The unit of an item: "noUnit", or the device's unit of the page unit.
     [[nodiscard]] std::string unitField(const std::string& strName);
-    // One value for each item of strItems, read from the page shown.
-    [[nodiscard]] std::string valueString(const std::string& strItems);
+    // One value for each item of strItems, read from the page shown. With
+    // blConfirmedOnly (a write of the user's changes) an item that no
+    // checked row holds carries the device's own value (the data set's
+    // offline), never what the page shows of it.
+    [[nodiscard]] std::string valueString(const std::string& strItems, bool blConfirmedOnly);
+    // The value the device (offline the data set) holds of strName as it
+    // goes on the wire for an item of that unit; "" when it is not known.
+    [[nodiscard]] std::string ownValue(const std::string& strName, const std::string& strUnit);
+    // The data set's value of strName for an item of that unit.
+    [[nodiscard]] std::string dataSetValue(const std::string& strName, const std::string& strUnit);
+    // The device date with the page's day, month and year where a checked
+    // row confirms them and the device's own parts elsewhere.
+    [[nodiscard]] std::string confirmedDeviceDate();
     // The BL did not take the request: signs off, tools back.
     void refused();
 
     devices::IUserControl& m_control;
+    const HeldValues& m_held;
 };
 
 }  // namespace kt500::data

@@ -81,6 +81,11 @@ std::string DeviceClass::SpecialUpploadCase(const std::string& strRequestGroup,
     }
     // The list keeps the names of the set, the request takes the triples.
     const std::vector<std::string> fields = SplitSeparated(set->triples);
+    // A second trigger of a set already in the request (the day and the
+    // HART tag of one page) adds nothing: each item goes out once.
+    if (fields.size() > 1 && InSeparated(m_specialCaseItems, fields[0])) {
+        return "included";
+    }
     for (std::size_t field = 0; field + 1 < fields.size(); field += 3) {
         AppendSeparated(m_specialCaseItems, fields[field]);
     }

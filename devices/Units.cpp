@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <string_view>
 
 namespace kt500::devices {
@@ -116,7 +117,18 @@ void changeOnePlace(IUserControl& control, std::string_view strParameter, const 
     bool success = false;
     control.units().ConvertValue(asSingle(value), strOldUnit, strNewUnit, converted, success);
     if (success) {
-        device.setPageProperty(where.valueProperty, fDecimalSep(SingleText(converted)));
+        // Shown with the parameter's decimals, as a read shows it.
+        const std::string decimals =
+            control.ParameterNodeByName(strParameter).attribute("decimals");
+        std::string text = SingleText(converted);
+        if (!decimals.empty() && IsNum(decimals)) {
+            const int places = std::clamp<int>(ToInt16(decimals), 0, 15);
+            std::array<char, 64> rounded{};
+            std::snprintf(rounded.data(), rounded.size(), "%.*f", places,
+                          static_cast<double>(converted));
+            text = rounded.data();
+        }
+        device.setPageProperty(where.valueProperty, fDecimalSep(text));
     }
     // Not here yet: the rescale of the monitoring chart's pressure axis, and
     // for "actuatorPressure" (not on "PL500_1") the new axis title and scale

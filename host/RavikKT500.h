@@ -386,7 +386,7 @@ private:
     std::optional<data::ParameterDocument> m_parameterDocument;
     SessionData m_session;
     data::ParameterValues m_values{*this};
-    data::Requests m_requests{*this};
+    data::Requests m_requests{*this, m_values.held()};
     data::ReplyRouting m_replies{*this};
     data::ChangeTracking m_changes{*this};
     data::Uploads m_uploads{*this};

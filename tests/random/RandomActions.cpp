@@ -131,6 +131,15 @@ std::vector<RandomActions::Field> RandomActions::pageFields() const {
     return fields;
 }
 
+double PageScale(host::RavikKT500& control, const std::string& tag) {
+    const std::string one = control.deviceClass().FormatValues(tag, "1", "write");
+    if (one.empty() || !devices::IsNum(one)) {
+        return 1.0;
+    }
+    const double scale = devices::Str2Dbl(devices::fDecimalSep(one, "."));
+    return scale > 0.0 ? scale : 1.0;
+}
+
 // The limits of a parameter in the unit the page shows it in.
 std::pair<std::optional<double>, std::optional<double>> RandomActions::limits(
     const std::string& tag) const {
@@ -151,6 +160,15 @@ std::pair<std::optional<double>, std::optional<double>> RandomActions::limits(
                 if (ok) {
                     *limit = converted;
                 }
+            }
+        }
+    }
+    const double scale = PageScale(control, tag);
+    if (parameter.attribute("type") != "stringVal" && !devices::IsSerialNumber(tag) &&
+        scale != 1.0) {
+        for (std::optional<double>* limit : {&low, &high}) {
+            if (*limit) {
+                **limit /= scale;
             }
         }
     }
@@ -211,7 +229,8 @@ std::string RandomActions::invalidValue(const std::string& tag) {
             choices.push_back(Fixed(*low - 10.0 * (std::abs(*low) + 1.0), 0));
         }
         const std::string decimals = parameter.attribute("decimals");
-        if ((decimals.empty() || decimals == "0") && low && high && *high - *low >= 2) {
+        if ((decimals.empty() || decimals == "0") && low && high && *high - *low >= 2 &&
+            PageScale(m_session.control(), tag) == 1.0) {
             choices.push_back(Fixed(std::floor(*low) + 1.0, 0) + ".5");
         }
     }
@@ -280,7 +299,12 @@ bool RandomActions::build(const std::string& kind, Step& step) {
         if (fields.empty()) {
             return false;
         }
-        step.lines.push_back("focus " + fieldOf(fields).reference);
+        const Field& field = fieldOf(fields);
+        step.lines.push_back("focus " + field.reference);
+        // Leaving a field checks it again: a refused text is told again.
+        if (app::ScriptTargets(m_session).control(field.reference).foreColor() == 255) {
+            step.allowedHeaders.insert(control.Translate("valueCheck"));
+        }
     } else if (kind == "select") {
         if (listFields.empty()) {
             return false;

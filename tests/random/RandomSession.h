@@ -76,4 +76,8 @@ private:
     std::vector<std::string> m_uploadGroups;  // toolbar keys of the upload chains
 };
 
+// How many of the device's units one unit of the page is worth (1000 for a
+// time shown in s and held in ms): the class's write form of "1".
+double PageScale(host::RavikKT500& control, const std::string& tag);
+
 }  // namespace kt500::random

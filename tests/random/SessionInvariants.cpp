@@ -132,7 +132,8 @@ bool SessionInvariants::sameAsRow(const Row& row, const std::string& wire,
         return false;
     }
     const double expected =
-        toUnit(devices::Str2Dbl(shown), control.FetchUnitName(row.name), wireUnit);
+        toUnit(devices::Str2Dbl(shown), control.FetchUnitName(row.name), wireUnit) *
+        PageScale(control, row.name);
     const double actual = devices::Str2Dbl(wire);
     return std::abs(expected - actual) <=
            std::pow(10.0, -Decimals(parameter)) + 1e-4 * std::abs(actual);
@@ -314,12 +315,16 @@ void SessionInvariants::checkPage(std::vector<std::string>& broken) const {
         }
         const std::string shown = data::FieldValue(*field, false);
         bool same = false;
-        if (parameter.attribute("type") == "stringVal" || !IsNumber(*held)) {
+        if (field->tag() == "deviceDate") {
+            // The year box shows the year of the date "d.m.yyyy".
+            same = shown == held->substr(held->rfind('.') + 1);
+        } else if (parameter.attribute("type") == "stringVal" || !IsNumber(*held)) {
             same = shown == *held;
         } else {
             const std::string number = devices::fDecimalSep(shown, ".");
             const double expected = toUnit(devices::Str2Dbl(*held), parameter.attribute("unit"),
-                                           control.FetchUnitName(field->tag()));
+                                           control.FetchUnitName(field->tag())) /
+                                    PageScale(control, field->tag());
             same = IsNumber(number) && std::abs(devices::Str2Dbl(number) - expected) <=
                                            0.5 * std::pow(10.0, -Decimals(parameter)) + 1e-6;
         }

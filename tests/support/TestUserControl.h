@@ -341,7 +341,7 @@ public:
                             const std::string& frameArray, int frameIndex, const std::string& tag);
 
     data::ParameterValues values{*this};
-    data::Requests requests{*this};
+    data::Requests requests{*this, values.held()};
     calibration::DeviceActionLock actionLock{*this};
     // The upload chains; RunUploadGroup and cmdReload above only record.
     data::Uploads uploads{*this};
