@@ -46,7 +46,7 @@ public:
     void UpdateGroupTimeStamp(const std::string& strGroup);
     // What the device last reported of each parameter, kept by
     // SetItemValueToGUI from the replies.
-    [[nodiscard]] const HeldValues& held() const { return m_held; }
+    [[nodiscard]] HeldValues& held() { return m_held; }
 
 private:
     // Step of SetItemValueToGUI: the value into the first field of the

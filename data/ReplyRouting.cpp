@@ -130,6 +130,14 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     if (!blError) {
         m_control.ClearChangedSigns(strRequestName);
     }
+    if (strAccessType == "write") {
+        // What the device took is its own value from now on.
+        if (blError) {
+            m_held.notWritten(strRequestName);
+        } else {
+            m_held.written(strRequestName);
+        }
+    }
     if ((strAccessType == "write" || strAccessType == "writeOffline") && !blError) {
         // An undo goes back to what the device now holds.
         KeepWrittenValues(m_control, strRequestName);

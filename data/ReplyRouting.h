@@ -4,6 +4,7 @@
 // a running chain and the changed signs of written fields are kept here too.
 #pragma once
 
+#include "data/HeldValues.h"
 #include "devices/IUserControl.h"
 #include "xml/Document.h"
 
@@ -14,7 +15,8 @@ namespace kt500::data {
 
 class ReplyRouting {
 public:
-    explicit ReplyRouting(devices::IUserControl& control) : m_control(control) {}
+    ReplyRouting(devices::IUserControl& control, HeldValues& held)
+        : m_control(control), m_held(held) {}
 
     // Parses one reply string, validating it against the communication
     // schema, and passes it to Reply. A reply that does not parse is shown
@@ -48,6 +50,7 @@ private:
     // as a failed group, so that the busy state ends.
     void closeFailedReply(const xml::Document& xmlDoc);
     devices::IUserControl& m_control;
+    HeldValues& m_held;
     std::function<void(const xml::Document&)> m_observer;
 };
 

@@ -153,12 +153,27 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
 
     // The curve of the flow page goes out whole, as the page computed it.
     const bool blConfirmedOnly = blWriteMode && str_frame != "flowModification";
-    RequestTemplate(strItems,
-                    blWriteWord ? valueString(strItems, blConfirmedOnly) : std::string());
+    const std::string strValues =
+        blWriteWord ? valueString(strItems, blConfirmedOnly) : std::string();
+    if (str_accessType == "write") {
+        rememberWritten(str_frame, strItems, strValues);
+    }
+    RequestTemplate(strItems, strValues);
 
     if (str_accessType != "writeOffline") {
         tools.CommunicationSign(str_accessType, "1");
     }
+}
+
+void Requests::rememberWritten(const std::string& strGroup, const std::string& strItems,
+                               const std::string& strValues) {
+    const std::vector<std::string> items = SplitSeparated(strItems);
+    const std::vector<std::string> values = SplitSeparated(strValues);
+    std::vector<std::pair<std::string, HeldValue>> written;
+    for (std::size_t i = 0, v = 0; i + 2 < items.size() && v < values.size(); i += 3, ++v) {
+        written.emplace_back(items[i], HeldValue{values[v], items[i + 2]});
+    }
+    m_held.sent(strGroup, std::move(written));
 }
 
 std::string Requests::ownValue(const std::string& strName, const std::string& strUnit) {

@@ -24,7 +24,7 @@ inline constexpr const char* RequestTemplateText =
 
 class Requests {
 public:
-    Requests(devices::IUserControl& control, const HeldValues& held)
+    Requests(devices::IUserControl& control, HeldValues& held)
         : m_control(control), m_held(held) {}
 
     // Lists the group's parameters (and, for a write, the changed ones with
@@ -52,11 +52,15 @@ private:
     // The device date with the page's day, month and year where a checked
     // row confirms them and the device's own parts elsewhere.
     [[nodiscard]] std::string confirmedDeviceDate();
+    // Keeps the values of an online write until its reply: strItems are the
+    // request's name, type and unit triples, strValues one value for each.
+    void rememberWritten(const std::string& strGroup, const std::string& strItems,
+                         const std::string& strValues);
     // The BL did not take the request: signs off, tools back.
     void refused();
 
     devices::IUserControl& m_control;
-    const HeldValues& m_held;
+    HeldValues& m_held;
 };
 
 }  // namespace kt500::data

@@ -387,7 +387,7 @@ private:
     SessionData m_session;
     data::ParameterValues m_values{*this};
     data::Requests m_requests{*this, m_values.held()};
-    data::ReplyRouting m_replies{*this};
+    data::ReplyRouting m_replies{*this, m_values.held()};
     data::ChangeTracking m_changes{*this};
     data::Uploads m_uploads{*this};
     data::PageHandlers m_pageHandlers{*this};

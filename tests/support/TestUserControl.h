@@ -347,7 +347,7 @@ public:
     data::Uploads uploads{*this};
     presentation::NavigationTree navigation{*this};
     presentation::Toolbar toolbarCommands{*this, navigation};
-    data::ReplyRouting replyRouting{*this};
+    data::ReplyRouting replyRouting{*this, values.held()};
     data::ChangeTracking changes{*this};
     devices::Units unitPages{*this};
     devices::StatusTree statusTree{*this};

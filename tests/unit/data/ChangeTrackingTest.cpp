@@ -62,8 +62,11 @@ TEST(ChangeTreeIconTest, ChangedIsIgnoredWhileAReadShowsProgress) {
 class RestoreOldValuesTest : public ::testing::TestWithParam<bool> {
 protected:
     RestoreOldValuesTest() {
+        // Entries keep their item data whatever language their texts are in.
         list.addItem("first");
+        list.setItemData(0, 1);
         list.addItem("second");
+        list.setItemData(1, 2);
         text.setText("edited");
         list.setListIndex(0);
         for (form::Control* control : {&text, &list}) {
@@ -74,7 +77,8 @@ protected:
         uc.tools().CurrentFrame = "HAoperationUnit";
     }
     // A snapshot of the page's fields in form order: hartTag, description,
-    // message, deviceDay, deviceMonth, deviceDate.
+    // message, deviceDay, deviceMonth, deviceDate; a list box by the item
+    // data of its entry.
     static std::string snapshot(const std::string& hartTag, const std::string& deviceMonth) {
         std::string values;
         for (const std::string& value :
@@ -96,7 +100,7 @@ TEST_P(RestoreOldValuesTest, OneFieldOrThePageFromTheSnapshot) {
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "edited");
 
-    uc.tools().set_old_values(snapshot("PV-101", "second"));
+    uc.tools().set_old_values(snapshot("PV-101", "2"));
     uc.changes.RestoreOldValues("HAoperationUnit", "hartTag");
     EXPECT_EQ(text.text(), "PV-101");
     EXPECT_EQ(list.listIndex(), 0);

@@ -19,13 +19,16 @@ inline xml::Document Parsed(std::string_view text) {
     return std::move(*loaded.document);
 }
 
-// A row of the confirmation list: its text, the parameter (sub-item 3),
+// A row of the confirmation list as an edit makes it: its text, an old and
+// a new value that differ (sub-items 1 and 2), the parameter (sub-item 3),
 // the page (sub-item 4) and its tick.
 inline void AddConfirmationRow(testing::TestUserControl& uc, const std::string& name,
                                const std::string& page, bool checked = true,
                                const std::string& text = "") {
     form::ListViewModel& rows = uc.form().control("lsvConfirmation").listView();
     const int row = rows.add(text.empty() ? name : text);
+    rows.setSubItem(row, 1, "old");
+    rows.setSubItem(row, 2, "new");
     rows.setSubItem(row, 3, name);
     rows.setSubItem(row, 4, page);
     rows.setChecked(row, checked);

@@ -97,10 +97,11 @@ TEST_F(UnitPages, UnitSystemChangeConvertsBothSupplyPressurePlacesInTheLocalesSi
 
     EXPECT_EQ(control("lblHALoadFactor", 5).caption(), "psiG");
     EXPECT_EQ(control("lblHAManualPrestageTrim", 2).caption(), "psiG");
-    const std::string value = control("txtLoadFactor", 0).text();
-    EXPECT_NE(value.find(','), std::string::npos) << value;
-    EXPECT_NEAR(Str2Dbl(value), 1.5 * kPsiPerBar, 1e-4);
-    EXPECT_NEAR(Str2Dbl(control("txtHAPrestageTrim", 0).text()), 2 * kPsiPerBar, 1e-4);
+    // 21.76 and 29.008 psi, each shown with its parameter's decimals.
+    EXPECT_NEAR(1.5 * kPsiPerBar, 21.8, 0.05);
+    EXPECT_EQ(control("txtLoadFactor", 0).text(), "21,8");
+    EXPECT_NEAR(2 * kPsiPerBar, 29.0, 0.05);
+    EXPECT_EQ(control("txtHAPrestageTrim", 0).text(), "29,0");
     EXPECT_TRUE(kt.messages.empty());
     EXPECT_FALSE(control("cmdResetUnits").enabled());
 }
@@ -128,7 +129,8 @@ TEST_F(UnitPages, AppliedUnitConvertsTheValueAndAnyUnitShowsOnThePage) {
     kt.unitPages.comSelectUnit_Click();
     kt.unitPages.cmdApplyUnitChange_Click();
     EXPECT_EQ(control("lblHALoadFactor", 5).caption(), "psiG");
-    EXPECT_NEAR(Str2Dbl(control("txtLoadFactor", 0).text()), kPsiPerBar, 1e-4);
+    EXPECT_NEAR(Str2Dbl(control("txtLoadFactor", 0).text()), kPsiPerBar, 0.05);  // one decimal
+    EXPECT_EQ(control("txtLoadFactor", 0).text(), "14.5");
     EXPECT_EQ(kt.unitPages.FetchUnitName("supplyPressure"), "psiG");
     EXPECT_TRUE(kt.messages.empty());
 
