@@ -51,7 +51,8 @@ const std::vector<Member>& members() {
         KT500_DEVICE_MEMBER(DeviceDate),         KT500_DEVICE_MEMBER(GetDeviceDate),
         KT500_DEVICE_MEMBER(SavedFrames),        KT500_DEVICE_MEMBER(MonitoringHeaders),
         KT500_DEVICE_MEMBER(CancelledGroups),    KT500_DEVICE_MEMBER(SmuiStopPressed),
-        KT500_DEVICE_MEMBER(ResetingFrame),
+        KT500_DEVICE_MEMBER(ResetingFrame),      KT500_DEVICE_MEMBER(FlowModCurveLinear),
+        KT500_DEVICE_MEMBER(FlowModProgress),
         // The trend time spans as the class last wrote them.
         Member{"LoadFactorTime", [](DeviceClass& d) { return d.trendTime("LoadFactorTime"); }},
         Member{"TravelDeviationTime",

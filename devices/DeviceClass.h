@@ -133,6 +133,7 @@ public:
     // The flow modification procedure's state (KT540).
     [[nodiscard]] virtual bool FlowModCurveLinear() const { missing("FlowModCurveLinear"); }
     virtual void setFlowModCurveLinear(bool /*blLinear*/) { missing("FlowModCurveLinear"); }
+    [[nodiscard]] virtual std::int16_t FlowModProgress() const { missing("FlowModProgress"); }
     virtual void setFlowModProgress(std::int16_t /*intProgress*/) { missing("FlowModProgress"); }
     // The page whose reset runs, "alarms" or "statistics" (PL500).
     [[nodiscard]] virtual std::string ResetingFrame() const { missing("ResetingFrame"); }

@@ -100,8 +100,9 @@ const SpecialSet* ProfibusSpecialSet(std::string_view strRequestGroup, std::stri
     if (strRequestGroup == "operationMode") {
         return member(outputBlock) ? &outputBlock : nullptr;
     }
+    // The points go as one curve; the characterisation is a value of its own.
     if (strRequestGroup == "flowModification") {
-        return &flowModification;
+        return member(flowModification) ? &flowModification : nullptr;
     }
     return nullptr;
 }

@@ -1,7 +1,7 @@
 #include "devices/clsKT520.h"
 
 #include "devices/Encodings.h"
-#include "devices/InputSignalVsTravel.h"
+#include "devices/InputSignalVsTravelChart.h"
 #include "devices/SpecialSets.h"
 
 namespace kt500::devices {
@@ -205,34 +205,14 @@ void clsKT520::HideFrames() {
 }
 
 bool clsKT520::UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) {
-    IUserControl& control = userControl();
-    const std::string directionText = elementText({"comHAValveRelatedConfiguration", 2});
-    ValveDirection direction{};
-    if (directionText == control.Translate("risingToOpen")) {
-        direction = ValveDirection::RisingToOpen;
-    } else if (directionText == control.Translate("risingToClose")) {
-        direction = ValveDirection::RisingToClose;
-    } else {
-        return false;
-    }
+    // Split range low and high, travel limit low and tight shut-off.
     const auto field = [this](int index) {
         return static_cast<float>(
             Str2Dbl(fDecimalSep(elementText({"txtHAPositionControl", index}), ".")));
     };
-    const std::array<CurvePoint, 15> points =
-        InputSignalVsTravelPoints(arrCurves, {field(3), field(4), field(5), field(6)}, direction);
-
-    form::ChartModel& chart = control.form().control(InputSignalVsTravelChart).chart();
-    if (chart.subsets() < 1) {
-        chart.setSubsets(1);
-    }
-    chart.setPoints(static_cast<int>(points.size()));
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        chart.setY(0, static_cast<int>(i), points[i].y);
-        chart.setX(0, static_cast<int>(i), points[i].x);
-    }
-    chart.setOption("PEactions", 0);
-    return true;
+    return DrawInputSignalVsTravel(userControl(), arrCurves,
+                                   elementText({"comHAValveRelatedConfiguration", 2}),
+                                   {field(3), field(4), field(5), field(6)});
 }
 
 }  // namespace kt500::devices

@@ -70,7 +70,6 @@ public:
     void HideFrames() override;
     // The chart of the flow modification page that shows the input signal
     // against travel (created with the session's charts).
-    static constexpr std::string_view InputSignalVsTravelChart = "pesgoInputSignalVsTravel";
     bool UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) override;
 
     // Trends and event log (devices/KT520Trends.cpp).

@@ -1,6 +1,7 @@
 #include "devices/clsKT540.h"
 
 #include "devices/Encodings.h"
+#include "devices/InputSignalVsTravelChart.h"
 #include "devices/SpecialSets.h"
 
 namespace kt500::devices {
@@ -143,6 +144,16 @@ void clsKT540::ShowFrame(const std::string& strNodeName) {
 
 void clsKT540::HideFrames() {
     hidePages(kPageArrays);
+}
+
+bool clsKT540::UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) {
+    const auto field = [this](int index) {
+        return static_cast<float>(
+            Str2Dbl(fDecimalSep(elementText({"txtPAWorkingRangeConfiguration", index}), ".")));
+    };
+    return DrawInputSignalVsTravel(userControl(), arrCurves,
+                                   elementText({"comPAInputSignalDirection", 2}),
+                                   {NoSingle, NoSingle, field(0), field(2)});
 }
 
 }  // namespace kt500::devices

@@ -57,11 +57,16 @@ public:
     [[nodiscard]] float LoadFactorLimit3() override { return 0.0F; }
     [[nodiscard]] bool FlowModCurveLinear() const override { return m_flowModCurveLinear; }
     void setFlowModCurveLinear(bool blLinear) override { m_flowModCurveLinear = blLinear; }
+    // The step of the flow modification procedure, as the page last set it.
+    [[nodiscard]] std::int16_t FlowModProgress() const override { return m_flowModProgress; }
     void setFlowModProgress(std::int16_t intProgress) override { m_flowModProgress = intProgress; }
     [[nodiscard]] std::string txtFlowModification(int intIndex) override {
         return elementText({"txtPAFlowModification", intIndex});
     }
     void ClearFlowModificationTable() override { clearFlowPoints("txtPAFlowModification"); }
+    // The input signal chart of the flow page, from the working range page:
+    // travel limit low and tight shut-off; the input has no split range.
+    bool UpdateInputSignalVsTravelGraph(std::span<const float> arrCurves) override;
 
     // Trends and event log (devices/KT540Trends.cpp).
     void FormatLoadFactorXValues(TrendCurve& arrCurve) override;

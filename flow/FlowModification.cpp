@@ -6,6 +6,7 @@
 #include "flow/CurveArithmetic.h"
 #include "flow/CurveFile.h"
 #include "flow/PresetCurves.h"
+#include "presentation/ConfirmationPage.h"
 #include "presentation/FileDialog.h"
 
 #include <array>
@@ -126,9 +127,7 @@ void FlowModification::Start() {
     // curve names stay empty until the user's choice.
     ShowCurve("");
     ClearFlowModificationTable();
-    for (const int subset : {kSignalModificationSubset, kDesiredSubset, kInstalledSubset}) {
-        UpdateFlowModificationGraph(subset);
-    }
+    DrawAllSubsets();
     EnablePoints(true);
     ShowCurve("Linear");
     tools.SelectedCurve = "Linear";
@@ -167,8 +166,12 @@ void FlowModification::ToResult() {
     m_strPresetCurveValues = curve.text;
     SetFlowModificationTable(curve.rows);
     UpdateFlowModificationGraph(kSignalModificationSubset);
-    ShowPrompt("newSignalModificationCurve");
     SetCommand(kNext, false);
+    ShowResultControls();
+}
+
+void FlowModification::ShowResultControls() {
+    ShowPrompt("newSignalModificationCurve");
     ShowCurve("Custom");
     SetCommand(kApply, !IsObserver());
     SetCommand(kCancel, true);
@@ -220,38 +223,31 @@ void FlowModification::Apply() {
     const FlowPage page = Page();
     form::Form& form = m_control.form();
     const bool blConfirmedBefore = tools.ConfirmFlag;
+    // A point differs from the identity when its text is not the point's
+    // index times the page's spacing (10 % or 5 % of the input).
+    const int spacing = 100 / (page.pointCount - 1);
     bool blLinear = true;
-    if (!tools.ConfirmFlag) {
-        for (int point = 0; point < page.pointCount; ++point) {
-            form::Control& box = form.control(page.points, point);
-            const std::string strNew = box.text();
+    for (int point = 0; point < page.pointCount; ++point) {
+        form::Control& box = form.control(page.points, point);
+        if (!blConfirmedBefore) {
             const std::string strOld = m_control.GetOldValue(box.tag(), tools.CurrentFrame);
-            m_control.AddConfirmationRow(box.tag(), tools.CurrentFrame, "", strOld, strNew);
-            if (strNew != std::to_string(point * 10)) {
-                blLinear = false;
-            }
+            m_control.AddConfirmationRow(box.tag(), tools.CurrentFrame, "", strOld, box.text());
         }
-        tools.ConfirmFlag = true;
-    } else {
-        for (int point = 0; point < page.pointCount; ++point) {
-            if (PointText(point) != std::to_string(point * 10)) {
-                blLinear = false;
-            }
+        if (box.text() != std::to_string(point * spacing)) {
+            blLinear = false;
         }
     }
+    tools.ConfirmFlag = true;
     if (form::Control* characterization = form.find(page.points, kCharacterizationElement)) {
         characterization->setText(blLinear ? "0" : "1");
     }
-    // The PROFIBUS class keeps whether the applied curve is the identity.
     devices::DeviceClass& device = m_control.deviceClass();
-    if (device.DevicePrefix() == "PA") {
+    if (page.classKeepsProgress) {
         device.setFlowModCurveLinear(blLinear);
     }
     SetStep(FlowStep::Idle);
     ClearFlowModificationTable();
-    for (const int subset : {kSignalModificationSubset, kDesiredSubset, kInstalledSubset}) {
-        UpdateFlowModificationGraph(subset);
-    }
+    DrawAllSubsets();
     for (int row = 0; row < kUsedRows; ++row) {
         m_arrFlowCurves.at(row, kSignalModificationSubset) = m_arrFlowCurves.at(row, kWorkingSubset);
     }
@@ -259,8 +255,8 @@ void FlowModification::Apply() {
     UpdateFlowModificationGraph(kSignalModificationSubset);
     SetIdleControls();
     if (blConfirmedBefore) {
-        device.HideFrames();
-        device.ShowFrame("confirmation1");
+        // The user lands on the send confirmation, as with the toolbar's send.
+        presentation::ShowConfirmationPage(m_control);
     }
 }
 
@@ -379,6 +375,28 @@ bool FlowModification::UpdateFlowModificationGraph(int intSubset) {
     return true;
 }
 
+void FlowModification::DrawAllSubsets() {
+    for (const int subset : {kSignalModificationSubset, kDesiredSubset, kInstalledSubset}) {
+        UpdateFlowModificationGraph(subset);
+    }
+}
+
+void FlowModification::DrawStepSubset() {
+    switch (Step()) {
+        case FlowStep::Installed:
+            UpdateFlowModificationGraph(kInstalledSubset);
+            break;
+        case FlowStep::Desired:
+            UpdateFlowModificationGraph(kDesiredSubset);
+            break;
+        case FlowStep::Result:
+            UpdateFlowModificationGraph(kSignalModificationSubset);
+            break;
+        case FlowStep::Idle:
+            break;
+    }
+}
+
 // --- Curve files --------------------------------------------------------------
 
 void FlowModification::LoadCurveFile(const std::string& strPath) {
@@ -445,7 +463,12 @@ void FlowModification::LoadCurveFile(const std::string& strPath) {
     }
     tools.DesiredFlowCurve = "Linear";
     tools.InstalledFlowCurve = "Kurvant";
-    ShowResultStep();
+    // The controls of step 3, reached without the steps before it.
+    SetCommand(kBack, true);
+    SetCommand(kStart, false);
+    EnablePoints(true);
+    EnableCurveList(true);
+    ShowResultControls();
 }
 
 void FlowModification::SaveCurveFile(const std::string& strPath) {
@@ -471,28 +494,6 @@ void FlowModification::SaveCurveFile(const std::string& strPath) {
     }
 }
 
-void FlowModification::ShowResultStep() {
-    form::Form& form = m_control.form();
-    const std::string key = "newSignalModificationCurve";
-    for (const FlowPage& page : {FlowPageOf("HA", 11, 0), FlowPageOf("PA", 21, 1)}) {
-        if (form::Control* label = form.find(page.label, page.labelElement)) {
-            label->setCaption(m_control.Translate(key));
-            label->setTag(key);
-        }
-        Enable(page.commands, kBack, true);
-        Enable(page.commands, kApply, !IsObserver());
-        Enable(page.commands, kCancel, true);
-        Enable(page.commands, kStart, false);
-        if (form.findArray(page.points) != nullptr) {
-            for (int point = 0; point < page.pointCount; ++point) {
-                Enable(page.points, point, true);
-            }
-        }
-    }
-    EnableCurveList(true);
-    ShowCurve("Custom");
-}
-
 // --- Events -------------------------------------------------------------------
 
 void FlowModification::comFlowModification_Click() {
@@ -506,19 +507,7 @@ void FlowModification::comFlowModification_Click() {
     } else if (tools.SelectedCurve == "Custom") {
         ClearFlowModificationTable();
     }
-    switch (Step()) {
-        case FlowStep::Installed:
-            UpdateFlowModificationGraph(kInstalledSubset);
-            break;
-        case FlowStep::Desired:
-            UpdateFlowModificationGraph(kDesiredSubset);
-            break;
-        case FlowStep::Result:
-            UpdateFlowModificationGraph(kSignalModificationSubset);
-            break;
-        case FlowStep::Idle:
-            break;
-    }
+    DrawStepSubset();
 }
 
 void FlowModification::txtFlowModification_Change(form::Control& text) {
@@ -547,23 +536,12 @@ void FlowModification::txtFlowModification_LostFocus(form::Control& text) {
             return;
         }
     }
-    switch (Step()) {
-        case FlowStep::Installed:
-            UpdateFlowModificationGraph(kInstalledSubset);
-            break;
-        case FlowStep::Desired:
-            UpdateFlowModificationGraph(kDesiredSubset);
-            break;
-        case FlowStep::Result: {
-            // Editing the result recalculates the desired curve behind it.
-            UpdateFlowModificationGraph(kSignalModificationSubset);
-            SetFlowModificationTable(CalculateDesiredCurve(m_arrFlowCurves, page.pointCount));
-            UpdateFlowModificationGraph(kDesiredSubset);
-            SetFlowModificationTable(kWorkingSubset);
-            break;
-        }
-        case FlowStep::Idle:
-            break;
+    DrawStepSubset();
+    if (Step() == FlowStep::Result) {
+        // Editing the result recalculates the desired curve behind it.
+        SetFlowModificationTable(CalculateDesiredCurve(m_arrFlowCurves, page.pointCount));
+        UpdateFlowModificationGraph(kDesiredSubset);
+        SetFlowModificationTable(kWorkingSubset);
     }
 }
 
@@ -620,6 +598,37 @@ void FlowModification::addHandlers(form::EventHandlers& handlers) {
     }
 }
 
+void FlowModification::PlaceFlowControls() {
+    devices::DeviceClass& device = m_control.deviceClass();
+    const std::string prefix = device.DevicePrefix();
+    if (prefix != "HA" && prefix != "PA") {
+        return;
+    }
+    form::Form& form = m_control.form();
+    const form::ControlArray* frames = form.findArray(device.FrameArrayName());
+    if (frames == nullptr) {
+        return;
+    }
+    form::Control* page = nullptr;
+    for (const int index : frames->indices()) {
+        form::Control* frame = frames->find(index);
+        if (frame != nullptr && frame->tag() == prefix + "flowModification") {
+            page = frame;
+            break;
+        }
+    }
+    if (page == nullptr) {
+        return;
+    }
+    for (form::Control* shared : {form.find("comFlowModification", Page().curveList),
+                                  form.find("chkFlowModification"),
+                                  form.find("cmdReload", kReloadOnPage)}) {
+        if (shared != nullptr) {
+            form.setContainer(*shared, page);
+        }
+    }
+}
+
 // --- Page access --------------------------------------------------------------
 
 FlowPage FlowModification::Page() {
@@ -632,7 +641,11 @@ FlowStep FlowModification::Step() {
 }
 
 void FlowModification::SetStep(FlowStep step) {
-    m_control.tools().FlowModificationStep = static_cast<std::int16_t>(step);
+    const auto value = static_cast<std::int16_t>(step);
+    m_control.tools().FlowModificationStep = value;
+    if (Page().classKeepsProgress) {
+        m_control.deviceClass().setFlowModProgress(value);
+    }
 }
 
 void FlowModification::ShowPrompt(const std::string& strKey) {

@@ -32,6 +32,11 @@ public:
           m_strPresetCurveValues(strPresetCurveValues) {}
 
     void addHandlers(form::EventHandlers& handlers);
+    // Start-up: the curve list of the family, the chart check box and the
+    // page's reload wait in the shared holder until they are moved onto the
+    // family's flow modification page. A family without the page keeps them
+    // hidden there.
+    void PlaceFlowControls();
 
     // --- The curve members of the page ---
     // Writes rows 0 to 20 of a curve into the point boxes (the family's rows).
@@ -78,9 +83,13 @@ private:
     void Apply();
     // The first check of every command: the point boxes hold numbers from 0 to 100.
     bool InputIsValid();
-    // The controls of step 3 on every flow page the form holds.
-    void ShowResultStep();
+    // The prompt, the curve list and the commands of step 3, shared by next
+    // from step 2 and by a curve file's load.
+    void ShowResultControls();
     void SetIdleControls();
+    // Draws every subset from the point boxes, and the subset of the step.
+    void DrawAllSubsets();
+    void DrawStepSubset();
 
     [[nodiscard]] FlowPage Page();
     [[nodiscard]] FlowStep Step();

@@ -16,6 +16,7 @@ FlowPage FlowPageOf(const std::string& strPrefix, int intPoints, int intCurveLis
     page.labelElement = strPrefix == "HA" ? 15 : 11;
     page.pointCount = intPoints;
     page.curveList = intCurveList;
+    page.classKeepsProgress = strPrefix == "PA";
     return page;
 }
 

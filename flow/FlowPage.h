@@ -18,6 +18,9 @@ struct FlowPage {
     int labelElement = 15;
     int pointCount = 11;   // ModificationPoints
     int curveList = 0;     // FlowModificationIndex: the element of comFlowModification
+    // The PROFIBUS class keeps the procedure's step (FlowModProgress) and
+    // whether the applied curve is the identity (FlowModCurveLinear).
+    bool classKeepsProgress = false;
 };
 
 // The page of a prefix: "HA" or "PA"; a family without the page throws.

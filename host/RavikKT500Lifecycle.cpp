@@ -141,6 +141,7 @@ bool RavikKT500::IDtmActiveXControl_Init(const std::string& connectionParameter,
         m_graphs.PlaceAllCharts();
         m_monitoring.PrepareMonitoringGraph();
         m_tests.PlaceTestCommands();
+        m_flow.PlaceFlowControls();
         // Not part of the control yet, and skipped here: the pop-up menu entries.
         m_objDeviceClass->SetDeviceTypeIdChanges();
         m_objDeviceClass->SetDeviceRevisionChanges();

@@ -3,6 +3,7 @@
 #include "data/RoleRules.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
+#include "presentation/ConfirmationPage.h"
 #include "presentation/FileDialog.h"
 
 #include <QProcess>
@@ -75,12 +76,7 @@ void Toolbar::smuiDTM_ToolbarClick(const std::string& strKey) {
 }
 
 void Toolbar::ShowConfirmation() {
-    devices::DeviceClass& device = m_control.deviceClass();
-    device.HideFrames();
-    device.ShowFrame("confirmation1");
-    form::Form& form = m_control.form();
-    const int checked = form.control("lsvConfirmation").listView().checkedCount();
-    form.control("cmdSend", 8).setEnabled(checked > 0);
+    ShowConfirmationPage(m_control);
 }
 
 void Toolbar::ShowSettings() {

@@ -83,7 +83,7 @@ FormView::FormView(form::Form& form, IconStore& icons, LogicGate& gate, TwipScal
     m_splitHandle = new SplitHandle(
         this, [this] { return m_treeExtra; }, [this](int pixels) { setTreeExtra(pixels); });
     for (form::Control* control : form.controls()) {
-        build(*control);
+        buildAfterContainer(*control);
     }
     // The progress frame lies over the foot of the pages, which the later
     // family files declare: it stays on top of them.
@@ -132,6 +132,16 @@ QAction* FormView::toolbarAction(const std::string& key) const {
     const form::Control* toolbar = m_form.find("smuiDTM", 1);
     QWidget* widget = toolbar == nullptr ? nullptr : widgetOf(*toolbar);
     return widget == nullptr ? nullptr : widget->findChild<QAction*>(QString::fromStdString(key));
+}
+
+void FormView::buildAfterContainer(form::Control& control) {
+    if (m_bindings.contains(&control)) {
+        return;
+    }
+    if (form::Control* container = control.container()) {
+        buildAfterContainer(*container);
+    }
+    build(control);
 }
 
 void FormView::build(form::Control& control) {

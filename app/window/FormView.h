@@ -74,6 +74,9 @@ public:
 
 private:
     void build(form::Control& control);
+    // Builds a control once, its container first: the start-up moves shared
+    // controls onto pages that the form declares after them.
+    void buildAfterContainer(form::Control& control);
     void onChange(const form::PropertyChange& change);
     void mirrorCommon(form::Control& control, QWidget& widget, form::PropertyId id);
     void mirrorUserControl(form::PropertyId id);

@@ -78,6 +78,18 @@ TEST(SpecialUpploadCaseFamilies, EachClassTriggersItsOwnSets) {
          joined({"inputValueRangeHigh", "floatVal", "noUnit", "inputValueRangeLow", "floatVal",
                  "noUnit", "inputValueUnit", "integerVal", "noUnit"})},
         {"KT540_1.0", "valveRelatedConfigurations", "splitRangeLow", ""},
+        // A changed point drags the 21 points; the characterisation goes alone.
+        {"KT540_1.0", "flowModification", "flowVal07",
+         [] {
+             std::string text;
+             for (int point = 0; point <= 20; ++point) {
+                 const std::string name =
+                     std::string(point < 10 ? "flowVal0" : "flowVal") + std::to_string(point);
+                 text += joined({name.c_str(), "floatVal", "noUnit"});
+             }
+             return text;
+         }()},
+        {"KT540_1.0", "flowModification", "characterizationControl", ""},
     };
     for (const auto& [model, group, item, triples] : cases) {
         TestUserControl kt(SessionOf(model));

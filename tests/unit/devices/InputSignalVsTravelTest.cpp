@@ -1,4 +1,5 @@
 #include "devices/InputSignalVsTravel.h"
+#include "devices/InputSignalVsTravelChart.h"
 #include "devices/clsKT520.h"
 #include "unit/devices/DeviceTestSupport.h"
 
@@ -83,7 +84,7 @@ TEST(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
     // An unknown direction leaves the chart alone.
     direction.setListIndex(0);
     EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
-    const form::ChartModel& chart = kt.form().control(clsKT520::InputSignalVsTravelChart).chart();
+    const form::ChartModel& chart = kt.form().control(InputSignalVsTravelChart).chart();
     for (const auto& [entry, startTravel] : {std::pair{1, 0.3F}, {2, 99.0F}}) {
         direction.setListIndex(entry);
         EXPECT_TRUE(kt.deviceClass().UpdateInputSignalVsTravelGraph(curve));
@@ -93,6 +94,28 @@ TEST(InputSignalVsTravelGraph, FillsTheChartFromThePage) {
         EXPECT_DOUBLE_EQ(chart.y(0, 7), 50.0);
     }
     EXPECT_DOUBLE_EQ(chart.option("PEactions", -1), 0.0);
+}
+
+TEST(InputSignalVsTravelGraph, ThePaClassReadsItsWorkingRange) {
+    testing::TestUserControl kt(testing::SessionOf("KT540_1.0"));
+    form::Control& direction = test::fieldOf(kt, form::ControlKind::ComboBox,
+                                             "comPAInputSignalDirection", 2, "fraKT540", 8);
+    direction.clear();
+    direction.addItem(kt.Translate("risingToOpen"));
+    // Travel limit low 20 %: the travel axis starts there; tight shut-off
+    // 10 %: the input axis starts there.
+    test::fieldOf(kt, form::ControlKind::TextBox, "txtPAWorkingRangeConfiguration", 0).setText("20");
+    test::fieldOf(kt, form::ControlKind::TextBox, "txtPAWorkingRangeConfiguration", 2).setText("10");
+    direction.setListIndex(0);
+    ASSERT_TRUE(kt.deviceClass().UpdateInputSignalVsTravelGraph(linear()));
+    const form::ChartModel& chart = kt.form().control(InputSignalVsTravelChart).chart();
+    ASSERT_EQ(chart.points(), 15);
+    EXPECT_FLOAT_EQ(static_cast<float>(chart.x(0, 2)), 10.0F);
+    EXPECT_FLOAT_EQ(static_cast<float>(chart.y(0, 2)), 20.0F);
+    EXPECT_FLOAT_EQ(static_cast<float>(chart.x(0, 7)), 55.0F);
+    EXPECT_FLOAT_EQ(static_cast<float>(chart.y(0, 7)), 60.0F);
+    direction.setListIndex(-1);
+    EXPECT_FALSE(kt.deviceClass().UpdateInputSignalVsTravelGraph(linear()));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "flow/FlowModification.h"
+#include "devices/MemberMissing.h"
 #include "flow/CurveArithmetic.h"
 #include "flow/CurveFile.h"
 #include "flow/PresetCurves.h"
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <tuple>
 
 namespace kt500::flow {
 namespace {
@@ -30,6 +32,17 @@ protected:
         }
         kt->tools().CurrentFrame = kt->deviceClass().DevicePrefix() + "flowModification";
         flow = std::make_unique<FlowModification>(*kt, table, presetText);
+    }
+    // The user's choice in the session's curve list.
+    void selectCurve(const std::string& strName) {
+        form::Control& list = kt->form().control("comFlowModification",
+                                                 kt->deviceClass().FlowModificationIndex());
+        for (int item = 0; item < list.listCount(); ++item) {
+            if (list.list(item) == strName) {
+                list.setListIndex(item);
+            }
+        }
+        flow->comFlowModification_Click();
     }
     std::string point(int index) {
         return kt->form().control(FlowPageOf(kt->deviceClass()).points, index).text();
@@ -67,6 +80,86 @@ TEST_F(FlowPageTest, TheHartPageWritesEvenRowsAndThePaClassEveryRow) {
     EXPECT_FALSE(kt->tools().value_saved);
     EXPECT_EQ(FlowPageOf("PA", 21, 1).labelElement, 11);
     EXPECT_EQ(FlowPageOf("HA", 11, 0).labelElement, 15);
+}
+
+TEST_F(FlowPageTest, ThePaPageReadsEveryRowOfAPreset) {
+    open("KT540_1.0");
+    const CurveRowList& preset = *PresetCurve("Quick 1/50");
+    flow->SetFlowModificationTable(preset);
+    for (int index = 0; index < 21; ++index) {
+        EXPECT_NEAR(std::stof(point(index)), preset[index], 1e-4) << index;
+    }
+    // The HART page of the same form is not the session's page.
+    EXPECT_EQ(kt->form().control("txtHAFlowModification", 1).text(), "");
+}
+
+TEST_F(FlowPageTest, ThePaClassFollowsTheStepsAndTheIdentity) {
+    open("KT540_1.0");
+    devices::DeviceClass& device = kt->deviceClass();
+    const auto walk = [&](const char* installed) {
+        flow->cmdFlowModification_Click(kStart);
+        EXPECT_EQ(device.FlowModProgress(), 1);
+        selectCurve(installed);
+        flow->cmdFlowModification_Click(kNext);
+        EXPECT_EQ(device.FlowModProgress(), 2);
+        flow->cmdFlowModification_Click(kNext);
+        EXPECT_EQ(device.FlowModProgress(), 3);
+        flow->cmdFlowModification_Click(kApply);
+        EXPECT_EQ(device.FlowModProgress(), 0);
+    };
+    walk("Linear");
+    EXPECT_TRUE(device.FlowModCurveLinear());
+    EXPECT_EQ(point(1), "5");
+    walk("1/25");
+    EXPECT_FALSE(device.FlowModCurveLinear());
+    walk("Linear");
+    EXPECT_TRUE(device.FlowModCurveLinear());
+    // The HART class has neither member.
+    open("KT520_7");
+    EXPECT_THROW(kt->deviceClass().FlowModProgress(), devices::MemberMissing);
+}
+
+TEST_F(FlowPageTest, ASecondApplyWithTheFlagSetListsNothingAndShowsTheConfirmation) {
+    open("KT540_1.0");
+    const auto toResult = [&] {
+        flow->cmdFlowModification_Click(kStart);
+        selectCurve("1/33");
+        flow->cmdFlowModification_Click(kNext);
+        flow->cmdFlowModification_Click(kNext);
+    };
+    toResult();
+    flow->cmdFlowModification_Click(kApply);
+    form::ListViewModel& rows = kt->form().control("lsvConfirmation").listView();
+    EXPECT_EQ(rows.count(), 21);
+    EXPECT_TRUE(kt->tools().ConfirmFlag);
+    toResult();
+    // Something else on the page was confirmed meanwhile.
+    kt->tools().ConfirmFlag = true;
+    flow->cmdFlowModification_Click(kApply);
+    EXPECT_EQ(rows.count(), 21);
+    EXPECT_EQ(kt->tools().FlowModificationStep, 0);
+    EXPECT_TRUE(kt->form().control("fraConfirmation", 0).visible());
+    EXPECT_TRUE(kt->form().control("cmdSend", 8).enabled());
+}
+
+TEST_F(FlowPageTest, StartUpMovesTheSharedControlsOntoTheFamilysPage) {
+    for (const auto& [device, frames, element, curves] :
+         {std::tuple{"KT520_7", "fraKT520", 11, 0}, std::tuple{"KT540_1.0", "fraKT540", 13, 1}}) {
+        open(device);
+        flow->PlaceFlowControls();
+        const form::Control* page = &kt->form().control(frames, element);
+        EXPECT_EQ(kt->form().control("comFlowModification", curves).container(), page) << device;
+        EXPECT_EQ(kt->form().control("chkFlowModification").container(), page) << device;
+        EXPECT_EQ(kt->form().control("cmdReload", 23).container(), page) << device;
+        // The other family's curve list stays in the holder.
+        EXPECT_EQ(kt->form().control("comFlowModification", 1 - curves).container(),
+                  &kt->form().control("fraSharedControls"))
+            << device;
+    }
+    open("PL500_2");
+    flow->PlaceFlowControls();
+    EXPECT_EQ(kt->form().control("chkFlowModification").container(),
+              &kt->form().control("fraSharedControls"));
 }
 
 TEST_F(FlowPageTest, DrawingTakesTheBoxesIntoTheSubsetAndTheChart) {

@@ -65,7 +65,10 @@ TEST_F(ShippedForms, StartUpControlsArePresentAndPagesFitTheUserControl) {
                "imgToolbar:4 mnuPopupItem:0 cmdStartTest:0 cmdPLStartTest:0 cmdPLSetTestSettings:1 "
                "cmdHAMonitoring:0 cmdPAMonitoring:0 cmdPLMonitoring:0 cmdHAFlowModification:0 "
                "cmdPAFlowModification:0 chkPLParams:9 chkPLParams:10 lblHAMonitoringSettings:6 "
-               "lblPAMonValue:6 lblPLParams:11 dirOpenFile filOpenFile cmdSend:8")) {
+               "lblPAMonValue:6 lblPLParams:11 dirOpenFile filOpenFile cmdSend:8 "
+               "chkFlowModification cmdReload:23 cmdHAFlowModification:5 lblHAFlowModification:15 "
+               "cmdPAFlowModification:5 lblPAFlowModification:11 txtPAFlowModification:20 "
+               "lblPAFlowModificationPoint:20")) {
         EXPECT_NE(find(word), nullptr) << word;
     }
     EXPECT_TRUE(Form::isInside(form.control("TreeView3"), form.control("fraCommon", 4)));
