@@ -117,6 +117,13 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
                 !pageFields.contains(name)) {
                 continue;
             }
+            // A value that goes out as a part of another (the days of the
+            // PL500's test schedule) comes from the device class; while the
+            // page holds nothing for it, nothing empty is written.
+            if (special.empty() && !device.IsNormalParam(name) && !pageFields.contains(name) &&
+                device.FormatValues(name, "", "write").empty()) {
+                continue;
+            }
         }
         if (special.empty()) {
             AppendSeparated(strItems, name);
@@ -187,6 +194,8 @@ std::string Requests::valueString(const std::string& strItems) {
                                 : std::to_string(field.itemData(field.listIndex()));
                     break;
             }
+        } else if (!device.IsNormalParam(name)) {
+            value = device.FormatValues(name, "", "write");
         }
         AppendSeparated(strValues, value);
     }
