@@ -1,6 +1,8 @@
 #include "calibration/ActionProgress.h"
 
 #include "calibration/CalibrationState.h"
+#include "data/RoleRules.h"
+#include "data/Uploads.h"
 
 #include <string>
 
@@ -14,12 +16,15 @@ form::ToolbarModel& Toolbar(devices::IUserControl& control) {
 
 }  // namespace
 
+void LockToolbar(devices::IUserControl& control) {
+    data::DisableUploadTools(control.form());
+    Toolbar(control).setEnabled("send", false);
+}
+
 void ShowActionProgress(devices::IUserControl& control, std::string_view strProgressKey) {
     form::Form& form = control.form();
     form.userControl().setMousePointer(HourglassPointer);
-    form::ToolbarModel& toolbar = Toolbar(control);
-    toolbar.setEnabled("uploadCurrent", false);
-    toolbar.setEnabled("send", false);
+    LockToolbar(control);
     form::Control& text = form.control("lblProgressText");
     std::string key(strProgressKey);
     text.setCaption(control.Translate(key));
@@ -37,11 +42,8 @@ void EndActionProgress(devices::IUserControl& control) {
 }
 
 void UnlockUploadAndSend(devices::IUserControl& control) {
-    form::ToolbarModel& toolbar = Toolbar(control);
-    toolbar.setEnabled("uploadCurrent", true);
-    if (control.tools().ActorRole != "observer") {
-        toolbar.setEnabled("send", true);
-    }
+    control.EnableUploadTools();
+    Toolbar(control).setEnabled("send", data::Allows(control.tools(), data::Right::Send));
 }
 
 void RestoreToolbar(devices::IUserControl& control, bool blKeepSettings) {

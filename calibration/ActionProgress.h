@@ -10,13 +10,16 @@
 
 namespace kt500::calibration {
 
-// The action has the device: hourglass, progress text and frame shown,
-// "uploadCurrent" and "send" locked.
+// An action owns the device: the toolbar's "send" and its whole upload band
+// ("uploadCurrent", "uploadAll", ...) locked, the same on every family.
+void LockToolbar(devices::IUserControl& control);
+// The action has the device: hourglass, progress text and frame shown, the
+// toolbar locked.
 void ShowActionProgress(devices::IUserControl& control, std::string_view strProgressKey);
 // Arrow pointer, progress text emptied and its frame hidden.
 void EndActionProgress(devices::IUserControl& control);
-// The toolbar after a calibration: "uploadCurrent" and, unless the role is
-// "observer", "send" enabled.
+// The toolbar after a calibration: the upload band as the mode and the
+// GUIInit document offer it, and "send" as the role allows it.
 void UnlockUploadAndSend(devices::IUserControl& control);
 // The toolbar after a stopped action or a failed test: as above, "settings"
 // too unless blKeepSettings, and "stop" disabled.

@@ -95,6 +95,8 @@ void AutomaticCalibrations::TwoButtonClick(const AutomaticProcedure& procedure, 
             m_page.say(page.first, "ok");
             m_page.show(page.second, false);
             tools.CalibrationStep = Step::Finished;
+            // Nothing runs: the toolbar is back as after an action's end.
+            UnlockUploadAndSend(m_control);
         }
         return;
     }
@@ -102,6 +104,9 @@ void AutomaticCalibrations::TwoButtonClick(const AutomaticProcedure& procedure, 
         case Step::Idle:
             tools.CurrentAutoAction = Action::Calibration;
             tools.CurrentCalibration = procedure.code;
+            // The calibration owns the device from here: the toolbar drops
+            // its clicks, so it shows them locked.
+            LockToolbar(m_control);
             m_page.say(page.label, key(procedure, '2'));
             m_page.say(page.first, "cancel");
             m_page.show(page.second, true);
@@ -135,11 +140,14 @@ void AutomaticCalibrations::OneButtonClick(const AutomaticProcedure& procedure,
             tools.CurrentCalibration = procedure.code;
             tools.CalibrationStep = Step::Running;
             m_page.say(page->first, "cancel");
+            // Locked while the device makes ready, as while it runs.
+            LockToolbar(m_control);
             const std::string refusal = m_events.PrepareAutoAction();
             if (!refusal.empty()) {
                 m_page.say(page->label, refusal);
                 m_page.say(page->first, "ok");
                 tools.CalibrationStep = Step::Finished;
+                UnlockUploadAndSend(m_control);
             }
             break;
         }
@@ -203,6 +211,8 @@ void AutomaticCalibrations::AutoCalibrationNotReady() {
         }
     }
     m_control.tools().CalibrationStep = Step::Finished;
+    // The device never took the action: the toolbar is back.
+    UnlockUploadAndSend(m_control);
 }
 
 void AutomaticCalibrations::Completed(bool blSuccess) {
@@ -251,6 +261,7 @@ void AutomaticCalibrations::ManualPrestageTrimClick(int element) {
         m_control.SendRequest("manualPrestageTrim", "write");
         // The step stays: the reply decides the next one.
         tools.CurrentAutoAction = Action::Calibration;
+        LockToolbar(m_control);
         m_page.say(ManualPrompt, "commonCalText2");
         return;
     }

@@ -188,6 +188,8 @@ bool SensorCalibrations::calibrationMode(const SensorProcedure& procedure) {
 void SensorCalibrations::send(const char* strRequest) {
     m_control.SendRequest(strRequest, "write");
     tools().CurrentAutoAction = Action::Calibration;
+    // The procedure owns the device until its page is reset.
+    LockToolbar(m_control);
 }
 
 bool SensorCalibrations::guardedWrite(const SensorProcedure& procedure, const char* strRequest) {

@@ -210,7 +210,7 @@ const SensorProcedure& PressurePA() {
     static const SensorProcedure procedure{
         "cmdPAPressureSensorCalibration",
         {"lblPAPressureSensorCal"},
-        {{"txtPAPressureSensorCal"}, {"lblPAPressureCalSpan", 0}, {"lblPAPressureCalSpan", 1}},
+        {{"txtPAPressureSensorCal", 0}, {"lblPAPressureCalSpan", 0}, {"lblPAPressureCalSpan", 1}},
         "pressureSensorCalibration",
         Code::PressureFirstPoint,
         "pressureSensorCalText1",
@@ -258,7 +258,7 @@ const SensorProcedure& TemperaturePA() {
     static const SensorProcedure procedure{
         "cmdPATemperatureSensorCalibration",
         {"lblPATemperatureSensorCal"},
-        {{"txtPATemperatureSensorCal"},
+        {{"txtPATemperatureSensorCal", 0},
          {"lblPAMeasuredTemperature", 0},
          {"lblPAMeasuredTemperature", 1}},
         "temperatureSensorCalibration",
@@ -277,7 +277,7 @@ const SensorProcedure& PositionSensorPA() {
     static const SensorProcedure procedure{
         "cmdPAPositionSensorCalibration",
         {"lblPAPositionSensorCal"},
-        {{"txtPAPositionSensorCal"}, {"lblPAPositionSensorVal"}},
+        {{"txtPAPositionSensorCal", 0}, {"lblPAPositionSensorVal", 0}, {"lblPAPositionSensorVal", 1}},
         "positionSensorCalibration",
         Code::PositionSensor,
         "positionSensorCalText1",
@@ -289,14 +289,14 @@ const SensorProcedure& PositionSensorPA() {
             {1, 5,
              [](C& c, const P& p) {
                  c.say(p, PressureText9);
-                 c.page().show({"lblPAPositionSensorVal"}, true);
+                 c.page().show({{"lblPAPositionSensorVal", 0}, {"lblPAPositionSensorVal", 1}}, true);
                  c.tools().CalibrationStep = 6;
              }},
             {1, 6, PointWrite<PressureSpan, Code::PressureLastPoint, PressureText10>},
             {1, 7,
              [](C& c, const P& p) {
                  c.say(p, PressureText9);
-                 c.page().show({"lblPAPositionSensorVal"}, true);
+                 c.page().show({{"lblPAPositionSensorVal", 0}, {"lblPAPositionSensorVal", 1}}, true);
                  c.tools().CalibrationStep = 6;
              }},
         }};

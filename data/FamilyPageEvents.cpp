@@ -43,11 +43,46 @@ void FamilyPageEvents::comPATargetMode_Click(form::Control& list) {
 }
 
 void FamilyPageEvents::comPLParams_Click(form::Control& list) {
-    if (list.index() != devices::clsPL500::LeakageSwitch.index || !chosenByUser(list)) {
+    if (!chosenByUser(list)) {
+        return;
+    }
+    if (const auto* interval = devices::clsPL500::IntervalOfSelector(list.index())) {
+        scheduleChanged(interval->count);
+        return;
+    }
+    if (list.index() != devices::clsPL500::LeakageSwitch.index) {
         return;
     }
     modelWith<devices::clsPL500>(m_control, "LeakageSwitchChanged")
         .LeakageSwitchChanged(list.listIndex());
+}
+
+void FamilyPageEvents::scheduleChanged(int intCountField) {
+    form::Form& form = m_control.form();
+    form::Control* count = form.find("txtPLParams", intCountField);
+    if (count == nullptr || count->tag().empty()) {
+        return;
+    }
+    session::clsTools& tools = m_control.tools();
+    if (!tools.value_saved) {
+        m_control.SaveOldValues();
+        tools.value_saved = true;
+    }
+    const std::string& frame = tools.CurrentFrame;
+    const std::string tag = count->tag();
+    // The row shows the count; the write sends it combined with the unit and
+    // the switch as the page shows them then.
+    m_control.AddConfirmationRow(tag, frame, tag, m_control.GetOldValue(tag, frame),
+                                 count->text());
+    count->setForeColor(devices::ColorChanged);
+    if (frame.size() > 2) {
+        m_control.ChangeTreeIcon(frame.substr(2), "changed");
+    }
+    for (form::Control* mark : form.elements(m_control.deviceClass().ImagePrefix() + "Changed")) {
+        if (mark->tag() == tag) {
+            mark->setVisible(true);
+        }
+    }
 }
 
 }  // namespace kt500::data

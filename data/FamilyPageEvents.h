@@ -21,6 +21,9 @@ public:
 
 private:
     [[nodiscard]] bool chosenByUser(const form::Control& list) const;
+    // The user chose another unit or switched a test interval on or off:
+    // the interval (its count field) is changed as if typed.
+    void scheduleChanged(int intCountField);
 
     devices::IUserControl& m_control;
 };

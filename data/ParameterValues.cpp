@@ -4,7 +4,7 @@
 #include "data/ParameterDocument.h"
 #include "data/ProgramWrite.h"
 #include "data/Uploads.h"
-#include "data/TestIntervals.h"
+#include "devices/TestIntervals.h"
 #include "data/ValueText.h"
 #include "devices/DeviceClass.h"
 #include "devices/DeviceDateFields.h"
@@ -102,13 +102,13 @@ void PutTwoPartValue(form::Form& form, const TwoPartFields& fields, const std::s
         }
     };
     if (!fields.interval) {
-        const TimeParts parts = SplitTestTime(strValue);
+        const devices::TimeParts parts = devices::SplitTestTime(strValue);
         setCaption(fields.first, parts.days);
         setCaption(fields.second, parts.hours);
         setCaption(fields.third, parts.minutes);
         return;
     }
-    const IntervalParts parts = SplitTestInterval(strValue);
+    const devices::IntervalParts parts = devices::SplitTestInterval(strValue);
     if (form::Control* count = form.find("txtPLParams", fields.first)) {
         count->setText(parts.count);
     }

@@ -131,6 +131,13 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
             if (special.empty() && name != "deviceDate" && !pageFields.contains(name)) {
                 continue;
             }
+            // A value that goes out as a part of another (the days of the
+            // PL500's test schedule) comes from the device class; while the
+            // page holds nothing for it, nothing empty is written.
+            if (special.empty() && !device.IsNormalParam(name) && !pageFields.contains(name) &&
+                device.FormatValues(name, "", "write").empty()) {
+                continue;
+            }
         }
         if (special.empty()) {
             AppendSeparated(strItems, name);
@@ -273,6 +280,8 @@ std::string Requests::valueString(const std::string& strItems, bool blConfirmedO
                                 : std::to_string(field.itemData(field.listIndex()));
                     break;
             }
+        } else if (!device.IsNormalParam(name)) {
+            value = device.FormatValues(name, "", "write");
         }
         AppendSeparated(strValues, value);
     }

@@ -98,6 +98,13 @@ bool NothingToUploadOn(std::string_view strFrame) {
     return FindPage(kNothingToUpload, strFrame.substr(2)) != nullptr;
 }
 
+void DisableUploadTools(form::Form& form) {
+    form::ToolbarModel& toolbar = Toolbar(form);
+    for (const std::string& key : toolbar.bandItems(kUploadBand)) {
+        toolbar.setEnabled(key, false);
+    }
+}
+
 void Uploads::EnableUploadTools() {
     // The band reads the device: online "uploadCurrent" and each upload
     // group that the GUIInit document names, offline none of them.

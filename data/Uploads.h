@@ -24,6 +24,11 @@ struct ReloadTarget {
 // KT520's test settings page reads its settings.
 [[nodiscard]] bool NothingToUploadOn(std::string_view strFrame);
 
+// Every item of the upload band off ("uploadCurrent" and the upload groups),
+// whatever the GUIInit document offers: nothing may read the device while
+// an action owns it. Uploads::EnableUploadTools gives the band back.
+void DisableUploadTools(form::Form& form);
+
 class Uploads {
 public:
     explicit Uploads(devices::IUserControl& control) : m_control(control) {}

@@ -72,7 +72,7 @@ PageElement clsKT540::propertyElement(std::string_view strProperty) const {
         {"SupplyPressureUnit", {"lblPALoadFactor", 5}},
         {"ActuatorPressureUnit", {"lblPAMonTitle", 0}},
         {"PressureSpanUnit", {"lblPAPressureCalSpan", 0}},
-        {"MeasuredTemperatureUnit", {"lblPAMeasuredTemperatureUnit", 0}},
+        {"MeasuredTemperatureUnit", {"lblPAMeasuredTemperature", 1}},
         {"PcbTemperatureUnit", {"lblPAMonTitle", 1}},
         {"SupplyPressureValue", {"txtPALoadFactor", 0}},
         {"ActuatorPressureValue", {"lblPAMonValue", 4}},

@@ -2,6 +2,7 @@
 
 #include "devices/Encodings.h"
 #include "devices/SpecialSets.h"
+#include "devices/TestIntervals.h"
 
 #include <initializer_list>
 
@@ -80,7 +81,22 @@ std::string clsPL500::FormatValues(const std::string& strId, const std::string& 
         if (strId == "leakageStabilizingTime") {
             return SingleText(numberOf(strNewValue) / 1000.0F);
         }
+        for (const ScheduleInterval& interval : ScheduleIntervals) {
+            // The count field shows the interval in its unit; the selectors
+            // have taken the unit and the switch already.
+            if (strId == interval.hours) {
+                return SplitTestInterval(strNewValue).count;
+            }
+        }
         return strNewValue;
+    }
+    for (const ScheduleInterval& interval : ScheduleIntervals) {
+        if (strId == interval.hours) {
+            return scheduleHours(interval);
+        }
+    }
+    if (!IsNormalParam(strId)) {
+        return scheduleDays(strId);
     }
     if (strId == "deviceSerialNumber") {
         return std::to_string(EnCodeSerNro(strNewValue));
@@ -92,6 +108,48 @@ std::string clsPL500::FormatValues(const std::string& strId, const std::string& 
         return SingleText(numberOf(strNewValue) * 1000.0F);
     }
     return strNewValue;
+}
+
+const clsPL500::ScheduleInterval* clsPL500::IntervalOfSelector(int intSelector) {
+    for (const ScheduleInterval& interval : ScheduleIntervals) {
+        if (interval.unit == intSelector || interval.onOff == intSelector) {
+            return &interval;
+        }
+    }
+    return nullptr;
+}
+
+std::string clsPL500::scheduleHours(const ScheduleInterval& interval) const {
+    const form::Control* count = findElement({"txtPLParams", interval.count});
+    const form::Control* unit = findElement({"comPLParams", interval.unit});
+    const form::Control* onOff = findElement({"comPLParams", interval.onOff});
+    // A count the field's check refused is no interval to write.
+    if (count == nullptr || unit == nullptr || onOff == nullptr ||
+        count->text().find_first_not_of(' ') == std::string::npos || !IsNum(count->text())) {
+        return {};
+    }
+    return SingleText(static_cast<float>(
+        CombineTestInterval(count->text(), unit->listIndex(), onOff->listIndex())));
+}
+
+std::string clsPL500::scheduleDays(std::string_view strDays) const {
+    static constexpr std::pair<std::string_view, std::string_view> timers[] = {
+        {"valveTestTimerD", "valveTestTimer"}, {"pneumaticsTimerD", "pneumaticsTestTimer"}};
+    std::string hours;
+    for (const ScheduleInterval& interval : ScheduleIntervals) {
+        if (strDays == interval.days) {
+            hours = scheduleHours(interval);
+        }
+    }
+    for (const auto& [days, timer] : timers) {
+        if (strDays == days) {
+            hours = settingText(timer);
+        }
+    }
+    if (hours.find_first_not_of(' ') == std::string::npos) {
+        return {};
+    }
+    return std::to_string(WholeDays(numberOf(hours)));
 }
 
 void clsPL500::SendOfflineConf() {

@@ -102,6 +102,24 @@ public:
     // from the user: 0 off, 1 on.
     void LeakageSwitchChanged(int intListIndex);
 
+    // The test schedule's intervals: a count (txtPLParams, tagged with the
+    // interval), its unit selector (0 hours, 1 days) and its switch (0 off),
+    // which the device keeps as one number of hours.
+    struct ScheduleInterval {
+        std::string_view hours;  // the interval's parameter, in hours
+        std::string_view days;   // the same interval in whole days
+        int count;               // txtPLParams
+        int unit;                // comPLParams
+        int onOff;               // comPLParams
+    };
+    static constexpr ScheduleInterval ScheduleIntervals[] = {
+        {"valveTestInterval", "valveTestIntervalD", 19, 14, 13},
+        {"pneumaticsTestInterval", "pneumaticsIntervalD", 23, 11, 12},
+    };
+    // The interval whose unit selector or switch is element intSelector of
+    // comPLParams, or nullptr.
+    [[nodiscard]] static const ScheduleInterval* IntervalOfSelector(int intSelector);
+
     void SetDeviceTypeIdChanges() override {}
     // Revision 2 fields enabled; revision 1 hides the runs of fields that
     // only revision 2 devices fill.
@@ -146,6 +164,12 @@ private:
     // The txtPLParams field whose Tag is the item; nothing when not on the form.
     [[nodiscard]] form::Control* settingField(std::string_view strItem) const;
     [[nodiscard]] std::string settingText(std::string_view strItem) const;
+    // The schedule's values as the device keeps them, from the page: an
+    // interval in hours, and the whole days of an interval or a timer. Empty
+    // while the page holds no value for it (never read), so that nothing
+    // empty is written.
+    [[nodiscard]] std::string scheduleHours(const ScheduleInterval& interval) const;
+    [[nodiscard]] std::string scheduleDays(std::string_view strDays) const;
     void setSettingText(std::string_view strItem, const std::string& strValue);
     std::string m_resetingFrame;
     bool m_targetModeInReply = false;

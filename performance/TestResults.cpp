@@ -1,5 +1,6 @@
 #include "performance/TestResults.h"
 
+#include "calibration/ActionProgress.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "performance/StepKeyFigures.h"
@@ -120,11 +121,7 @@ void TestResults::ResultsRead(const std::string& strTreeNode) {
     session::clsTools& tools = m_control.tools();
     tools.CurrentAutoAction = 0;
     if (tools.OnlineConf) {
-        form::ToolbarModel& toolbar = m_control.form().control("smuiDTM", 1).toolbar();
-        toolbar.setEnabled("uploadCurrent", true);
-        if (tools.ActorRole != "observer") {
-            toolbar.setEnabled("send", true);
-        }
+        calibration::UnlockUploadAndSend(m_control);
     }
     m_control.ChangeTreeIcon(strTreeNode, "read");
 }

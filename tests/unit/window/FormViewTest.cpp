@@ -20,6 +20,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <map>
 #include <set>
 #include <vector>
@@ -35,7 +36,7 @@ protected:
 
     void start(const std::string& language, bool online = true) {
         simulator::SessionOptions options;
-        options.deviceKey = "KT520_7";
+        options.deviceKey = m_device;
         options.online = online;
         options.language = language;
         options.frameLanguage = language;
@@ -191,6 +192,7 @@ protected:
     }
 
     DesktopSession desktop{KT500_SHARE_DIR, {}};
+    std::string m_device = "KT520_7";
 };
 
 TEST_F(FormViewTest, EveryPageOfTheTreeShowsTheFormsValuesAfterAFullUpload) {
@@ -219,6 +221,46 @@ TEST_F(FormViewTest, EveryPageFitsItsGermanCaptions) {
     start("1031", false);
     expectToolbarFits();
 }
+
+// The same for the PROFIBUS positioner and the safety valve controller:
+// every page of the tree mirrors the form after a full upload, and no
+// caption is cut off or covered, in English and in German.
+class FamilyFormViewTest : public FormViewTest,
+                           public ::testing::WithParamInterface<const char*> {
+protected:
+    void SetUp() override { m_device = GetParam(); }
+};
+
+TEST_P(FamilyFormViewTest, EveryPageOfTheTreeShowsTheFormsValuesAfterAFullUpload) {
+    start("1033");
+    QAction* uploadAll = view().toolbarAction("uploadAll");
+    ASSERT_NE(uploadAll, nullptr);
+    ASSERT_TRUE(uploadAll->isEnabled());
+    uploadAll->trigger();
+    settle();
+    EXPECT_FALSE(view().toolbarAction("stop")->isEnabled());
+    EXPECT_GE(visitEveryPage(), 18U);
+}
+
+TEST_P(FamilyFormViewTest, EveryPageFitsItsGermanCaptions) {
+    start("1031");
+    view().toolbarAction("uploadAll")->trigger();
+    settle();
+    EXPECT_GE(visitEveryPage(), 18U);
+    expectToolbarFits();
+}
+
+INSTANTIATE_TEST_SUITE_P(OtherFamilies, FamilyFormViewTest,
+                         ::testing::Values("KT540_1.0", "PL500_2"),
+                         [](const ::testing::TestParamInfo<const char*>& info) {
+                             std::string name = info.param;
+                             for (char& c : name) {
+                                 if (std::isalnum(static_cast<unsigned char>(c)) == 0) {
+                                     c = '_';
+                                 }
+                             }
+                             return name;
+                         });
 
 TEST_F(FormViewTest, ATypedValueReachesTheFormAndTheConfirmationList) {
     clickNode(*widget<QTreeWidget>("treeNavigation"), "operationUnit");

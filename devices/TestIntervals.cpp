@@ -1,11 +1,11 @@
-#include "data/TestIntervals.h"
+#include "devices/TestIntervals.h"
 
 #include "devices/Encodings.h"
 
 #include <cmath>
 #include <stdexcept>
 
-namespace kt500::data {
+namespace kt500::devices {
 
 namespace {
 
@@ -13,11 +13,11 @@ double hoursOf(std::string_view strHours) {
     if (strHours.find_first_not_of(' ') == std::string_view::npos) {
         return 0.0;
     }
-    if (!devices::IsNum(strHours)) {
+    if (!IsNum(strHours)) {
         throw std::invalid_argument("Type mismatch: '" + std::string(strHours) +
                                     "' is not a number of hours");
     }
-    return std::abs(devices::Str2Dbl(strHours));
+    return std::abs(Str2Dbl(strHours));
 }
 
 std::string whole(double value) {
@@ -43,4 +43,16 @@ TimeParts SplitTestTime(std::string_view strHours) {
             std::to_string(minutesTotal % 60)};
 }
 
-}  // namespace kt500::data
+double CombineTestInterval(std::string_view strCount, int unitIndex, int switchIndex) {
+    if (switchIndex == 0) {
+        return 0.0;
+    }
+    const double count = hoursOf(strCount);
+    return unitIndex == 1 ? count * 24.0 : count;
+}
+
+long long WholeDays(double hours) {
+    return std::llround(hours / 24.0);
+}
+
+}  // namespace kt500::devices

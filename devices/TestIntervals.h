@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace kt500::data {
+namespace kt500::devices {
 
 struct IntervalParts {
     std::string count;  // in the unit below
@@ -26,5 +26,13 @@ struct TimeParts {
 [[nodiscard]] IntervalParts SplitTestInterval(std::string_view strHours);
 // A time in hours as whole days, hours and minutes; minutes are rounded.
 [[nodiscard]] TimeParts SplitTestTime(std::string_view strHours);
+// The interval in hours that a count, its unit (0 hours, 1 days) and the
+// switch (0 off) stand for: the switch off or an empty count is 0. A count
+// that is no number fails.
+[[nodiscard]] double CombineTestInterval(std::string_view strCount, int unitIndex,
+                                         int switchIndex);
+// The whole days of a number of hours (rounded to the nearest day), as the
+// device keeps them beside the hours.
+[[nodiscard]] long long WholeDays(double hours);
 
-}  // namespace kt500::data
+}  // namespace kt500::devices
