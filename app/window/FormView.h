@@ -77,6 +77,9 @@ private:
     void onChange(const form::PropertyChange& change);
     void mirrorCommon(form::Control& control, QWidget& widget, form::PropertyId id);
     void mirrorUserControl(form::PropertyId id);
+    // A change of the device date's day or month list, which have no
+    // widget, redraws the date editor of the year's row.
+    void mirrorDatePart(const form::Control& control, const form::PropertyChange& change);
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;
     void applyToolTip(const form::Control& control, QWidget& widget);
     // Tab goes through each page's fields in reading order: by rows from
