@@ -167,6 +167,9 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
             }
             if (const form::Control* page = RowPageOf(control)) {
                 placeRows(*page);  // a row shown or hidden moves the rows below
+            } else if (control.container() != nullptr &&
+                       control.kind() != form::ControlKind::Chart) {
+                placeCharts(*control.container());  // the free room may have changed
             }
             if (&control == m_tree) {
                 relayout();  // the pane comes and goes with the tree
@@ -407,6 +410,17 @@ void FormView::setTreeExtra(int pixels) {
 
 void FormView::placeRows(const form::Control& page) {
     for (const form::Control* child : m_form.children(&page)) {
+        if (QWidget* widget = widgetOf(*child)) {
+            widget->setGeometry(placed(*child));
+        }
+    }
+}
+
+void FormView::placeCharts(const form::Control& container) {
+    for (const form::Control* child : m_form.children(&container)) {
+        if (child->kind() != form::ControlKind::Chart) {
+            continue;
+        }
         if (QWidget* widget = widgetOf(*child)) {
             widget->setGeometry(placed(*child));
         }

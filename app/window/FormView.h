@@ -91,6 +91,9 @@ private:
     // Places the widgets on a page again: a row shown or hidden moves the
     // rows below it.
     void placeRows(const form::Control& page);
+    // Places the charts in a container again: a control shown or hidden
+    // there changes the room they take.
+    void placeCharts(const form::Control& container);
     // Places every widget of the user control again and sizes the view.
     void relayout();
     [[nodiscard]] bool treeShown() const;
