@@ -160,8 +160,10 @@ public:
     // neither reads nor writes it, and scripts do not see it. A switch is a
     // list box of an off and an on entry, drawn as a check box; a grouped
     // value is a count shown with digit grouping; a model label shows the
-    // device's model name where the device reports its type number.
-    enum class Look { Plain, Switch, Grouped, Model };
+    // device's model name where the device reports its type number. The
+    // device date's day list, month list and year box (DateDay, DateMonth,
+    // Date) are drawn as one date editor in the year's row.
+    enum class Look { Plain, Switch, Grouped, Model, DateDay, DateMonth, Date };
     [[nodiscard]] Look look() const noexcept { return m_look; }
     void setLook(Look look) noexcept { m_look = look; }
     // Whether the control is part of a row of a <rows> block: the window

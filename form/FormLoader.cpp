@@ -429,6 +429,15 @@ Control::Look lookOf(const xml::Node& node) {
     if (word == "model") {
         return Control::Look::Model;
     }
+    if (word == "dateDay") {
+        return Control::Look::DateDay;
+    }
+    if (word == "dateMonth") {
+        return Control::Look::DateMonth;
+    }
+    if (word == "date") {
+        return Control::Look::Date;
+    }
     return Control::Look::Plain;
 }
 

@@ -22,14 +22,41 @@ long long Area(const form::Rect& r) {
     return r.width > 0 && r.height > 0 ? static_cast<long long>(r.width) * r.height : 0;
 }
 
+bool Shown(const form::Control& control) {
+    return !control.has(form::PropertyId::Visible) || control.visible();
+}
+
+// The placed rectangle grown upwards over the free room above it: up to
+// the lowest shown control above it across its width, or to the frame's
+// first row.
+form::Rect GrownUp(const form::Form& form, const form::Control& chart, form::Rect placed) {
+    int ceiling = kFrameTop;
+    for (const form::Control* other : form.children(chart.container())) {
+        if (other == &chart || other->kind() == form::ControlKind::Chart || !Shown(*other)) {
+            continue;
+        }
+        const form::Rect in = RectOf(*other);
+        if (in.width <= 0 || in.height <= 0 || in.right() <= placed.left ||
+            placed.right() <= in.left || in.top >= placed.top) {
+            continue;
+        }
+        ceiling = std::max(ceiling, in.bottom() + kChartClearance);
+    }
+    if (ceiling < placed.top) {
+        placed.height += placed.top - ceiling;
+        placed.top = ceiling;
+    }
+    return placed;
+}
+
 }  // namespace
 
 form::Rect FittedChartRect(const form::Form& form, const form::Control& chart) {
-    const form::Rect placed = RectOf(chart);
     const form::Control* frame = chart.container();
     if (frame == nullptr) {
-        return placed;
+        return RectOf(chart);
     }
+    const form::Rect placed = GrownUp(form, chart, RectOf(chart));
     // Inside the frame's border.
     const form::Rect inside{placed.left, placed.top,
                             std::min(placed.right(), frame->width() - kFrameBorder) - placed.left,
@@ -41,7 +68,7 @@ form::Rect FittedChartRect(const form::Form& form, const form::Control& chart) {
     const int c = kChartClearance;
     std::vector<form::Rect> blocks;
     for (const form::Control* other : form.children(frame)) {
-        if (other == &chart || other->kind() == form::ControlKind::Chart || !other->visible()) {
+        if (other == &chart || other->kind() == form::ControlKind::Chart || !Shown(*other)) {
             continue;
         }
         const form::Rect in = RectOf(*other);

@@ -20,6 +20,8 @@ namespace kt500::window {
 // inside the frame's border.
 inline constexpr int kChartClearance = 60;
 inline constexpr int kFrameBorder = 120;
+// The top of a frame's first row: a chart never grows above it.
+inline constexpr int kFrameTop = 360;
 
 // The chart's rectangle in twips, fitted as told above: the largest free
 // rectangle within the placed one.

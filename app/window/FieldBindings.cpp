@@ -530,8 +530,17 @@ std::unique_ptr<WidgetBinding> MakeFieldBinding(form::Control& control, ViewCont
                                                 QWidget* parent) {
     switch (control.kind()) {
         case ControlKind::TextBox:
+            if (control.look() == form::Control::Look::Date) {
+                return MakeDateEditBinding(control, context, parent);
+            }
             return std::make_unique<TextBox>(control, context, parent);
         case ControlKind::ComboBox:
+            // The day and month lists of the device date have no widget:
+            // the date editor of the year's row draws them.
+            if (control.look() == form::Control::Look::DateDay ||
+                control.look() == form::Control::Look::DateMonth) {
+                return nullptr;
+            }
             if (control.look() == form::Control::Look::Switch) {
                 return std::make_unique<SwitchBox>(control, context, parent);
             }

@@ -1,9 +1,11 @@
 #include "app/window/FormView.h"
 
 #include "app/window/ChartFit.h"
+#include "app/window/DateRows.h"
 #include "app/window/Mnemonics.h"
 #include "app/window/RowGaps.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QPushButton>
 #include <QApplication>
@@ -168,11 +170,16 @@ void FormView::mirrorCommon(form::Control& control, QWidget& widget, PropertyId 
             widget.setGeometry(placed(control));
             break;
         case PropertyId::Visible:
-            if (control.has(PropertyId::Visible)) {
+            if (DatePlaceOf(m_form, control) == DatePlace::Dropped) {
+                widget.setVisible(false);  // the date editor's row stands for it
+            } else if (control.has(PropertyId::Visible)) {
                 widget.setVisible(control.visible());
             }
             if (const form::Control* page = RowPageOf(control)) {
                 placeRows(*page);  // a row shown or hidden moves the rows below
+            } else if (control.container() != nullptr &&
+                       control.kind() != form::ControlKind::Chart) {
+                placeCharts(*control.container());  // the free room may have changed
             }
             if (&control == m_tree) {
                 relayout();  // the pane comes and goes with the tree
@@ -233,6 +240,7 @@ void FormView::onChange(const form::PropertyChange& change) {
         return;
     }
     if (widget == nullptr) {
+        mirrorDatePart(control, change);
         return;
     }
     const QSignalBlocker blocker(widget);
@@ -247,6 +255,18 @@ void FormView::onChange(const form::PropertyChange& change) {
     }
 }
 
+void FormView::mirrorDatePart(const form::Control& control, const form::PropertyChange& change) {
+    if (control.look() != form::Control::Look::DateDay &&
+        control.look() != form::Control::Look::DateMonth) {
+        return;
+    }
+    if (const form::Control* year = DatePartsOf(m_form, control).year) {
+        if (const auto found = m_bindings.find(year); found != m_bindings.end()) {
+            found->second->mirror(change.property, change.key, change.item);
+        }
+    }
+}
+
 void FormView::orderTabs() {
     for (const form::Control* page : m_form.controls()) {
         QWidget* pageWidget = widgetOf(*page);
@@ -256,7 +276,11 @@ void FormView::orderTabs() {
         }
         std::vector<QWidget*> fields;
         for (QWidget* child : pageWidget->findChildren<QWidget*>()) {
-            if ((child->focusPolicy() & Qt::TabFocus) != 0 && child->focusProxy() == nullptr &&
+            // A spin box (the date editor) takes the focus through its
+            // line edit, which has no name of the form's.
+            const bool proxied = child->focusProxy() != nullptr &&
+                                 qobject_cast<QAbstractSpinBox*>(child) == nullptr;
+            if ((child->focusPolicy() & Qt::TabFocus) != 0 && !proxied &&
                 !child->objectName().isEmpty() && child->parentWidget() != nullptr &&
                 child->objectName().startsWith(QLatin1String("qt_")) == false) {
                 fields.push_back(child);
@@ -340,6 +364,12 @@ bool FormView::treeShown() const {
 }
 
 QRect FormView::placed(const form::Control& control) const {
+    if (DatePlaceOf(m_form, control) == DatePlace::AtDateMark) {
+        // The mark of a day's or month's row stands at the date's mark.
+        if (const form::Control* mark = DateMarkFor(m_form, control)) {
+            return placed(*mark);
+        }
+    }
     // A chart is drawn in the free part of its page.
     QRect rect = control.kind() == form::ControlKind::Chart
                      ? m_scale.rect(FittedChartRect(m_form, control))
@@ -390,6 +420,17 @@ void FormView::setTreeExtra(int pixels) {
 
 void FormView::placeRows(const form::Control& page) {
     for (const form::Control* child : m_form.children(&page)) {
+        if (QWidget* widget = widgetOf(*child)) {
+            widget->setGeometry(placed(*child));
+        }
+    }
+}
+
+void FormView::placeCharts(const form::Control& container) {
+    for (const form::Control* child : m_form.children(&container)) {
+        if (child->kind() != form::ControlKind::Chart) {
+            continue;
+        }
         if (QWidget* widget = widgetOf(*child)) {
             widget->setGeometry(placed(*child));
         }

@@ -80,6 +80,9 @@ private:
     void onChange(const form::PropertyChange& change);
     void mirrorCommon(form::Control& control, QWidget& widget, form::PropertyId id);
     void mirrorUserControl(form::PropertyId id);
+    // A change of the device date's day or month list, which have no
+    // widget, redraws the date editor of the year's row.
+    void mirrorDatePart(const form::Control& control, const form::PropertyChange& change);
     [[nodiscard]] QWidget* containerWidget(const form::Control& control) const;
     void applyToolTip(const form::Control& control, QWidget& widget);
     // Tab goes through each page's fields in reading order: by rows from
@@ -91,6 +94,9 @@ private:
     // Places the widgets on a page again: a row shown or hidden moves the
     // rows below it.
     void placeRows(const form::Control& page);
+    // Places the charts in a container again: a control shown or hidden
+    // there changes the room they take.
+    void placeCharts(const form::Control& container);
     // Places every widget of the user control again and sizes the view.
     void relayout();
     [[nodiscard]] bool treeShown() const;

@@ -1,5 +1,7 @@
 #include "app/window/RowGaps.h"
 
+#include "app/window/DateRows.h"
+
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -49,6 +51,14 @@ int RowGapShift(const form::Form& form, const form::Control& control) {
     if (control.top() >= rowsBottom) {
         return 0;
     }
+    // The day's and month's rows of the device date are drawn by the
+    // date's row: they give their room as hidden rows do.
+    const std::vector<TwipBand> dateParts = DatePartBands(form, *page);
+    const auto drawnElsewhere = [&dateParts](const Band& band) {
+        return std::any_of(dateParts.begin(), dateParts.end(), [&band](const TwipBand& part) {
+            return part.top < band.bottom && band.top < part.bottom;
+        });
+    };
     std::vector<Band> shown;
     std::vector<Band> hidden;
     for (const form::Control* child : children) {
@@ -56,7 +66,8 @@ int RowGapShift(const form::Form& form, const form::Control& control) {
             continue;
         }
         const Band band{child->top(), child->top() + child->height()};
-        (Shows(*child) ? shown : hidden).push_back(band);
+        (Shows(*child) && !(child->rowPart() && drawnElsewhere(band)) ? shown : hidden)
+            .push_back(band);
     }
     // A hidden band that nothing shown crosses gives up its room down to
     // the next shown control below it.

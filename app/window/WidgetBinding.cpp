@@ -26,13 +26,14 @@ QColor ColorOf(std::uint32_t bgr) {
                   static_cast<int>((bgr >> 16) & 0xFF));
 }
 
-void WidgetBinding::applyColors(QWidget& widget, bool fieldGround) const {
+void WidgetBinding::applyColors(QWidget& widget, bool fieldGround,
+                                const form::Control& source) const {
     // The control's colours hold for the enabled states only: a disabled
     // field keeps the style's grey text and takes the window's ground, so
     // that it never looks editable, whatever colour the logic last set.
     const QPalette standard = QApplication::palette(&widget);
     QPalette palette = widget.palette();
-    const QColor text = ColorOf(m_control.foreColor());
+    const QColor text = ColorOf(source.foreColor());
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
         palette.setColor(group, QPalette::WindowText, text);
         palette.setColor(group, QPalette::Text, text);
@@ -46,8 +47,8 @@ void WidgetBinding::applyColors(QWidget& widget, bool fieldGround) const {
         palette.setColor(QPalette::Disabled, QPalette::Base,
                          standard.color(QPalette::Active, QPalette::Window));
     }
-    if (m_control.has(form::PropertyId::BackColor)) {
-        const std::uint32_t back = m_control.backColor();
+    if (source.has(form::PropertyId::BackColor)) {
+        const std::uint32_t back = source.backColor();
         if (fieldGround) {
             palette.setColor(QPalette::Active, QPalette::Base, ColorOf(back));
             palette.setColor(QPalette::Inactive, QPalette::Base, ColorOf(back));

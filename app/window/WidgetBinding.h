@@ -60,7 +60,12 @@ protected:
     // The colours of the control on the widget: ForeColor as the text, and
     // BackColor as the field's ground (text boxes, lists) or, when set away
     // from white, as a label's ground.
-    void applyColors(QWidget& widget, bool fieldGround) const;
+    void applyColors(QWidget& widget, bool fieldGround) const {
+        applyColors(widget, fieldGround, m_control);
+    }
+    // The same with the colours of another control (a widget that draws
+    // several controls shows the colours of the one that matters most).
+    void applyColors(QWidget& widget, bool fieldGround, const form::Control& source) const;
 
     form::Control& m_control;
     ViewContext& m_context;
@@ -86,6 +91,11 @@ protected:
                                                               ViewContext& context,
                                                               QWidget* parent);
 // The file list of the file page as a file chooser (FileChooserBinding.cpp).
+// The device date's year box as one date editor over the day, month and
+// year (DateEditBinding.cpp).
+[[nodiscard]] std::unique_ptr<WidgetBinding> MakeDateEditBinding(form::Control& control,
+                                                                 ViewContext& context,
+                                                                 QWidget* parent);
 [[nodiscard]] std::unique_ptr<WidgetBinding> MakeFileChooserBinding(form::Control& control,
                                                                     ViewContext& context,
                                                                     QWidget* parent);

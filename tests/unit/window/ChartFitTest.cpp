@@ -85,10 +85,54 @@ TEST(ChartFitTest, TheLargestFreePartWins) {
     fields.setHeight(4000);
     const form::Rect fitted = FittedChartRect(form, chart);
     EXPECT_EQ(fitted.left, 2740 + kChartClearance);
-    EXPECT_EQ(fitted.top, 1000);
+    EXPECT_EQ(fitted.top, kFrameTop);  // the free room above is the chart's
     // A hidden control is in nobody's way.
     fields.setVisible(false);
     EXPECT_EQ(FittedChartRect(form, chart).left, 200);
+}
+
+// The free room between a page's fields and its chart goes to the chart:
+// it grows up to the lowest field above it across its width, and the
+// fields keep their places.
+TEST(ChartFitTest, TheChartTakesTheFreeRoomAboveIt) {
+    form::Form form;
+    form::Control& frame = form.add(form::ControlKind::Frame, "fraPage", 0);
+    frame.setWidth(8000);
+    frame.setHeight(6000);
+    form::Control& chart = form.add(form::ControlKind::Chart, "pegoTrend", -1, &frame);
+    chart.setLeft(200);
+    chart.setTop(2500);
+    chart.setWidth(7500);
+    chart.setHeight(3000);
+    // Two rows of fields above it, the second one hidden.
+    form::Control& first = form.add(form::ControlKind::TextBox, "txtRow", 0, &frame);
+    form::Control& second = form.add(form::ControlKind::TextBox, "txtRow", 1, &frame);
+    for (form::Control* row : {&first, &second}) {
+        row->setLeft(3960);
+        row->setWidth(2400);
+        row->setHeight(315);
+    }
+    first.setTop(360);
+    second.setTop(735);
+    second.setVisible(false);
+    form::Rect fitted = FittedChartRect(form, chart);
+    EXPECT_EQ(fitted.top, 675 + kChartClearance);
+    EXPECT_EQ(fitted.bottom(), 5500);
+    EXPECT_EQ(fitted.left, 200);
+    second.setVisible(true);
+    EXPECT_EQ(FittedChartRect(form, chart).top, 1050 + kChartClearance);
+    // A field beside the chart's width is in nobody's way: the chart grows
+    // up to the frame's first row.
+    for (form::Control* row : {&first, &second}) {
+        row->setLeft(7800);
+        row->setWidth(150);
+    }
+    fitted = FittedChartRect(form, chart);
+    EXPECT_EQ(fitted.top, kFrameTop);
+    EXPECT_EQ(fitted.right(), 7700);
+    // A chart placed above the first row stays where it is.
+    chart.setTop(200);
+    EXPECT_EQ(FittedChartRect(form, chart).top, 200);
 }
 
 }  // namespace

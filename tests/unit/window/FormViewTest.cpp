@@ -1,6 +1,7 @@
 // The window against a KT520_7 session of the built-in BL: the widgets show
 // what the form holds on every page the tree leads to, and what the user
 // does with the widgets reaches the form and the logic.
+#include "app/window/DateRows.h"
 #include "app/window/DesktopSession.h"
 
 #include <QAbstractButton>
@@ -8,6 +9,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -85,6 +87,12 @@ protected:
                 continue;
             }
             const std::string name = control->displayName();
+            if (DatePlaceOf(form(), *control) == DatePlace::Dropped) {
+                // The caption of the device date's day or month row: the
+                // date editor's row stands for it.
+                EXPECT_FALSE(w->isVisibleTo(pageWidget)) << name;
+                continue;
+            }
             bool shown = true;
             for (const form::Control* c = control; c != &page; c = c->container()) {
                 shown = shown && c->visible();
@@ -103,6 +111,15 @@ protected:
                 control->has(form::PropertyId::Caption) ? control->caption() : "");
             switch (control->kind()) {
                 case ControlKind::TextBox:
+                    if (control->look() == form::Control::Look::Date) {
+                        // The device date, whole, in one editor.
+                        auto* edit = qobject_cast<QDateEdit*>(w);
+                        ASSERT_NE(edit, nullptr) << name;
+                        const QDate date = DateOf(DatePartsOf(form(), *control));
+                        EXPECT_EQ(edit->date(), date.isValid() ? date : edit->minimumDate())
+                            << name;
+                        break;
+                    }
                     EXPECT_EQ(qobject_cast<QLineEdit*>(w)->text().toStdString(), control->text())
                         << name;
                     break;
