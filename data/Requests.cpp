@@ -99,6 +99,8 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     const bool blWriteMode =
         blWriteWord && tools.CalibrationStep == 0 && tools.CurrentAutoAction == 0;
 
+    // The curve of the flow page goes out whole, as the page computed it.
+    const bool blConfirmedOnly = blWriteMode && str_frame != "flowModification";
     // A write takes the values of the page being written; a changed value
     // of another page goes with that page's own write.
     std::unordered_map<std::string, form::Control*> pageFields;
@@ -127,16 +129,23 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
                 continue;
             }
             // What the page does not show is left out: a changed value goes
-            // with the write of the page it was edited on.
-            if (special.empty() && name != "deviceDate" && !pageFields.contains(name)) {
+            // with the write of the page it was edited on. A value the class
+            // derives from the page (the PL500's schedule days) is decided
+            // below.
+            if (special.empty() && name != "deviceDate" && device.IsNormalParam(name) &&
+                !pageFields.contains(name)) {
                 continue;
             }
             // A value that goes out as a part of another (the days of the
-            // PL500's test schedule) comes from the device class; while the
-            // page holds nothing for it, nothing empty is written.
-            if (special.empty() && !device.IsNormalParam(name) && !pageFields.contains(name) &&
-                device.FormatValues(name, "", "write").empty()) {
-                continue;
+            // PL500's test schedule) comes from the device class, only with
+            // its confirmed source, and never empty.
+            if (special.empty() && !device.IsNormalParam(name) && !pageFields.contains(name)) {
+                const std::string_view source = device.DerivedFrom(name);
+                if ((blConfirmedOnly &&
+                     (source.empty() || !HasCheckedRow(m_control.form(), source))) ||
+                    device.FormatValues(name, "", "write").empty()) {
+                    continue;
+                }
             }
         }
         if (special.empty()) {
@@ -158,8 +167,6 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     AppendSeparated(strItems, str_frame);
     AppendSeparated(strItems, str_accessType);
 
-    // The curve of the flow page goes out whole, as the page computed it.
-    const bool blConfirmedOnly = blWriteMode && str_frame != "flowModification";
     const std::string strValues =
         blWriteWord ? valueString(strItems, blConfirmedOnly) : std::string();
     if (str_accessType == "write") {
@@ -244,6 +251,10 @@ std::string Requests::valueString(const std::string& strItems, bool blConfirmedO
         std::string value;
         if (name == "deviceDate") {
             value = blConfirmedOnly ? confirmedDeviceDate() : device.GetDeviceDate();
+        } else if (!device.IsNormalParam(name) && !fields.contains(name)) {
+            // A part of another value (the days of the PL500's test
+            // schedule): the class derives it from what the page holds.
+            value = device.FormatValues(name, "", "write");
         } else if (blConfirmedOnly && HasCheckedDataSetRow(m_control.form(), name)) {
             // A row of the data set confirms the data set's value, not the
             // page's rounding of it in another unit.
@@ -280,8 +291,6 @@ std::string Requests::valueString(const std::string& strItems, bool blConfirmedO
                                 : std::to_string(field.itemData(field.listIndex()));
                     break;
             }
-        } else if (!device.IsNormalParam(name)) {
-            value = device.FormatValues(name, "", "write");
         }
         AppendSeparated(strValues, value);
     }

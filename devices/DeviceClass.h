@@ -97,6 +97,12 @@ public:
     // The monitoring series' names in series order, each followed by a blank.
     [[nodiscard]] virtual std::string MonitoringHeaders() const = 0;
     [[nodiscard]] virtual bool IsNormalParam(std::string_view strParam) const = 0;
+    // The parameter that one which is not normal is computed from (the
+    // PL500's schedule days from their interval or timer); "" when none. A
+    // write carries the computed value only with its source confirmed.
+    [[nodiscard]] virtual std::string_view DerivedFrom(std::string_view /*strParam*/) const {
+        return {};
+    }
     [[nodiscard]] virtual bool MonitoringVariable(std::string_view strParam) const = 0;
 
     // --- Alarm limits of the trend charts ---

@@ -92,7 +92,7 @@ std::string clsPL500::FormatValues(const std::string& strId, const std::string& 
     }
     for (const ScheduleInterval& interval : ScheduleIntervals) {
         if (strId == interval.hours) {
-            return scheduleHours(interval);
+            return scheduleHours(interval, strNewValue);
         }
     }
     if (!IsNormalParam(strId)) {
@@ -119,29 +119,53 @@ const clsPL500::ScheduleInterval* clsPL500::IntervalOfSelector(int intSelector) 
     return nullptr;
 }
 
-std::string clsPL500::scheduleHours(const ScheduleInterval& interval) const {
+std::string clsPL500::scheduleHours(const ScheduleInterval& interval,
+                                    std::string_view strCount) const {
     const form::Control* count = findElement({"txtPLParams", interval.count});
     const form::Control* unit = findElement({"comPLParams", interval.unit});
     const form::Control* onOff = findElement({"comPLParams", interval.onOff});
+    if (count == nullptr || unit == nullptr || onOff == nullptr) {
+        return {};
+    }
+    // A value check asks for the hours of any count ("1" for the scale);
+    // a write's own count is the page's.
+    const std::string text = strCount.empty() ? count->text() : std::string(strCount);
     // A count the field's check refused is no interval to write.
-    if (count == nullptr || unit == nullptr || onOff == nullptr ||
-        count->text().find_first_not_of(' ') == std::string::npos || !IsNum(count->text())) {
+    if (text.find_first_not_of(' ') == std::string::npos || !IsNum(text)) {
         return {};
     }
     return SingleText(static_cast<float>(
-        CombineTestInterval(count->text(), unit->listIndex(), onOff->listIndex())));
+        CombineTestInterval(text, unit->listIndex(), onOff->listIndex())));
+}
+
+namespace {
+// The timers' days and the timer each is computed from.
+constexpr std::pair<std::string_view, std::string_view> ScheduleTimers[] = {
+    {"valveTestTimerD", "valveTestTimer"}, {"pneumaticsTimerD", "pneumaticsTestTimer"}};
+}  // namespace
+
+std::string_view clsPL500::DerivedFrom(std::string_view strParam) const {
+    for (const ScheduleInterval& interval : ScheduleIntervals) {
+        if (strParam == interval.days) {
+            return interval.hours;
+        }
+    }
+    for (const auto& [days, timer] : ScheduleTimers) {
+        if (strParam == days) {
+            return timer;
+        }
+    }
+    return {};
 }
 
 std::string clsPL500::scheduleDays(std::string_view strDays) const {
-    static constexpr std::pair<std::string_view, std::string_view> timers[] = {
-        {"valveTestTimerD", "valveTestTimer"}, {"pneumaticsTimerD", "pneumaticsTestTimer"}};
     std::string hours;
     for (const ScheduleInterval& interval : ScheduleIntervals) {
         if (strDays == interval.days) {
             hours = scheduleHours(interval);
         }
     }
-    for (const auto& [days, timer] : timers) {
+    for (const auto& [days, timer] : ScheduleTimers) {
         if (strDays == days) {
             hours = settingText(timer);
         }

@@ -59,6 +59,7 @@ public:
         return "actualTravel leakageSignal actuatorPressure pcbTemperature ";
     }
     [[nodiscard]] bool IsNormalParam(std::string_view strParam) const override;
+    [[nodiscard]] std::string_view DerivedFrom(std::string_view strParam) const override;
     [[nodiscard]] bool MonitoringVariable(std::string_view strParam) const override {
         return strParam == "actualTravel";
     }
@@ -168,7 +169,9 @@ private:
     // interval in hours, and the whole days of an interval or a timer. Empty
     // while the page holds no value for it (never read), so that nothing
     // empty is written.
-    [[nodiscard]] std::string scheduleHours(const ScheduleInterval& interval) const;
+    // strCount is the count to write; "" takes the page's count field.
+    [[nodiscard]] std::string scheduleHours(const ScheduleInterval& interval,
+                                            std::string_view strCount = {}) const;
     [[nodiscard]] std::string scheduleDays(std::string_view strDays) const;
     void setSettingText(std::string_view strItem, const std::string& strValue);
     std::string m_resetingFrame;

@@ -214,6 +214,15 @@ void SessionInvariants::checkWrites(std::vector<std::string>& broken,
                     confirmed = true;
                 }
             }
+            // A part the class computes from another value (the PL500's
+            // schedule days) goes with its ticked source; the source's own
+            // value is checked as any other.
+            const std::string_view source = m_session.control().deviceClass().DerivedFrom(name);
+            for (const Row& row : m_rows) {
+                if (!source.empty() && row.checked && row.name == source) {
+                    confirmed = true;
+                }
+            }
             const auto& target = offline ? m_dataSet : m_device;
             const auto held = target.find(name);
             if (name == "deviceDate" && held != target.end() &&

@@ -141,6 +141,8 @@ TEST(CmdReloadTest, TheFlowModificationPageEmptiesItsCurveTableAndReads) {
     Session s;
     s.uc.tools().CurrentFrame = "HAflowModification";
     s.uc.form().control("txtHAFlowModification", 3).setText("30");
+    // The other family's curve list is not this page's: the reload leaves it.
+    s.uc.form().control("comFlowModification", 1).setEnabled(true);
     s.uc.uploads.cmdReload();
     EXPECT_EQ(s.uc.form().control("txtHAFlowModification", 3).text(), "");
     EXPECT_FALSE(s.uc.form().control("comFlowModification", 0).enabled());
