@@ -485,14 +485,7 @@ void ParameterValues::showDeviceDate(const std::string& strValue,
     if (strValue.empty()) {
         return;
     }
-    std::vector<std::string> parts;
-    std::size_t start = 0;
-    for (std::size_t dot = strValue.find('.'); dot != std::string::npos;
-         dot = strValue.find('.', start)) {
-        parts.push_back(strValue.substr(start, dot - start));
-        start = dot + 1;
-    }
-    parts.push_back(strValue.substr(start));
+    const std::vector<std::string> parts = devices::SplitDeviceDate(strValue);
     // A text that is not day "." month "." year in numbers leaves the fields
     // as they are: the rest of the reply still reaches its page.
     if (parts.size() < 3 || !devices::IsNum(parts[0]) || !devices::IsNum(parts[1]) ||

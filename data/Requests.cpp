@@ -4,6 +4,7 @@
 #include "data/PageFields.h"
 #include "data/RoleRules.h"
 #include "data/ToolsBack.h"
+#include "devices/DeviceDateFields.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
 #include "devices/MemberMissing.h"
@@ -22,19 +23,6 @@ constexpr std::int32_t AutoActionTimeout = 10000;
 
 using devices::AppendSeparated;
 using devices::SplitSeparated;
-
-// "d.m.yyyy" as its three parts; anything else gives fewer or more.
-std::vector<std::string> SplitDate(const std::string& strDate) {
-    std::vector<std::string> parts;
-    std::size_t start = 0;
-    for (std::size_t dot = strDate.find('.'); dot != std::string::npos;
-         dot = strDate.find('.', start)) {
-        parts.push_back(strDate.substr(start, dot - start));
-        start = dot + 1;
-    }
-    parts.push_back(strDate.substr(start));
-    return parts;
-}
 
 form::ToolbarModel& Toolbar(form::Form& form) {
     return form.control("smuiDTM", 1).toolbar();
@@ -220,8 +208,8 @@ std::string Requests::dataSetValue(const std::string& strName, const std::string
 std::string Requests::confirmedDeviceDate() {
     devices::DeviceClass& device = m_control.deviceClass();
     std::string pageDate = device.GetDeviceDate();
-    const std::vector<std::string> own = SplitDate(ownValue("deviceDate", "noUnit"));
-    std::vector<std::string> parts = SplitDate(pageDate);
+    const std::vector<std::string> own = devices::SplitDeviceDate(ownValue("deviceDate", "noUnit"));
+    std::vector<std::string> parts = devices::SplitDeviceDate(pageDate);
     if (own.size() != 3 || parts.size() != 3) {
         return pageDate;
     }

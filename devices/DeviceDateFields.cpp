@@ -58,4 +58,16 @@ std::string ReadDeviceDate(const form::Form& form, const DateFields& fields, boo
     return day + "." + month + "." + year;
 }
 
+std::vector<std::string> SplitDeviceDate(std::string_view strDate) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    for (std::size_t dot = strDate.find('.'); dot != std::string_view::npos;
+         dot = strDate.find('.', start)) {
+        parts.emplace_back(strDate.substr(start, dot - start));
+        start = dot + 1;
+    }
+    parts.emplace_back(strDate.substr(start));
+    return parts;
+}
+
 }  // namespace kt500::devices

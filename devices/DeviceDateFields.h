@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kt500::devices {
 
@@ -17,5 +19,8 @@ void PutDeviceDate(form::Form& form, const DateFields& fields, std::int16_t intD
 // year that a device cannot hold (four digits, 1900 to 2155).
 [[nodiscard]] std::string ReadDeviceDate(const form::Form& form, const DateFields& fields,
                                          bool blChecked);
+
+// "d.m.yyyy" as its parts between the dots; anything else gives fewer or more.
+[[nodiscard]] std::vector<std::string> SplitDeviceDate(std::string_view strDate);
 
 }  // namespace kt500::devices
