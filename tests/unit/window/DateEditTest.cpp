@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include "BoxCloser.h"
+#include "WindowTest.h"
 
 #include <gtest/gtest.h>
 
@@ -115,22 +116,13 @@ TEST(DateRowsTest, TheDayAndMonthRowsAreDrawnByTheDatesRow) {
     EXPECT_EQ(DatePlaceOf(p.form, p.caption), DatePlace::Own);
 }
 
-class DateEditTest : public ::testing::Test {
+class DateEditTest : public WindowTest {
 protected:
     void start(const std::string& device, bool online) {
         simulator::SessionOptions options;
         options.deviceKey = device;
         options.online = online;
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        view().show();
-        QApplication::setActiveWindow(&view());
-        settle();
-    }
-    FormView& view() { return desktop.view(); }
-    form::Form& form() { return view().form(); }
-    void settle() {
-        desktop.settle();
-        QCoreApplication::processEvents();
+        startWindow(options);
     }
     void showPage(const std::string& node) {
         view().gate().run([&] { form().raiseNodeClick(form().control("treeNavigation"), node); });
@@ -153,7 +145,6 @@ protected:
     }
 
     BoxCloser boxes;
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
 TEST_F(DateEditTest, OneEditorShowsTheDateInTheYearsRowAndTheRowsCloseUp) {

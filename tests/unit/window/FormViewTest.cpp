@@ -19,6 +19,7 @@
 #include <QTreeWidget>
 
 #include "CaptionClipped.h"
+#include "WindowTest.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ namespace {
 
 using form::ControlKind;
 
-class FormViewTest : public ::testing::Test {
+class FormViewTest : public WindowTest {
 protected:
     void SetUp() override { start("1033"); }
 
@@ -42,18 +43,9 @@ protected:
         options.online = online;
         options.language = language;
         options.frameLanguage = language;
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        view().show();
-        QApplication::setActiveWindow(&view());
-        settle();
+        startWindow(options);
     }
 
-    FormView& view() { return desktop.view(); }
-    form::Form& form() { return view().form(); }
-    void settle() {
-        desktop.settle();
-        QCoreApplication::processEvents();
-    }
     template <typename W>
     W* widget(std::string_view name, int index = -1) {
         return qobject_cast<W*>(view().widgetOf(form().control(name, index)));
@@ -208,7 +200,6 @@ protected:
         return pages.size();
     }
 
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
     std::string m_device = "KT520_7";
 };
 

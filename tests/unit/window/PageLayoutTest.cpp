@@ -5,6 +5,7 @@
 // time with the page saying the trend's time span.
 #include "app/window/DesktopSession.h"
 #include "app/window/RowGaps.h"
+#include "WindowTest.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -27,21 +28,12 @@
 namespace kt500::window {
 namespace {
 
-class PageLayoutTest : public ::testing::Test {
+class PageLayoutTest : public WindowTest {
 protected:
     void start(const std::string& device) {
         simulator::SessionOptions options;
         options.deviceKey = device;
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        view().show();
-        QApplication::setActiveWindow(&view());
-        settle();
-    }
-    FormView& view() { return desktop.view(); }
-    form::Form& form() { return view().form(); }
-    void settle() {
-        desktop.settle();
-        QCoreApplication::processEvents();
+        startWindow(options);
     }
     void node(const std::string& key) {
         form().raiseNodeClick(form().control("treeNavigation"), key);
@@ -51,11 +43,6 @@ protected:
         form().raiseToolbarClick(form().control("smuiDTM", 1), "uploadAll");
         settle();
     }
-    QWidget* widget(std::string_view name, int index = -1) {
-        return view().widgetOf(form().control(name, index));
-    }
-
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
 TEST_F(PageLayoutTest, RowsBelowAHiddenRowCloseUpAndMoveBackWhenItShows) {
