@@ -1,5 +1,6 @@
 #include "data/ChangeTracking.h"
 
+#include "data/ConfirmationRows.h"
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -13,9 +14,6 @@ namespace kt500::data {
 namespace {
 
 using form::ControlKind;
-
-// The confirmation list's column of the parameter's internal name.
-constexpr int kNameColumn = 3;
 
 // The fields of a snapshot: each value is followed by the separator.
 std::vector<std::string> SplitSnapshot(const std::string& strValues) {
@@ -273,17 +271,7 @@ bool ChangeTracking::CheckIfValueChanged(const std::string& strName, bool blChec
     if (!m_control.deviceClass().IsNormalParam(strName)) {
         return true;
     }
-    const form::Control* list = m_control.form().find("lsvConfirmation");
-    if (list == nullptr) {
-        return false;
-    }
-    const form::ListViewModel& rows = list->listView();
-    for (int row = 1; row <= rows.count(); ++row) {
-        if (rows.row(row).checked == blChecked && rows.subItem(row, kNameColumn) == strName) {
-            return true;
-        }
-    }
-    return false;
+    return HasRow(m_control.form(), strName, blChecked);
 }
 
 void ChangeTracking::RestoreOldValues(const std::string& strFrame, const std::string& strTag) {
@@ -341,19 +329,6 @@ void KeepWrittenValues(devices::IUserControl& control, const std::string& strReq
     if (page == nullptr || fields.empty()) {
         return;
     }
-    const form::Control* list = form.find("lsvConfirmation");
-    const auto pending = [&](const std::string& strName) {
-        if (list == nullptr) {
-            return false;
-        }
-        const form::ListViewModel& rows = list->listView();
-        for (int row = 1; row <= rows.count(); ++row) {
-            if (rows.subItem(row, kNameColumn) == strName) {
-                return true;
-            }
-        }
-        return false;
-    };
     const std::vector<form::Control*> snapshot = SnapshotFields(form, *page);
     std::string values;
     for (std::size_t position = 0; position < snapshot.size(); ++position) {
@@ -361,7 +336,7 @@ void KeepWrittenValues(devices::IUserControl& control, const std::string& strReq
         std::string value = position < fields.size() ? fields[position] : std::string();
         // A field with a row still waits for a send, a red one holds a
         // refused text: their snapshot values stay.
-        if (!field.tag().empty() && !pending(field.tag()) &&
+        if (!field.tag().empty() && !HasRow(form, field.tag()) &&
             field.foreColor() != devices::ColorRefused) {
             value = SnapshotValue(field);
         }

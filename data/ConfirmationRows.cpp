@@ -55,17 +55,22 @@ void RemoveCheckedRows(const form::Form& form) {
     }
 }
 
-bool HasCheckedRow(const form::Form& form, std::string_view strName) {
+bool HasRow(const form::Form& form, std::string_view strName, std::optional<bool> blChecked) {
     const form::ListViewModel* rows = Rows(form);
     if (rows == nullptr) {
         return false;
     }
     for (int row = 1; row <= rows->count(); ++row) {
-        if (rows->row(row).checked && rows->subItem(row, kNameColumn) == strName) {
+        if ((!blChecked || rows->row(row).checked == *blChecked) &&
+            rows->subItem(row, kNameColumn) == strName) {
             return true;
         }
     }
     return false;
+}
+
+bool HasCheckedRow(const form::Form& form, std::string_view strName) {
+    return HasRow(form, strName, true);
 }
 
 bool HasCheckedDataSetRow(const form::Form& form, std::string_view strName) {

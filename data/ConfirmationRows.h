@@ -5,6 +5,7 @@
 
 #include "form/Form.h"
 
+#include <optional>
 #include <string_view>
 
 namespace kt500::data {
@@ -19,6 +20,11 @@ void RemoveParameterRow(const form::Form& form, std::string_view strName);
 
 // Drops every checked row: what a completed write has taken.
 void RemoveCheckedRows(const form::Form& form);
+
+// True when a row stands for parameter strName, with blChecked only a row
+// ticked (true) or not (false).
+[[nodiscard]] bool HasRow(const form::Form& form, std::string_view strName,
+                          std::optional<bool> blChecked = std::nullopt);
 
 // True when a checked row stands for parameter strName: the user confirmed
 // its new value.
