@@ -31,6 +31,18 @@ void RemoveGroupRows(const form::Form& form, std::string_view strGroup) {
     }
 }
 
+void RemoveGroupRows(const form::Form& form, const GroupFields& read) {
+    form::ListViewModel* rows = Rows(form);
+    if (rows == nullptr) {
+        return;
+    }
+    for (int row = rows->count(); row >= 1; --row) {
+        if (read.reads(rows->subItem(row, kNameColumn), rows->subItem(row, kPageColumn))) {
+            rows->remove(row);
+        }
+    }
+}
+
 void RemoveParameterRow(const form::Form& form, std::string_view strName) {
     form::ListViewModel* rows = Rows(form);
     if (rows == nullptr) {

@@ -3,6 +3,7 @@
 // the request group is that tag less the family prefix.
 #pragma once
 
+#include "data/GroupFields.h"
 #include "form/Form.h"
 
 #include <optional>
@@ -13,6 +14,9 @@ namespace kt500::data {
 // Drops the rows whose page belongs to the request group strGroup: pending
 // edits of a page give way when the page is read again.
 void RemoveGroupRows(const form::Form& form, std::string_view strGroup);
+// The same for a read: drops the rows that the read of the group answers
+// for (GroupFields), and keeps those of other groups shown on its page.
+void RemoveGroupRows(const form::Form& form, const GroupFields& read);
 
 // Drops the row of parameter strName (sub-item 3): the value it stood for
 // is no longer what the field holds.

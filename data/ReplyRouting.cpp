@@ -2,6 +2,7 @@
 
 #include "data/ChangeTracking.h"
 #include "data/ConfirmationRows.h"
+#include "data/GroupFields.h"
 #include "data/PageFields.h"
 #include "data/ToolsBack.h"
 #include "devices/DeviceClass.h"
@@ -18,15 +19,6 @@ namespace {
 constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSchema.xml";
 // Steps of the bar that one reply may advance.
 constexpr int kProgressSteps = 10;
-
-// The request group of a page: its Tag less the family prefix.
-bool PageOfGroup(const form::Control* page, std::string_view strGroup) {
-    if (page == nullptr) {
-        return false;
-    }
-    const std::string_view tag = page->tag();
-    return tag.size() > 2 && tag.substr(2) == strGroup;
-}
 
 // ImportFromFile for the length of a replay, also when Reply fails.
 class ImportScope {
@@ -125,7 +117,7 @@ void ReplyRouting::SetReadVariables(const std::string& strRequestName, bool IsFi
     }
 
     if (strAccessType == "read") {
-        RemoveGroupRows(form, strRequestName);
+        RemoveGroupRows(form, GroupFields(m_control, strRequestName));
     }
     if (!blError) {
         m_control.ClearChangedSigns(strRequestName);
@@ -181,8 +173,10 @@ void ReplyRouting::ClearChangedSigns(const std::string& strRequestGroup) {
         groups.emplace_back("testSettings");
     }
     for (const std::string& group : groups) {
+        const GroupFields read(m_control, group);
         for (form::Control* control : m_control.form().controls()) {
-            if (!PageOfGroup(PageOf(*control, frameArray), group)) {
+            const form::Control* page = PageOf(*control, frameArray);
+            if (page == nullptr || !read.reads(control->tag(), page->tag())) {
                 continue;
             }
             const form::ControlKind kind = control->kind();

@@ -74,7 +74,7 @@ void Requests::SendRequest(const std::string& str_frame, const std::string& str_
     if (blRead) {
         // Pending edits of the page give way to the device's values, and the
         // page counts as unread until the final reply.
-        RemoveGroupRows(m_control.form(), str_frame);
+        RemoveGroupRows(m_control.form(), GroupFields(m_control, str_frame));
         tools.ValuesOk(str_frame, "0");
         if (str_frame == "valveTest" || str_frame == "pneumaticsTest") {
             m_control.EnableTestKeyFigures(true);

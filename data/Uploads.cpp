@@ -60,6 +60,18 @@ constexpr PageGroup kNothingToUpload[] = {
     {"hysteresisTestValues", "hysteresisTest"},
 };
 
+// Pages that show fields of further request groups beside their own: the
+// KT540's alert settings hold the stroke and reversal limits of its two
+// meter groups. Their reload reads those groups too, so that every field of
+// the page shows what the device holds, not what was typed before.
+struct PageFeeds {
+    std::string_view frame;
+    std::array<std::string_view, 2> groups;
+};
+constexpr PageFeeds kFurtherGroups[] = {
+    {"PAalertSettings", {"valveMetersAndLimits", "actuatorMetersAndLimits"}},
+};
+
 // The KT520's test settings page reads its settings; the other families'
 // test settings pages have nothing to read.
 constexpr std::string_view kReadTestSettingsFrame = "HAtestSettings";
@@ -230,6 +242,17 @@ void Uploads::cmdReload() {
         resetFlowModification();
     }
     m_control.SendRequest(target.group, "read");
+    // Each further group's replies add to the bar's count as a chain's do.
+    for (const PageFeeds& feeds : kFurtherGroups) {
+        if (feeds.frame != tools.CurrentFrame) {
+            continue;
+        }
+        tools.ReadGroup = false;
+        for (const std::string_view group : feeds.groups) {
+            m_control.SendRequest(std::string(group), "read");
+        }
+        tools.ReadGroup = true;
+    }
 }
 
 void Uploads::resetFlowModification() {

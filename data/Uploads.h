@@ -43,7 +43,7 @@ public:
     // the translation of strCaption.
     void SetProgressBar(const std::string& strRequestGroup, const std::string& strCaption);
     // The Reload of the page shown: asks before unsaved edits give way, then
-    // reads the page's group.
+    // reads the page's group and any further group whose fields it shows.
     void cmdReload();
     // The group that the Reload of a page (its frame tag) reads. A page with
     // nothing to upload says so and gives the empty group.
