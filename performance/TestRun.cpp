@@ -3,6 +3,7 @@
 #include "calibration/ActionProgress.h"
 #include "calibration/CalibrationState.h"
 #include "calibration/PageWriter.h"
+#include "data/ConfirmationRows.h"
 #include "devices/DeviceClass.h"
 
 namespace kt500::performance {
@@ -207,9 +208,31 @@ void TestRun::TestCompleted() {
     }
 }
 
+bool TestRun::HoldsConfirmedChange(const std::string& strGroup) {
+    const xml::Node group = m_control.RequestGroupByName(strGroup);
+    if (!group) {
+        return false;
+    }
+    // A part the class derives from another setting (the schedule's days)
+    // has no row of its own: its source's row stands for it.
+    for (const xml::Node& included : group.childElements("includedParam")) {
+        if (data::HasCheckedRow(m_control.form(), included.attribute("name"))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void TestRun::cmdPLSetTestSettings_Click(int Index) {
     session::clsTools& tools = m_control.tools();
     const std::string group = Index == 1 ? "valveTest" : "pneumaticsTest";
+    // Only confirmed changes are written: with no ticked row for a setting
+    // of the group there is nothing to write, and the device is not asked.
+    if (!HoldsConfirmedChange(group)) {
+        m_control.ShowMsg(m_control.Translate("setTestSettings"),
+                          m_control.Translate("noConfirmedChanges"));
+        return;
+    }
     // The write's progress, as a download's.
     tools.ShowProgressbar = true;
     m_control.SetProgressBar("download", "progressSending");

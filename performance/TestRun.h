@@ -33,7 +33,9 @@ public:
     void cmdStartTest_Click(int Index);
     // The start (or stop) of the valve (0) or pneumatics (1) test.
     void cmdPLStartTest_Click(int Index);
-    // Writes the valve test's (1) or the pneumatics test's (0) settings.
+    // Writes the valve test's (1) or the pneumatics test's (0) settings
+    // that stand ticked in the confirmation list; with none it says so and
+    // writes nothing.
     void cmdPLSetTestSettings_Click(int Index);
 
     // --- The framework's events ---
@@ -55,6 +57,8 @@ private:
     // Asks the BL for the device; on a refusal the page goes back to idle.
     void RequestDevice(const char* strButtons, int Index, const char* strIdleCaption);
     [[nodiscard]] bool Ask(const std::string& strKey);
+    // Whether a ticked row of the confirmation list holds a setting of the group.
+    [[nodiscard]] bool HoldsConfirmedChange(const std::string& strGroup);
     void Caption(const char* strButtons, int Index, const char* strKey);
 
     devices::IUserControl& m_control;
