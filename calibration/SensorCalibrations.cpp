@@ -4,6 +4,8 @@
 #include "calibration/CalibrationState.h"
 
 #include <cstdio>
+#include <set>
+#include <string>
 
 namespace kt500::calibration {
 
@@ -160,16 +162,25 @@ void SensorCalibrations::finish(const SensorProcedure& procedure) {
     tools().CalibrationStep = Step::Finished;
 }
 
-bool SensorCalibrations::valuesValid(const SensorProcedure& procedure) {
-    // The fields of the page that the user can see and that carry a parameter.
-    const form::Control* prompt = m_page.control(procedure.label);
+std::vector<form::Control*> ValueFields(form::Form& form, const PageWriter& page,
+                                        const SensorProcedure& procedure) {
+    std::vector<form::Control*> fields;
+    const form::Control* prompt = page.control(procedure.label);
     if (prompt == nullptr || prompt->container() == nullptr) {
-        return true;
+        return fields;
     }
-    form::Form& form = m_control.form();
     for (form::Control* field : form.children(prompt->container())) {
-        if (field->kind() == form::ControlKind::TextBox && field->visible() &&
-            !field->tag().empty() && !m_control.CheckValue(*field)) {
+        if (field->kind() == form::ControlKind::TextBox && !field->tag().empty()) {
+            fields.push_back(field);
+        }
+    }
+    return fields;
+}
+
+bool SensorCalibrations::valuesValid(const SensorProcedure& procedure) {
+    // The fields of the page that the user can see.
+    for (form::Control* field : ValueFields(m_control.form(), m_page, procedure)) {
+        if (field->visible() && !m_control.CheckValue(*field)) {
             return false;
         }
     }
@@ -311,12 +322,37 @@ void SensorCalibrations::addHandlers(form::EventHandlers& handlers) {
                          Click(*procedure, event.control != nullptr ? event.control->index() : 0);
                      });
     }
-    handlers.add("txtHATemperatureSensorCal", form::EventKind::LostFocus,
-                 [this](form::FormEvent& event) {
-                     if (event.control != nullptr && event.control->index() == 0) {
-                         TemperatureCoefficient();
-                     }
-                 });
+    // Each value field of a procedure's page is checked against its limits
+    // when it loses the focus, with the message of every other page: a
+    // refused reference turns red at once, and the write of the step
+    // refuses it again (valuesValid). A reference is no setting of the
+    // device, so it makes no row of the confirmation list.
+    std::set<std::string, std::less<>> fields;
+    for (const SensorProcedure* procedure : SensorPages::All()) {
+        for (const form::Control* field : ValueFields(m_control.form(), m_page, *procedure)) {
+            fields.insert(field->name());
+        }
+    }
+    for (const std::string& name : fields) {
+        handlers.add(name, form::EventKind::LostFocus, [this](form::FormEvent& event) {
+            if (event.control == nullptr) {
+                return;
+            }
+            (void)m_control.CheckValue(*event.control);
+            if (event.control->name() == "txtHATemperatureSensorCal" &&
+                event.control->index() == 0) {
+                TemperatureCoefficient();
+            }
+        });
+    }
+    if (!fields.contains("txtHATemperatureSensorCal")) {
+        handlers.add("txtHATemperatureSensorCal", form::EventKind::LostFocus,
+                     [this](form::FormEvent& event) {
+                         if (event.control != nullptr && event.control->index() == 0) {
+                             TemperatureCoefficient();
+                         }
+                     });
+    }
 }
 
 }  // namespace kt500::calibration

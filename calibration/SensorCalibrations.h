@@ -60,6 +60,11 @@ const SensorProcedure& PositionSensorPA();
 const std::vector<const SensorProcedure*>& All();
 }  // namespace SensorPages
 
+// The text boxes of a procedure's page that carry a parameter: the
+// references the user types.
+[[nodiscard]] std::vector<form::Control*> ValueFields(form::Form& form, const PageWriter& page,
+                                                      const SensorProcedure& procedure);
+
 class SensorCalibrations {
 public:
     explicit SensorCalibrations(devices::IUserControl& control) : m_control(control), m_page(control) {}
