@@ -130,11 +130,8 @@ private:
 
 }  // namespace
 
-bool ChangeTracking::CheckValue(form::Control& control) {
+std::optional<std::string> ChangeTracking::Refusal(const form::Control& control) {
     const std::string tag = control.tag();
-    if (tag.empty()) {
-        return false;
-    }
     const xml::Node parameter = m_control.ParameterNodeByName(tag);
     std::string minVal = parameter.attribute("minVal");
     std::string maxVal = parameter.attribute("maxVal");
@@ -145,9 +142,6 @@ bool ChangeTracking::CheckValue(form::Control& control) {
     const std::string type = parameter.attribute("type");
     const std::string unit = parameter.attribute("unit");
 
-    if (control.foreColor() == devices::ColorRefused) {
-        control.setForeColor(devices::ColorChanged);
-    }
     // The limits are in the document's unit; the page shows the unit system's.
     if (unit != "noUnit" && unit != "%") {
         std::string shownUnit;
@@ -165,26 +159,19 @@ bool ChangeTracking::CheckValue(form::Control& control) {
 
     const std::string text = control.text();
     if (text.empty()) {
-        return true;
+        return std::nullopt;
     }
-    const std::string frameArray = m_control.deviceClass().FrameArrayName();
-    auto refuse = [&](const std::string& strMessage) {
-        m_control.ShowMsg(m_control.Translate("valueCheck"), strMessage);
-        control.setForeColor(devices::ColorRefused);
-        m_control.ChangeImage(tag, frameArray, "error");
-        return false;
-    };
     const std::string invalid = m_control.Translate("invalidValue");
     if (type != "stringVal" && devices::IsSerialNumber(tag)) {
         // The page form "yyyy-ww-nnnn" is what goes out encoded; a text it
         // cannot encode (a plain number among them) would reach the device
         // as -1.
         if (devices::EnCodeSerNro(text) == -1) {
-            return refuse(invalid);
+            return invalid;
         }
     } else if (type != "stringVal") {
         if (!devices::IsNum(text)) {
-            return refuse(invalid);
+            return invalid;
         }
         // A page may show a value in another scale than the device keeps
         // (seconds for milliseconds): the limits and decimals are the
@@ -199,18 +186,36 @@ bool ChangeTracking::CheckValue(form::Control& control) {
             scale == 1.0 ? devices::fDecimalSep(text, ".").find('.') != std::string::npos
                          : std::abs(number * scale - std::round(number * scale)) > 1e-6;
         if (decimals == "0" && hasDecimals) {
-            return refuse(m_control.Translate("decimalsNotAllowed"));
+            return m_control.Translate("decimalsNotAllowed");
         }
         // Both limits are strict: a value equal to a limit is good.
         const bool belowMin = !IsBlank(minVal) && devices::Str2Dbl(minVal) > number;
         const bool aboveMax = !IsBlank(maxVal) && devices::Str2Dbl(maxVal) < number;
         if (belowMin || aboveMax) {
-            return refuse(invalid + " Min: " + (IsBlank(minVal) ? "<<<" : minVal) +
-                          ", Max: " + (IsBlank(maxVal) ? ">>>" : maxVal));
+            return invalid + " Min: " + (IsBlank(minVal) ? "<<<" : minVal) +
+                   ", Max: " + (IsBlank(maxVal) ? ">>>" : maxVal);
         }
     } else if (!IsBlank(maxVal) &&
                devices::Str2Dbl(maxVal) < static_cast<double>(CharacterCount(text))) {
-        return refuse(invalid + " " + m_control.Translate("maxLength") + ": " + maxVal);
+        return invalid + " " + m_control.Translate("maxLength") + ": " + maxVal;
+    }
+    return std::nullopt;
+}
+
+bool ChangeTracking::CheckValue(form::Control& control) {
+    const std::string tag = control.tag();
+    if (tag.empty()) {
+        return false;
+    }
+    if (control.foreColor() == devices::ColorRefused) {
+        control.setForeColor(devices::ColorChanged);
+    }
+    const std::string frameArray = m_control.deviceClass().FrameArrayName();
+    if (const std::optional<std::string> refusal = Refusal(control)) {
+        m_control.ShowMsg(m_control.Translate("valueCheck"), *refusal);
+        control.setForeColor(devices::ColorRefused);
+        m_control.ChangeImage(tag, frameArray, "error");
+        return false;
     }
     m_control.ChangeImage(tag, frameArray, "changed");
     return true;
@@ -300,6 +305,13 @@ void ChangeTracking::RestoreOldValues(const std::string& strFrame, const std::st
             field.setText(value);
         } else {
             field.setListIndex(EntryOfKey(field, value));
+        }
+        // A text the check refuses (a refused edit that stood on the page
+        // when the snapshot was taken) comes back red: it is not the
+        // device's value, and it is never sent.
+        if (field.kind() == ControlKind::TextBox && !field.tag().empty() && Refusal(field)) {
+            field.setForeColor(devices::ColorRefused);
+            continue;
         }
         if (online) {
             field.setForeColor(devices::ColorRestored);

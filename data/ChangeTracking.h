@@ -6,6 +6,7 @@
 
 #include "devices/IUserControl.h"
 
+#include <optional>
 #include <string>
 
 namespace kt500::data {
@@ -37,6 +38,10 @@ public:
     void ChangeTreeIcon(const std::string& str_name, const std::string& str_access);
 
 private:
+    // The message that refuses the field's text, or nothing when the check
+    // takes it; shows nothing and colours nothing.
+    [[nodiscard]] std::optional<std::string> Refusal(const form::Control& control);
+
     devices::IUserControl& m_control;
 };
 
