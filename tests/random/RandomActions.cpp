@@ -4,6 +4,7 @@
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
+#include "performance/TestSettings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,6 +47,22 @@ std::optional<double> Limit(const std::string& text) {
         return std::nullopt;
     }
     return value;
+}
+
+// The test settings page of a settings field ("txtHATestSettings[2]"), or
+// nothing for any other field.
+const performance::TestSettingsPage* TestPageOf(const std::string& reference) {
+    for (const performance::TestSettingsPage* page :
+         {&performance::KT540TestPage, &performance::KT520TestPage}) {
+        if (reference.starts_with(std::string(page->fields) + "[")) {
+            return page;
+        }
+    }
+    return nullptr;
+}
+
+std::string ListReference(const performance::TestSettingsPage& page) {
+    return "comTestType[" + std::to_string(page.listElement) + "]";
 }
 
 }  // namespace
@@ -237,6 +254,71 @@ std::string RandomActions::invalidValue(const std::string& tag) {
     return choices.empty() ? std::string() : pick(choices);
 }
 
+std::string RandomActions::testSettingValue(const std::string& reference, bool refused) {
+    const performance::TestSettingsPage& page = *TestPageOf(reference);
+    const app::ScriptTargets targets(m_session);
+    const int element = targets.control(reference).index();
+    const int entry = targets.control(ListReference(page)).listIndex();
+    const bool hysteresis = entry == page.hysteresisIndex;
+    if (!hysteresis && entry != page.stepIndex) {
+        // With no test chosen a field is only checked for being a number.
+        if (refused) {
+            return pick({"abc", "1x", "12."});
+        }
+        return Fixed(std::uniform_real_distribution<double>(-2000, 2000)(m_random), below(2));
+    }
+    struct Range {
+        bool integer;
+        double low;
+        double high;
+    };
+    static constexpr Range kHysteresis[3] = {{true, 50, 2000}, {true, 0, 90}, {true, 10, 100}};
+    static constexpr Range kStep[3] = {{true, 2, 500}, {false, 0, 100}, {false, 0.1, 100}};
+    const Range range = (hysteresis ? kHysteresis : kStep)[element];
+    if (refused) {
+        std::vector<std::string> choices = {"abc", "", Fixed(range.high + 10, 0)};
+        if (!(element == 2 && !hysteresis && page.negativeStep)) {
+            choices.push_back(Fixed(range.low - 10, 0));
+        }
+        if (element == 2 && !hysteresis) {
+            choices.emplace_back("0.05");  // a step smaller than the least
+        }
+        return pick(choices);
+    }
+    double low = range.low;
+    double high = range.high;
+    // Start and change together stay within their sum's limits once the
+    // other of the two is filled and not red.
+    if (element == 1 || element == 2) {
+        const form::Control& other =
+            targets.control(std::string(page.fields) + "[" + std::to_string(3 - element) + "]");
+        const std::string text = devices::fDecimalSep(other.text(), ".");
+        const Range otherRange = (hysteresis ? kHysteresis : kStep)[3 - element];
+        const double value = devices::Str2Dbl(text);
+        // The other field is judged as the check judges it, whatever its colour.
+        double judged = otherRange.integer ? std::round(value) : value;
+        if (element == 1 && !hysteresis && page.negativeStep) {
+            judged = std::abs(value);
+        }
+        const bool otherGood = value != devices::NoValue && devices::IsNum(text) &&
+                               judged >= otherRange.low && judged <= otherRange.high;
+        if (otherGood) {
+            const double least = hysteresis ? 0.0 : 0.1;
+            low = std::max(low, least - value + 0.1);
+            high = std::min(high, 100.0 - value - 0.1);
+        }
+    }
+    if (range.integer) {
+        low = std::ceil(low);
+        high = std::floor(high);
+    }
+    if (low > high) {
+        return {};
+    }
+    const double value = low + (high - low) * std::uniform_real_distribution<double>(0, 1)(m_random);
+    return range.integer ? Fixed(std::round(value), 0) : Fixed(std::floor(value * 10) / 10, 1);
+}
+
 Step RandomActions::next() {
     for (;;) {
         Step step;
@@ -266,6 +348,11 @@ bool RandomActions::build(const std::string& kind, Step& step) {
     std::vector<Field> listFields;
     for (const Field& field : fields) {
         (field.list ? listFields : textFields).push_back(field);
+        // The test settings page's list of tests, which has no parameter.
+        if (const performance::TestSettingsPage* page = TestPageOf(field.reference);
+            page != nullptr && field.reference.ends_with("[0]")) {
+            listFields.push_back({ListReference(*page), "", true});
+        }
     }
     const auto fieldOf = [&](const std::vector<Field>& from) -> const Field& {
         return from[static_cast<std::size_t>(below(static_cast<int>(from.size())))];
@@ -283,17 +370,31 @@ bool RandomActions::build(const std::string& kind, Step& step) {
         }
         const Field& field = fieldOf(textFields);
         const bool refused = kind == "invalid";
-        const std::string value = refused ? invalidValue(field.tag) : validValue(field.tag);
-        if (refused && value.empty()) {
-            return false;
+        // The test settings have limits and messages of their own.
+        const bool testSetting = TestPageOf(field.reference) != nullptr;
+        const std::string header = control.Translate(testSetting ? "invalidValue" : "valueCheck");
+        std::string value;
+        if (testSetting) {
+            value = testSettingValue(field.reference, refused);
+            if (!refused && value.empty()) {
+                return false;
+            }
+            // Leaving one field checks its neighbours; only the field left
+            // is told, and the list's test decides whether it is.
+            step.allowedHeaders.insert(header);
+        } else {
+            value = refused ? invalidValue(field.tag) : validValue(field.tag);
+            if (refused && value.empty()) {
+                return false;
+            }
         }
         step.lines.push_back("type " + field.reference + " " + Quoted(value));
         step.field = field.reference;
         step.value = value;
         step.refused = refused;
         if (refused) {
-            step.allowedHeaders.insert(control.Translate("valueCheck"));
-            step.requiredHeaders.insert(control.Translate("valueCheck"));
+            step.allowedHeaders.insert(header);
+            step.requiredHeaders.insert(header);
         }
     } else if (kind == "focus") {
         if (fields.empty()) {
@@ -301,8 +402,11 @@ bool RandomActions::build(const std::string& kind, Step& step) {
         }
         const Field& field = fieldOf(fields);
         step.lines.push_back("focus " + field.reference);
-        // Leaving a field checks it again: a refused text is told again.
-        if (app::ScriptTargets(m_session).control(field.reference).foreColor() == 255) {
+        // Leaving a field checks it again: a refused text is told again; a
+        // test setting is checked with its neighbours, an empty one too.
+        if (TestPageOf(field.reference) != nullptr) {
+            step.allowedHeaders.insert(control.Translate("invalidValue"));
+        } else if (app::ScriptTargets(m_session).control(field.reference).foreColor() == 255) {
             step.allowedHeaders.insert(control.Translate("valueCheck"));
         }
     } else if (kind == "select") {
@@ -396,6 +500,9 @@ bool RandomActions::build(const std::string& kind, Step& step) {
         if (!ticked.empty() && below(2) == 0) {
             step.lines.push_back("bl fail " + pick(ticked) + " " + code);
             step.lines.insert(step.lines.end(), {"toolbar send", "click cmdSend[8]", "settle"});
+            // As any send: a refused value still on a page of a ticked row
+            // stops it with the value check.
+            step.allowedHeaders.insert(control.Translate("valueCheck"));
             step.settles = true;
         } else {
             if (m_uploadGroups.empty()) {

@@ -64,6 +64,10 @@ private:
         const std::string& tag) const;
     [[nodiscard]] std::string validValue(const std::string& tag);
     [[nodiscard]] std::string invalidValue(const std::string& tag);
+    // A value for a field of the test settings, by the rules of the test
+    // chosen in the page's list (any number with none chosen); empty when
+    // the other fields leave no valid value.
+    [[nodiscard]] std::string testSettingValue(const std::string& reference, bool refused);
     [[nodiscard]] std::string pick(const std::vector<std::string>& choices);
     [[nodiscard]] int below(int count);
     [[nodiscard]] bool build(const std::string& kind, Step& step);

@@ -9,6 +9,7 @@
 #include "random/RandomSession.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,12 @@ private:
     std::vector<Row> m_rows;
     std::map<std::string, std::string> m_device;
     std::map<std::string, std::string> m_dataSet;
+    bool m_readSeen = false;
+    // Groups of an injected fault that no request has met yet (the send it
+    // was meant for was stopped by a refused value): the BL fails the
+    // group's next request, whichever step posts it.
+    std::set<std::string> m_pendingFaults;
+    std::set<std::string> m_requested;  // the groups the step posted  // the step posted a read: a page with nothing to upload posts none
 };
 
 }  // namespace kt500::random
