@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <functional>
+#include <tuple>
 #include <sstream>
 
 namespace kt500::random {
@@ -72,12 +73,38 @@ std::map<std::string, std::string> SessionInvariants::dataSetValues() const {
 void SessionInvariants::before() {
     host::RavikKT500& control = m_session.control();
     m_rows.clear();
+    // A row gone is forgotten: a new row of the same text is judged anew.
+    std::erase_if(m_rowContext, [&](const auto& entry) {
+        for (const form::ListRow& row :
+             control.form().control("lsvConfirmation").listView().rows()) {
+            if (row.subItems.size() > 2 && row.subItems[2] == entry.first.first &&
+                row.subItems[1] == entry.first.second) {
+                return false;
+            }
+        }
+        return true;
+    });
     for (const form::ListRow& row : control.form().control("lsvConfirmation").listView().rows()) {
         Row copy;
         copy.checked = row.checked;
         copy.newValue = row.subItems.size() > 1 ? row.subItems[1] : "";
         copy.name = row.subItems.size() > 2 ? row.subItems[2] : "";
         copy.page = row.subItems.size() > 3 ? row.subItems[3] : "";
+        const auto key = std::make_pair(copy.name, copy.newValue);
+        if (!m_rowContext.contains(key)) {
+            std::optional<int> itemData;
+            for (const form::Control* list : control.form().tagged(copy.name)) {
+                for (int i = 0; list->kind() == form::ControlKind::ComboBox &&
+                                i < list->listCount() && !itemData;
+                     ++i) {
+                    if (list->list(i) == copy.newValue) {
+                        itemData = list->itemData(i);
+                    }
+                }
+            }
+            m_rowContext[key] = {control.FetchUnitName(copy.name), itemData};
+        }
+        std::tie(copy.unit, copy.itemData) = m_rowContext[key];
         m_rows.push_back(copy);
     }
     m_device = deviceValues();
@@ -106,6 +133,9 @@ bool SessionInvariants::sameAsRow(const Row& row, const std::string& wire,
     host::RavikKT500& control = m_session.control();
     devices::DeviceClass& device = control.deviceClass();
     const xml::Node parameter = control.ParameterNodeByName(row.name);
+    if (row.itemData) {
+        return SameWireValue(std::to_string(*row.itemData), wire);
+    }
     if (const form::Control* page =
             data::FindPage(control.form(), device.FrameArrayName(), row.page)) {
         for (const form::Control* field : data::SnapshotFields(control.form(), *page)) {
@@ -134,7 +164,8 @@ bool SessionInvariants::sameAsRow(const Row& row, const std::string& wire,
         return false;
     }
     const double expected =
-        toUnit(devices::Str2Dbl(shown), control.FetchUnitName(row.name), wireUnit) *
+        toUnit(devices::Str2Dbl(shown), row.unit.empty() ? control.FetchUnitName(row.name) : row.unit,
+               wireUnit) *
         PageScale(control, row.name);
     const double actual = devices::Str2Dbl(wire);
     return std::abs(expected - actual) <=
@@ -186,6 +217,15 @@ std::string SessionInvariants::confirmedDate(const std::string& held) const {
         for (const auto& [name, position] : fields) {
             if (row.checked && row.name == name) {
                 parts[position] = row.newValue;
+                // Day and month are list entries: a row keeps the entry's
+                // text of the language it was made in, the list shows the
+                // choice (0-based) whatever the language.
+                for (const form::Control* list : m_session.control().form().tagged(name)) {
+                    if (list->kind() == form::ControlKind::ComboBox && list->listIndex() >= 0) {
+                        parts[position] = std::to_string(list->listIndex() + 1);
+                        break;
+                    }
+                }
             }
         }
     }

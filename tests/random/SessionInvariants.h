@@ -9,6 +9,7 @@
 #include "random/RandomSession.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -30,7 +31,15 @@ private:
         std::string name;
         std::string newValue;
         std::string page;
+        // What the row's text meant when the row was made: the page's unit,
+        // and for a list entry its item data (the text is of the language
+        // of that moment).
+        std::string unit;
+        std::optional<int> itemData;
     };
+    // The context of each row as first seen, by name and new value.
+    std::map<std::pair<std::string, std::string>, std::pair<std::string, std::optional<int>>>
+        m_rowContext;
     [[nodiscard]] std::map<std::string, std::string> deviceValues() const;
     [[nodiscard]] std::map<std::string, std::string> dataSetValues() const;
     [[nodiscard]] bool sameAsRow(const Row& row, const std::string& wire,
