@@ -1,6 +1,7 @@
 #include "data/ChangeTracking.h"
 
 #include "data/ConfirmationRows.h"
+#include "data/DeviceScale.h"
 #include "data/PageFields.h"
 #include "devices/DeviceClass.h"
 #include "devices/Encodings.h"
@@ -93,18 +94,6 @@ std::string LimitInUnit(services::IDtmUnits& units, const std::string& strLimit,
     char text[64];
     std::snprintf(text, sizeof text, "%.1f", static_cast<double>(converted));
     return devices::fDecimalSep(text);
-}
-
-// How many of the device's units one unit the page shows is worth: the
-// class's write form of "1" (1000 for seconds shown of milliseconds held);
-// 1 when the class writes the value as shown.
-double DeviceScale(devices::DeviceClass& deviceClass, const std::string& strTag) {
-    const std::string one = deviceClass.FormatValues(strTag, "1", "write");
-    if (one.empty() || !devices::IsNum(one)) {
-        return 1.0;
-    }
-    const double scale = devices::Str2Dbl(devices::fDecimalSep(one, "."));
-    return scale > 0.0 ? scale : 1.0;
 }
 
 // A limit in the page's scale, with the page's decimal sign.

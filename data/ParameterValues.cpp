@@ -1,5 +1,6 @@
 #include "data/ParameterValues.h"
 
+#include "data/DeviceScale.h"
 #include "data/PageFields.h"
 #include "data/ParameterDocument.h"
 #include "data/ProgramWrite.h"
@@ -367,6 +368,10 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
     if (name != "valveTestVal00" && !decimalsText.empty()) {
         decimals = devices::ToInt16(decimalsText);
     }
+    // The decimals are the device's: a value the page shows in another
+    // scale (seconds of milliseconds), from the device, the data set or a
+    // data file, keeps the digits the device holds.
+    decimals = PageDecimals(DeviceScale(deviceClass, name), decimals);
     if (!tools.ImportFromFile) {
         std::string formatted = deviceClass.FormatValues(name, value, "read");
         if (!formatted.empty()) {
