@@ -19,15 +19,6 @@ constexpr std::string_view CommunicationNamespace = "x-schema:QDLCommunicationSc
 // Steps of the bar that one reply may advance.
 constexpr int kProgressSteps = 10;
 
-// The request group of a page: its Tag less the family prefix.
-bool PageOfGroup(const form::Control* page, std::string_view strGroup) {
-    if (page == nullptr) {
-        return false;
-    }
-    const std::string_view tag = page->tag();
-    return tag.size() > 2 && tag.substr(2) == strGroup;
-}
-
 // ImportFromFile for the length of a replay, also when Reply fails.
 class ImportScope {
 public:
@@ -180,22 +171,30 @@ void ReplyRouting::ClearChangedSigns(const std::string& strRequestGroup) {
     if (strRequestGroup == "testValues") {
         groups.emplace_back("testSettings");
     }
+    form::Form& form = m_control.form();
     for (const std::string& group : groups) {
-        for (form::Control* control : m_control.form().controls()) {
-            if (!PageOfGroup(PageOf(*control, frameArray), group)) {
-                continue;
-            }
-            const form::ControlKind kind = control->kind();
-            const bool blField =
-                kind == form::ControlKind::TextBox || kind == form::ControlKind::ComboBox;
-            const bool blMark = control->name().starts_with(imagePrefix);
-            // A value still waiting in an unchecked row keeps its signs.
-            if ((blField || blMark) && !m_control.CheckIfValueChanged(control->tag(), false)) {
-                if (blField) {
-                    control->setForeColor(devices::ColorSynchronised);
-                } else {
-                    control->setVisible(false);
-                }
+        // A copy: the clearing must not see the index made again under it.
+        const std::vector<form::Control*> pages =
+            m_pageControls.pagesOfGroup(form, frameArray, group);
+        for (const form::Control* page : pages) {
+            clearChangedSignsOn(*page, frameArray, imagePrefix);
+        }
+    }
+}
+
+void ReplyRouting::clearChangedSignsOn(const form::Control& page, const std::string& frameArray,
+                                       const std::string& imagePrefix) {
+    for (form::Control* control : m_pageControls.on(m_control.form(), frameArray, page)) {
+        const form::ControlKind kind = control->kind();
+        const bool blField =
+            kind == form::ControlKind::TextBox || kind == form::ControlKind::ComboBox;
+        const bool blMark = control->name().starts_with(imagePrefix);
+        // A value still waiting in an unchecked row keeps its signs.
+        if ((blField || blMark) && !m_control.CheckIfValueChanged(control->tag(), false)) {
+            if (blField) {
+                control->setForeColor(devices::ColorSynchronised);
+            } else {
+                control->setVisible(false);
             }
         }
     }
