@@ -308,10 +308,17 @@ private:
             series->attachAxis(xAxis);
             series->attachAxis(right ? rightAxis : yAxis);
         }
+        // A legend entry tells something only with its subset's label: a
+        // legend of bare colour marks is left out.
         const auto markers = chart->legend()->markers();
+        bool anyLabel = false;
         for (int i = 0; i < markers.size(); ++i) {
-            markers[i]->setVisible(legendSubsets < 0 || i < legendSubsets);
+            const bool shown = (legendSubsets < 0 || i < legendSubsets) &&
+                               !model.subsetLabel(i).empty();
+            markers[i]->setVisible(shown);
+            anyLabel = anyLabel || shown;
         }
+        chart->legend()->setVisible(chart->legend()->isVisible() && anyLabel);
 
         const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
         xAxis->setTitleText(Qs(model.axis(ChartAxisId::X).label));
