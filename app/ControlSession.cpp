@@ -130,7 +130,12 @@ void ControlSession::prepare(const simulator::SessionOptions& options) {
     host::ControlPlatform platform{
         *m_settings, *m_debugOutput,
         session::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString()),
-        [this] { return m_startTime.addMSecs(now()); }};
+        // From the start's instant: a local start time need not be taken
+        // back to the instant for every reading of the clock.
+        [this, start = m_startTime.toMSecsSinceEpoch(), spec = m_startTime.timeSpec()] {
+            return spec == Qt::LocalTime ? QDateTime::fromMSecsSinceEpoch(start + now())
+                                         : m_startTime.addMSecs(now());
+        }};
 
     m_bl = std::make_unique<simulator::BuiltInBL>(m_options, m_shareDir);
     m_recorder = std::make_shared<RecordingControl>(m_bl->control());

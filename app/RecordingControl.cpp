@@ -1,5 +1,6 @@
 #include "app/RecordingControl.h"
 
+#include <iterator>
 #include <stdexcept>
 
 namespace kt500::app {
@@ -31,7 +32,7 @@ void RecordingControl::CloseConnection(std::int32_t lngConnectionId, bool& blSuc
 void RecordingControl::PostRequest(std::int32_t lngConnectionId, const std::string& strRequest,
                                    bool& blAccepted) {
     // Recorded before the call: a request the BL refuses was still sent.
-    m_requests.push_back({"PostRequest", strRequest});
+    record("PostRequest", strRequest);
     m_inner->PostRequest(lngConnectionId, strRequest, blAccepted);
 }
 
@@ -54,7 +55,7 @@ void RecordingControl::RequestAutoAction(std::int32_t lngConnectionId, bool& blA
 
 void RecordingControl::SendAutoAction(std::int32_t lngConnectionId, const std::string& strRequest,
                                       std::int32_t lngTimeoutMs, bool& blAccepted) {
-    m_requests.push_back({"SendAutoAction", strRequest});
+    record("SendAutoAction", strRequest);
     m_inner->SendAutoAction(lngConnectionId, strRequest, lngTimeoutMs, blAccepted);
 }
 
@@ -70,9 +71,19 @@ void RecordingControl::SetCalibrationMode(bool blOn, bool& blSuccess) {
     m_inner->SetCalibrationMode(blOn, blSuccess);
 }
 
+void RecordingControl::record(const char* strOperation, const std::string& strRequest) {
+    if (m_requests.size() == kKeptRequests) {
+        m_requests.pop_front();
+        ++m_dropped;
+    }
+    m_requests.push_back({strOperation, strRequest});
+}
+
 std::vector<RecordedRequest> RecordingControl::takeRequests() {
-    std::vector<RecordedRequest> taken;
-    taken.swap(m_requests);
+    std::vector<RecordedRequest> taken(std::make_move_iterator(m_requests.begin()),
+                                       std::make_move_iterator(m_requests.end()));
+    m_requests.clear();
+    m_dropped = 0;
     return taken;
 }
 

@@ -9,6 +9,8 @@
 #include "services/IDtmControl.h"
 
 #include <chrono>
+#include <cstddef>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -42,8 +44,14 @@ public:
     void SetGuiLanguage(std::int32_t lngLanguageId) override;
     void SetCalibrationMode(bool blOn, bool& blSuccess) override;
 
-    // The requests since the last call, and forgets them.
+    // The record keeps the last kKeptRequests requests: a session that
+    // nobody asks for its requests (the window, a long run) does not grow.
+    static constexpr std::size_t kKeptRequests = 1000;
+    // The requests since the last call (the last kKeptRequests of them), and
+    // forgets them.
     std::vector<RecordedRequest> takeRequests();
+    // How many requests since the last call of takeRequests went unkept.
+    [[nodiscard]] std::size_t droppedRequests() const noexcept { return m_dropped; }
     // Reports every reply from now on with the control's processor time on
     // it; an empty watcher stops the reports.
     void watchReplies(ReplyWatcher watcher) { m_tap.setWatcher(std::move(watcher)); }
@@ -55,7 +63,10 @@ public:
 
 private:
     std::shared_ptr<services::IDtmControl> m_inner;
-    std::vector<RecordedRequest> m_requests;
+    void record(const char* strOperation, const std::string& strRequest);
+
+    std::deque<RecordedRequest> m_requests;
+    std::size_t m_dropped = 0;
     ReplyTap m_tap;
     std::chrono::nanoseconds m_openConnectionTime{0};
 };

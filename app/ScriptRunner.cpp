@@ -437,6 +437,10 @@ void ScriptRunner::messages() {
 }
 
 void ScriptRunner::requests() {
+    if (const std::size_t dropped = m_session.recorder().droppedRequests(); dropped > 0) {
+        m_out << "requests dropped " << dropped << " (the record keeps the last "
+              << RecordingControl::kKeptRequests << ")\n";
+    }
     for (RecordedRequest& request : m_session.recorder().takeRequests()) {
         // One line a request: the line breaks of the document go.
         std::erase(request.request, '\n');

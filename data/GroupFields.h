@@ -24,6 +24,8 @@ public:
     // Whether the read of the group answers for a field (or row) of
     // parameter strTag on the page with frame tag strPage.
     [[nodiscard]] bool reads(std::string_view strTag, std::string_view strPage) const;
+    // The group's own parameters, which it answers for on every page.
+    [[nodiscard]] const std::set<std::string, std::less<>>& params() const { return m_params; }
 
 private:
     devices::IUserControl& m_control;

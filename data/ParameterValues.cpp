@@ -520,26 +520,23 @@ void ParameterValues::UpdateGroupTimeStamp(const std::string& strGroup) {
     if (!live) {
         return;
     }
-    // The live node is the element "dtm" of the BL's document: the query
-    // starts at that document.
-    const xml::Node stamp =
-        xml::XPath(live, Prefixes())
-            .selectSingle("/data:dtm/data:requestGroups/data:requestGroup[@name = '" + strGroup +
-                          "']/@lastUpdate");
-    const std::string text = trimmed(stamp.text());
-    if (!stamp || text.empty()) {
+    const xml::Node group = liveRequestGroup(live, strGroup);
+    const std::optional<std::string> stamp =
+        group ? group.findAttribute("lastUpdate") : std::nullopt;
+    const std::string text = stamp ? trimmed(*stamp) : std::string();
+    if (text.empty()) {
         return;
     }
-    const form::ControlArray* labels = m_control.form().findArray("lblTimeStamp");
-    if (labels == nullptr) {
-        return;
-    }
+    // The label of the group with the lowest index.
     const std::string tag = m_control.deviceClass().DevicePrefix() + strGroup;
-    for (const int index : labels->indices()) {
-        form::Control& label = (*labels)[index];
-        if (label.tag() != tag) {
-            continue;
+    form::Control* first = nullptr;
+    for (form::Control* label : m_control.form().tagged(tag)) {
+        if (label->name() == "lblTimeStamp" && (first == nullptr || label->index() < first->index())) {
+            first = label;
         }
+    }
+    if (first != nullptr) {
+        form::Control& label = *first;
         const auto blank = text.find(' ');
         const QString datePart = QString::fromStdString(text.substr(0, blank));
         const QDate date = ParseStampDate(datePart);
@@ -556,8 +553,27 @@ void ParameterValues::UpdateGroupTimeStamp(const std::string& strGroup) {
             caption += QLatin1Char(' ') + LongTimeText(time);
         }
         label.setCaption(caption.toStdString());
-        return;
     }
+}
+
+void ParameterValues::ForgetLiveGroups() {
+    m_liveGroupsOf = nullptr;
+    m_liveGroups.clear();
+}
+
+xml::Node ParameterValues::liveRequestGroup(const xml::Node& live, const std::string& strGroup) {
+    if (m_liveGroupsOf != live.raw()) {
+        ForgetLiveGroups();
+        // The live node is the element "dtm" of the BL's document: the query
+        // starts at that document.
+        for (const xml::Node& group : xml::XPath(live, Prefixes())
+                                          .select("/data:dtm/data:requestGroups/data:requestGroup")) {
+            m_liveGroups.emplace(group.attribute("name"), group);
+        }
+        m_liveGroupsOf = live.raw();
+    }
+    const auto found = m_liveGroups.find(strGroup);
+    return found == m_liveGroups.end() ? xml::Node() : found->second;
 }
 
 }  // namespace kt500::data

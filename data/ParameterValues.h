@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 
 namespace kt500::data {
 
@@ -44,6 +45,8 @@ public:
                            std::int16_t intValueSynchronised);
     // The group's time stamp on its page, in the locale's short date and long time.
     void UpdateGroupTimeStamp(const std::string& strGroup);
+    // The live node is going: the BL's request groups are looked up anew.
+    void ForgetLiveGroups();
     // What the device last reported of each parameter, kept by
     // SetItemValueToGUI from the replies.
     [[nodiscard]] HeldValues& held() { return m_held; }
@@ -59,8 +62,16 @@ private:
     // get the colour of the value's state.
     void showDeviceDate(const std::string& strValue, std::int16_t intValueSynchronised);
 
+    // The BL's request group of a name (the first in document order), from
+    // an index of the live document made at its first use.
+    xml::Node liveRequestGroup(const xml::Node& live, const std::string& strGroup);
+
     devices::IUserControl& m_control;
     HeldValues m_held;
+    // The BL's request groups by name, for their time stamps; the live node
+    // they were taken from (none: not made yet).
+    xmlNode* m_liveGroupsOf = nullptr;
+    std::unordered_map<std::string, xml::Node> m_liveGroups;
 };
 
 }  // namespace kt500::data

@@ -9,6 +9,7 @@
 #include "session/DebugTrace.h"
 #include "xml/XPath.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -172,25 +173,42 @@ void ReplyRouting::ClearChangedSigns(const std::string& strRequestGroup) {
     if (strRequestGroup == "testValues") {
         groups.emplace_back("testSettings");
     }
+    form::Form& form = m_control.form();
     for (const std::string& group : groups) {
         const GroupFields read(m_control, group);
-        for (form::Control* control : m_control.form().controls()) {
-            const form::Control* page = PageOf(*control, frameArray);
-            if (page == nullptr || !read.reads(control->tag(), page->tag())) {
-                continue;
-            }
-            const form::ControlKind kind = control->kind();
-            const bool blField =
-                kind == form::ControlKind::TextBox || kind == form::ControlKind::ComboBox;
-            const bool blMark = control->name().starts_with(imagePrefix);
-            // A value still waiting in an unchecked row keeps its signs.
-            if ((blField || blMark) && !m_control.CheckIfValueChanged(control->tag(), false)) {
-                if (blField) {
-                    control->setForeColor(devices::ColorSynchronised);
-                } else {
-                    control->setVisible(false);
+        // A copy: the clearing must not see the index made again under it.
+        const std::vector<form::Control*> pages =
+            m_pageControls.pagesOfGroup(form, frameArray, group);
+        for (const form::Control* page : pages) {
+            for (form::Control* control : m_pageControls.on(form, frameArray, *page)) {
+                if (read.reads(control->tag(), page->tag())) {
+                    clearChangedSign(*control, imagePrefix);
                 }
             }
+        }
+        // The group's own parameters on the pages of other groups.
+        for (const std::string& name : read.params()) {
+            for (form::Control* control : form.tagged(name)) {
+                const form::Control* page = PageOf(*control, frameArray);
+                if (page != nullptr &&
+                    std::find(pages.begin(), pages.end(), page) == pages.end()) {
+                    clearChangedSign(*control, imagePrefix);
+                }
+            }
+        }
+    }
+}
+
+void ReplyRouting::clearChangedSign(form::Control& control, const std::string& imagePrefix) {
+    const form::ControlKind kind = control.kind();
+    const bool blField = kind == form::ControlKind::TextBox || kind == form::ControlKind::ComboBox;
+    const bool blMark = control.name().starts_with(imagePrefix);
+    // A value still waiting in an unchecked row keeps its signs.
+    if ((blField || blMark) && !m_control.CheckIfValueChanged(control.tag(), false)) {
+        if (blField) {
+            control.setForeColor(devices::ColorSynchronised);
+        } else {
+            control.setVisible(false);
         }
     }
 }

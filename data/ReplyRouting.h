@@ -5,6 +5,7 @@
 #pragma once
 
 #include "data/HeldValues.h"
+#include "data/PageControls.h"
 #include "devices/IUserControl.h"
 #include "xml/Document.h"
 
@@ -49,8 +50,11 @@ private:
     // After Reply failed on a final reply: the request it answered closes,
     // as a failed group, so that the busy state ends.
     void closeFailedReply(const xml::Document& xmlDoc);
+    // ClearChangedSigns on one field or mark the read answers for.
+    void clearChangedSign(form::Control& control, const std::string& imagePrefix);
     devices::IUserControl& m_control;
     HeldValues& m_held;
+    PageControls m_pageControls;
     std::function<void(const xml::Document&)> m_observer;
 };
 

@@ -196,6 +196,7 @@ void RavikKT500::LoadParameterDocument() {
         }
     }
     m_parameterDocument.reset();
+    m_values.ForgetLiveGroups();
     m_xmlDataFile.reset();
     xml::LoadResult loaded =
         xml::Document::parse(m_parameterNode.toXml(), {.schemas = m_dataFileSchemas.get()});
@@ -288,6 +289,7 @@ bool RavikKT500::IDtmActiveXControl_PrepareToRelease() {
         m_form->control("tmrIconBlink").setEnabled(false);
 
         m_parameterDocument.reset();
+        m_values.ForgetLiveGroups();
         m_xmlDataFile.reset();
         m_dataFileSchemas.reset();
         m_parameterNode = xml::Node();

@@ -122,10 +122,14 @@ int Monitoring::monitoringFrame() {
 }
 
 form::Control& Monitoring::pageChart() {
-    return m_graphs.MonitoringChart(monitoringFrame());
+    if (!m_frame) {
+        m_frame = monitoringFrame();
+    }
+    return m_graphs.MonitoringChart(*m_frame);
 }
 
 void Monitoring::PrepareMonitoringGraph() {
+    m_frame.reset();
     devices::DeviceClass& device = m_control.deviceClass();
     form::Control& chart = pageChart();
     m_graphs.BuildMonitoringGraph(chart, device.MonitoringHeaders(), device.UseDataPoints(),
@@ -200,6 +204,7 @@ void Monitoring::cmdMonitoring_Click(int intIndex) {
 
 void Monitoring::startMonitoring() {
     session::clsTools& tools = m_control.tools();
+    m_frame.reset();
     RestartMonitoringGraph(pageChart());
     tools.MonitoringFlag = true;
     bool success = false;
@@ -285,15 +290,28 @@ void Monitoring::StartMonitorLog() {
 }
 
 void Monitoring::AppendMonitorLogLine(const std::vector<std::string>& values) {
+    appendLogLine(now(), values);
+}
+
+void Monitoring::appendLogLine(const QDateTime& stamp, const std::vector<std::string>& values) {
     // A line that cannot be formatted or written is lost alone: the log
     // stays on and monitoring goes on.
     try {
-        const std::string text = LogValues(values, devices::MachineDecimalSymbol());
-        std::ofstream out(m_logFile, std::ios::out | std::ios::app);
-        if (!out) {
+        const QTime time = stamp.time();
+        char clock[16];
+        std::snprintf(clock, sizeof clock, "%02d:%02d:%02d", time.hour(), time.minute(),
+                      time.second());
+        std::string line = clock;
+        line += LogValues(values, devices::MachineDecimalSymbol());
+        line += '\n';
+        // Opened and closed for each line, in one write: the file can be
+        // read while it grows, and a crash loses at most this line.
+        std::FILE* out = std::fopen(m_logFile.string().c_str(), "ab");
+        if (out == nullptr) {
             throw std::runtime_error("the log file " + m_logFile.string() + " cannot be opened");
         }
-        out << now().time().toString(QStringLiteral("HH:mm:ss")).toStdString() << text << '\n';
+        std::fwrite(line.data(), 1, line.size(), out);
+        std::fclose(out);
     } catch (const std::exception& failure) {
         m_control.ShowMsg("AppendMonitorLogLine", failure.what());
     }
@@ -301,14 +319,16 @@ void Monitoring::AppendMonitorLogLine(const std::vector<std::string>& values) {
 
 void Monitoring::UpdateMonitoringGraph(const std::string& strChartValues,
                                        const std::string& strLogValues) {
-    const double current = DayCount(now());
+    // One reading of the clock for the chart's point and the log's line.
+    const QDateTime stamp = now();
+    const double current = DayCount(stamp);
     if (m_intPointCounter >= presentation::kMonitoringPointLimit) {
         RestartMonitoringGraph(pageChart());
     }
     form::Control& control = pageChart();
     const std::vector<std::string> chartValues = fieldsOf(strChartValues);
     if (m_control.tools().MonitorLog) {
-        AppendMonitorLogLine(fieldsOf(strLogValues));
+        appendLogLine(stamp, fieldsOf(strLogValues));
     }
     form::ChartModel& chart = control.chart();
     const int point = m_intPointCounter;

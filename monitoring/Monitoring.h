@@ -15,6 +15,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -88,11 +89,16 @@ private:
     void setLogCaptions(const std::string& strKey);
     // MonitoringFrame of the class; a class without the member counts as 0.
     [[nodiscard]] int monitoringFrame();
+    // The line for the time given, opened and closed on its own.
+    void appendLogLine(const QDateTime& stamp, const std::vector<std::string>& values);
 
     devices::IUserControl& m_control;
     presentation::Graphs& m_graphs;
     Clock m_clock;
     int m_intPointCounter = 0;
+    // The class's monitoring frame, asked once per session and per start:
+    // a class without the member answers by a failure, too dear per reply.
+    std::optional<int> m_frame;
     double m_dblWindowStart = 0.0;
     double m_dblWindowEnd = 0.0;
     std::filesystem::path m_logFile;

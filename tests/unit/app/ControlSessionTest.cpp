@@ -113,6 +113,27 @@ TEST(RecordingControl, RecordsRequestsInOrderAndForwardsEveryCall) {
     EXPECT_EQ(log->size(), 4U);
 }
 
+// A session that nobody asks for its requests (the window) must not grow
+// with them: the record keeps the last ones and counts the others.
+TEST(RecordingControl, KeepsTheLastRequestsAndCountsTheDropped) {
+    auto log = std::make_shared<testing::CallLog>();
+    RecordingControl recorder(std::make_shared<testing::RecordingControl>(log));
+    bool accepted = false;
+    const std::size_t sent = RecordingControl::kKeptRequests + 5;
+    for (std::size_t i = 0; i < sent; ++i) {
+        recorder.PostRequest(1, "<read n=\"" + std::to_string(i) + "\"/>", accepted);
+    }
+    EXPECT_EQ(log->size(), sent);
+    EXPECT_EQ(recorder.droppedRequests(), 5U);
+    const auto requests = recorder.takeRequests();
+    ASSERT_EQ(requests.size(), RecordingControl::kKeptRequests);
+    EXPECT_EQ(requests.front().request, "<read n=\"5\"/>");
+    EXPECT_EQ(requests.back().request, "<read n=\"" + std::to_string(sent - 1) + "\"/>");
+    EXPECT_EQ(recorder.droppedRequests(), 0U);
+    recorder.PostRequest(1, "<read/>", accepted);
+    EXPECT_EQ(recorder.takeRequests().size(), 1U);
+}
+
 TEST_F(ControlSessionTest, ReplyWatcherSeesEveryReplyTheControlHandlesWithItsTime) {
     ASSERT_NO_FATAL_FAILURE(start("KT520_7"));
     session.settle();

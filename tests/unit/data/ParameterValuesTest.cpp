@@ -331,5 +331,46 @@ TEST_F(LoadPagesFromDocumentTest, TimeStampInTheLocalesDateAndTime) {
     EXPECT_EQ(stamp.caption(), "kept");
 }
 
+// The groups of the live document are looked up by name from an index: the
+// stamp is read afresh each time, and a group that comes with a new live
+// document is found once the old one was forgotten.
+TEST_F(LoadPagesFromDocumentTest, TimeStampFollowsTheLiveDocument) {
+    const LocaleGuard locale{QLocale::German};
+    // Two labels of the group: the one of the lower index shows the stamp.
+    form::Control& later = uc.addField(ControlKind::Label, "lblTimeStamp", 3, "fraKT520",
+                                       kOperationUnit, "HAoperationUnit");
+    form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 1, "fraKT520",
+                                       kOperationUnit, "HAoperationUnit");
+    xml::Node groups = uc.parameterNode().firstChildElement("requestGroups");
+    const auto setStamp = [&groups](const std::string& name, const std::string& text) {
+        for (xml::Node group : groups.childElements()) {
+            if (group.attribute("name") == name) {
+                group.setAttribute("lastUpdate", text);
+            }
+        }
+    };
+    setStamp("operationUnit", "2024-03-01 10:15:00");
+    uc.values.UpdateGroupTimeStamp("operationUnit");
+    EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
+    EXPECT_EQ(later.caption(), "");
+    setStamp("operationUnit", "2024-03-02 11:00:00");
+    uc.values.UpdateGroupTimeStamp("operationUnit");
+    EXPECT_EQ(stamp.caption(), "02.03.24 11:00:00");
+    setStamp("operationUnit", "");
+    stamp.setCaption("kept");
+    uc.values.UpdateGroupTimeStamp("operationUnit");  // an empty stamp: nothing
+    EXPECT_EQ(stamp.caption(), "kept");
+
+    // A group the live document gains, as a new document brings it.
+    form::Control& added = uc.addField(ControlKind::Label, "lblTimeStamp", 2, "fraKT520",
+                                       kOperationUnit, "HAaddedGroup");
+    xml::Node group = groups.firstChildElement("requestGroup").cloneInto(groups);
+    group.setAttribute("name", "addedGroup");
+    group.setAttribute("lastUpdate", "2024-03-03 12:30:00");
+    uc.values.ForgetLiveGroups();
+    uc.values.UpdateGroupTimeStamp("addedGroup");
+    EXPECT_EQ(added.caption(), "03.03.24 12:30:00");
+}
+
 }  // namespace
 }  // namespace kt500::data
