@@ -308,9 +308,18 @@ private:
             series->attachAxis(xAxis);
             series->attachAxis(right ? rightAxis : yAxis);
         }
+        // A subset without a label (a limit line, a trend's own curve) has
+        // nothing to say in the legend; a legend of no words is left out.
         const auto markers = chart->legend()->markers();
+        bool named = false;
         for (int i = 0; i < markers.size(); ++i) {
-            markers[i]->setVisible(legendSubsets < 0 || i < legendSubsets);
+            const bool shown = (legendSubsets < 0 || i < legendSubsets) &&
+                               !markers[i]->series()->name().isEmpty();
+            markers[i]->setVisible(shown);
+            named = named || shown;
+        }
+        if (!named) {
+            chart->legend()->setVisible(false);
         }
 
         const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
