@@ -84,6 +84,13 @@ void NavigationTree::NodeClick(const std::string& strKey) {
     device.ShowFrame(strKey);
 }
 
+void NavigationTree::GoToNode(const std::string& strKey) {
+    NodeClick(strKey);
+    if (m_control.tools().LatestSelectedNode == strKey) {
+        tree().select(strKey);
+    }
+}
+
 void NavigationTree::LayOutPage(const std::string& strKey) {
     // ToggleTree applies the row of the state it finds and flips the flag;
     // handing it the opposite state reapplies the present layout to the

@@ -39,6 +39,10 @@ public:
     // leaf's page is laid out and shown. Dropped while a calibration or a
     // data file read runs (CurrentAutoAction other than 0, 2, 4).
     void NodeClick(const std::string& strKey);
+    // A page opened by a command rather than by the tree: shown as a click
+    // would show it, and its node selected, so that the tree never marks
+    // another page than the one shown.
+    void GoToNode(const std::string& strKey);
     // The two cmdNavigation buttons; both wrap around the tree's ends.
     void GoToPreviousNode();
     void GoToNextNode();

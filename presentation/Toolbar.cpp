@@ -61,7 +61,7 @@ void Toolbar::smuiDTM_ToolbarClick(const std::string& strKey) {
     } else if (strKey == "save") {
         ShowFileDialog(m_control, "exportFile", OpenFileType::Export, "*.xml");
     } else if (strKey == "compare") {
-        m_navigation.NodeClick(m_control.deviceClass().ComparePageNode());
+        m_navigation.GoToNode(m_control.deviceClass().ComparePageNode());
     } else if (strKey == "offlineConf") {
         // The list view of this form repaints by itself; the page and the
         // send button are as for "send".

@@ -308,19 +308,17 @@ private:
             series->attachAxis(xAxis);
             series->attachAxis(right ? rightAxis : yAxis);
         }
-        // A subset without a label (a limit line, a trend's own curve) has
-        // nothing to say in the legend; a legend of no words is left out.
+        // A legend entry tells something only with its subset's label: a
+        // legend of bare colour marks is left out.
         const auto markers = chart->legend()->markers();
-        bool named = false;
+        bool anyLabel = false;
         for (int i = 0; i < markers.size(); ++i) {
             const bool shown = (legendSubsets < 0 || i < legendSubsets) &&
-                               !markers[i]->series()->name().isEmpty();
+                               !model.subsetLabel(i).empty();
             markers[i]->setVisible(shown);
-            named = named || shown;
+            anyLabel = anyLabel || shown;
         }
-        if (!named) {
-            chart->legend()->setVisible(false);
-        }
+        chart->legend()->setVisible(chart->legend()->isVisible() && anyLabel);
 
         const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
         xAxis->setTitleText(Qs(model.axis(ChartAxisId::X).label));

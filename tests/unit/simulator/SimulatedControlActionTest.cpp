@@ -240,5 +240,25 @@ TEST(SimulatedEventLogTest, WritesAndCalibrationsJoinTheLogNewestFirst) {
               std::stod(*control.deviceValue("eventLogTime01")));
 }
 
+TEST(SimulatedEventLogTest, EachEventKeepsItsCountAndANewOneCountsOnFromItsLatest) {
+    SimulatedSession session("KT540_1.0");
+    SimulatedControl& control = session.control();
+    const std::string newestCount = *control.deviceValue("eventLogCount00");
+    int latest = 0;  // the newest entry of a configuration change
+    while (control.deviceValue("eventLogEvent0" + std::to_string(latest)) !=
+           "eventConfigurationChanged") {
+        ASSERT_LT(++latest, 9);
+    }
+    const long changes = std::stol(*control.deviceValue("eventLogCount0" + std::to_string(latest)));
+
+    ASSERT_TRUE(session.post(session.writeRequest("operationUnit", {{"description", "Bypass"}})));
+    session.clock().settle();
+    EXPECT_EQ(control.deviceValue("eventLogEvent00"), "eventConfigurationChanged");
+    EXPECT_EQ(control.deviceValue("eventLogCount00"), std::to_string(changes + 1));
+    EXPECT_EQ(control.deviceValue("eventLogCount01"), newestCount);
+    EXPECT_EQ(control.deviceValue("eventLogCount0" + std::to_string(latest + 1)),
+              std::to_string(changes));
+}
+
 }  // namespace
 }  // namespace kt500::simulator::testing

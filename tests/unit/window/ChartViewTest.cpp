@@ -73,25 +73,6 @@ TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
     EXPECT_TRUE(chartView->chart()->legend()->isVisible());
 }
 
-// The load factor trend's curve and limit lines have no labels: no legend of
-// bare colour marks under the chart.
-TEST_F(ChartViewTest, AChartOfUnnamedSubsetsShowsNoLegend) {
-    form().raiseToolbarClick(form().control("smuiDTM", 1), "uploadAll");
-    desktop.settle();
-    form().raiseNodeClick(form().control("treeNavigation"), "loadFactor");
-    QTest::qWait(100);
-    const form::ChartModel& model = form().control("pegoLoadFactor").chart();
-    ASSERT_GT(model.subsets(), 1);
-    for (int subset = 0; subset < model.subsets(); ++subset) {
-        ASSERT_EQ(model.subsetLabel(subset), "");
-    }
-    auto* chartView =
-        qobject_cast<QChartView*>(desktop.view().widgetOf(form().control("pegoLoadFactor")));
-    ASSERT_NE(chartView, nullptr);
-    ASSERT_EQ(chartView->chart()->series().size(), model.subsets());
-    EXPECT_FALSE(chartView->chart()->legend()->isVisible());
-}
-
 TEST_F(ChartViewTest, TheExportedCsvHoldsEveryPoint) {
     monitor(3000);
     const form::ChartModel& model = form().control("pegoKT520").chart();

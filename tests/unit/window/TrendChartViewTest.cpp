@@ -1,5 +1,6 @@
 // A trend chart in the window: after the device was read, the load factor
-// chart's view shows the device's samples, with the page's limit lines.
+// chart's view shows the device's samples, with the page's limit lines,
+// and no legend of unlabelled marks.
 #include "app/window/DesktopSession.h"
 
 #include <QChart>
@@ -47,6 +48,8 @@ TEST(TrendChartView, TheLoadFactorChartShowsTheValuesOfTheDevice) {
     auto* alarm = qobject_cast<QLineSeries*>(series[1]);
     ASSERT_NE(alarm, nullptr);
     EXPECT_EQ(alarm->at(10).y(), 90.0);
+    // Its subsets carry no labels: no legend of bare colour marks.
+    EXPECT_FALSE(view->chart()->legend()->isVisible());
 }
 
 }  // namespace
