@@ -61,6 +61,7 @@ void Captions::TranslateForm() {
     TranslateStatusItems();
     TranslateControls();
     TranslatePopupItems();
+    TranslateTestTypes();
     TranslateConfirmationRows();
     FillMappedCombos();
     TranslateMappedTexts();
@@ -149,6 +150,19 @@ void Captions::TranslatePopupItems() {
     }
     if (form::Control* undoZoom = form.find("mnuPopupItem", 1)) {
         undoZoom->setCaption(m_control.Translate("undoZoom"));
+    }
+}
+
+void Captions::TranslateTestTypes() {
+    // Item data 0 is the step test and 1 the hysteresis test on both
+    // positioners' pages; the KT540's empty first entry stays empty.
+    for (form::Control* list : m_control.form().elements("comTestType")) {
+        for (int item = 0; item < list->listCount(); ++item) {
+            const std::int32_t test = list->itemData(item);
+            if (test == 0 || test == 1) {
+                list->setList(item, m_control.Translate(test == 0 ? "stepTest" : "hysteresisTest"));
+            }
+        }
     }
 }
 

@@ -56,6 +56,8 @@ private:
     void TranslateStatusItems();
     void TranslateControls();
     void TranslatePopupItems();
+    // The entries of the test type lists, named by their item data.
+    void TranslateTestTypes();
     void TranslateConfirmationRows();
     void TranslateMappedTexts();
     void TranslateCharts();

@@ -55,7 +55,7 @@ QString ActivityText(const Activity& activity, const FrameTexts& texts) {
 QString SessionModeText(const Activity& activity, const FrameTexts& texts) {
     return texts.text(activity.online ? FrameText::Online : FrameText::Offline) +
            QStringLiteral(" \u00b7 ") +
-           texts.text(FrameText::Role).arg(QString::fromStdString(activity.role));
+           texts.text(FrameText::Role).arg(texts.roleName(activity.role));
 }
 
 }  // namespace kt500::window

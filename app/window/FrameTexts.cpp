@@ -57,6 +57,20 @@ constexpr Pair kTexts[] = {
     {"Last read: %1", "Zuletzt gelesen: %1"},
 };
 
+struct RoleName {
+    const char* role;
+    Pair name;
+};
+
+constexpr RoleName kRoleNames[] = {
+    {"observer", {"Observer", "Beobachter"}},
+    {"operator", {"Operator", "Bediener"}},
+    {"maintenance", {"Maintenance", "Wartung"}},
+    {"planningEngineer", {"Planning engineer", "Planungsingenieur"}},
+    {"administrator", {"Administrator", "Administrator"}},
+    {"oemService", {"OEM service", "Herstellerservice"}},
+};
+
 static_assert(std::size(kTexts) == static_cast<std::size_t>(FrameText::LastRead) + 1,
               "one pair of texts for every FrameText");
 
@@ -67,6 +81,15 @@ FrameTexts::FrameTexts(std::string_view language) : m_german(language == "1031")
 QString FrameTexts::text(FrameText which) const {
     const Pair& pair = kTexts[static_cast<std::size_t>(which)];
     return QString::fromUtf8(m_german ? pair.german : pair.english);
+}
+
+QString FrameTexts::roleName(std::string_view role) const {
+    for (const RoleName& known : kRoleNames) {
+        if (role == known.role) {
+            return QString::fromUtf8(m_german ? known.name.german : known.name.english);
+        }
+    }
+    return QString::fromUtf8(role.data(), static_cast<qsizetype>(role.size()));
 }
 
 }  // namespace kt500::window

@@ -58,6 +58,9 @@ public:
     explicit FrameTexts(std::string_view language = "1033");
 
     [[nodiscard]] QString text(FrameText which) const;
+    // The name of a user role ("maintenance", "planningEngineer", ...) as
+    // the frame shows it; an unknown role as it is.
+    [[nodiscard]] QString roleName(std::string_view role) const;
     [[nodiscard]] bool german() const noexcept { return m_german; }
 
 private:

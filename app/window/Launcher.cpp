@@ -48,7 +48,7 @@ Launcher::Launcher(const simulator::SessionOptions& preset, QWidget* parent)
     }
     Select(*m_device, preset.deviceKey);
     for (const char* role : kRoles) {
-        m_role->addItem(QString::fromUtf8(role), QString::fromUtf8(role));
+        m_role->addItem(texts.roleName(role), QString::fromUtf8(role));
     }
     Select(*m_role, preset.role);
     for (const LanguageChoice& language : kLanguages) {

@@ -171,7 +171,7 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
                 prefix + "hysteresisTestValuesFinished");
     }
     if (started && options.online && prefix == "PL") {
-        runTest("valveTest", -2, 0, "cmdPLStartTest", 0, "pneumaticsTest", "PLvalveTestFinished");
+        runTest("valveTest", -2, 0, "cmdPLStartTest", 0, "valveTest", "PLvalveTestFinished");
         runTest("pneumaticsTest", -2, 0, "cmdPLStartTest", 1, "pneumaticsTest",
                 "PLpneumaticsTestFinished");
     }
@@ -208,15 +208,27 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");
-    // A travel calibration while it runs and when it has ended, on the
-    // family's two-button page.
+    // A travel calibration while it runs and when it has ended, started as
+    // the user starts it on the family's page: the HART positioner's start
+    // and go-ahead buttons, the other families' one button.
     constexpr const char* travel = "automaticTravelCalibration";
-    form::Control* start = form.find("cmdHAAutoTravelCalibration", 0);
+    struct TravelButtons {
+        const char* start;
+        int startElement;
+        const char* goAhead;
+    };
+    const TravelButtons buttons = prefix == "HA"   ? TravelButtons{"cmdHAAutoTravelCalibration", 0,
+                                                                   "cmdHAAutoTravelCalibration"}
+                                  : prefix == "PA" ? TravelButtons{"cmdPAAutoTravelCalStart", -1, nullptr}
+                                                   : TravelButtons{"cmdPLAutocalibration", 0, nullptr};
+    form::Control* start = form.find(buttons.start, buttons.startElement);
     if (started && options.online && start != nullptr && tree.tree().find(travel) != nullptr) {
         desktop.gate().run([&form, &tree, travel] { form.raiseNodeClick(tree, travel); });
-        desktop.gate().run([&form, start] {
+        desktop.gate().run([&form, start, &buttons] {
             form.raiseClick(*start);
-            form.raiseClick(form.control("cmdHAAutoTravelCalibration", 1));
+            if (buttons.goAhead != nullptr) {
+                form.raiseClick(form.control(buttons.goAhead, 1));
+            }
         });
         const std::string page = control.m_objTools->CurrentFrame;
         desktop.gate().run([&desktop] { desktop.session().wait(1000); });

@@ -145,7 +145,7 @@ TEST_F(MainWindowTest, TheStatusBarTellsWhatRunsAndTheModeAndRole) {
     auto window = open();
     window->refreshStatus();
     EXPECT_EQ(window->activityText(), QStringLiteral("Ready"));
-    EXPECT_EQ(window->modeText(), QStringLiteral("Online \u00b7 Role: maintenance"));
+    EXPECT_EQ(window->modeText(), QStringLiteral("Online \u00b7 Role: Maintenance"));
 
     window->session()->view().toolbarAction("uploadAll")->trigger();
     window->refreshStatus();
@@ -158,7 +158,7 @@ TEST_F(MainWindowTest, TheStatusBarTellsWhatRunsAndTheModeAndRole) {
     // The frame's texts follow the session's language.
     auto german = open("PL500_2", false, "1031");
     german->refreshStatus();
-    EXPECT_EQ(german->modeText(), QStringLiteral("Offline \u00b7 Rolle: maintenance"));
+    EXPECT_EQ(german->modeText(), QStringLiteral("Offline \u00b7 Rolle: Wartung"));
     EXPECT_EQ(german->activityText(), QStringLiteral("Bereit"));
     EXPECT_EQ(german->menuBar()->actions().at(0)->text(), QStringLiteral("&Datei"));
 }

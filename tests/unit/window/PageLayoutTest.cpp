@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
+#include <utility>
 
 namespace kt500::window {
 namespace {
@@ -212,6 +213,39 @@ TEST_F(PageLayoutTest, TheTrendAxisTellsTheRunningTimeAndThePageTheTimeSpan) {
     EXPECT_NEAR(std::stod(span), -std::stod(model.pointLabel(0)), 0.05);
     EXPECT_EQ(qobject_cast<QLabel*>(widget("lblHATrendTime", 0))->text().toStdString(), span);
 }
+
+
+// The test type list of both positioners offers the step and the hysteresis
+// test in the window, in the session's language, as the page's list holds
+// them.
+class TestTypeListTest : public PageLayoutTest,
+                         public ::testing::WithParamInterface<std::pair<const char*, int>> {};
+
+TEST_P(TestTypeListTest, OffersBothTestsInTheSessionsLanguage) {
+    const auto [device, element] = GetParam();
+    simulator::SessionOptions options;
+    options.deviceKey = device;
+    options.language = "1031";
+    options.frameLanguage = "1031";
+    startWindow(options);
+    uploadAll();
+    node("testSettings");
+    const form::Control& list = form().control("comTestType", element);
+    auto* box = qobject_cast<QComboBox*>(widget("comTestType", element));
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->isVisibleTo(&view()));
+    QStringList shown;
+    for (int i = 0; i < box->count(); ++i) {
+        shown << box->itemText(i);
+    }
+    const std::string entries = shown.join(u'|').toStdString();
+    EXPECT_EQ(box->count(), list.listCount()) << entries;
+    EXPECT_TRUE(shown.contains(QStringLiteral("Sprungtest"))) << entries;
+    EXPECT_TRUE(shown.contains(QStringLiteral("Hysteresetest"))) << entries;
+}
+
+INSTANTIATE_TEST_SUITE_P(Positioners, TestTypeListTest,
+                         ::testing::Values(std::pair{"KT520_7", 1}, std::pair{"KT540_1.0", 0}));
 
 }  // namespace
 }  // namespace kt500::window

@@ -1,5 +1,5 @@
 // The window on the screens engineers use: at 1280 x 800 and 1920 x 1080,
-// at 150 % and 200 % (the test program runs once per screen, the screen
+// each at 150 % and at 200 % (the test program runs once per screen, the screen
 // given to the offscreen platform; see tests/CMakeLists.txt). Maximised,
 // every control of every page of each family is shown whole, none covers
 // another, and every page fits the window or scrolls inside it.
