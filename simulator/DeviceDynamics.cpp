@@ -185,8 +185,11 @@ void DeviceDynamics::runTest(const std::string& action, DeviceState& device) {
         } else if (action == "pneumaticsTest") {
             const PneumaticsTestResult result = runPneumaticsTest(m_valve, {});
             for (std::size_t i = 0; i < result.samples.size(); ++i) {
+                // The pneumatics curve is the actuator pressure over the
+                // test's time: the position series carries each sample's
+                // second, as the chart's axis reads it.
                 SetIfPresent(device, SeriesItem("pneumaticsTestPos", i),
-                             Text(result.samples[i].position, 1));
+                             Text(result.samples[i].time, 1));
                 SetIfPresent(device, SeriesItem("pneumaticsTestVal", i),
                              Text(result.samples[i].pressure));
             }

@@ -224,7 +224,7 @@ PneumaticsTestResult runPneumaticsTest(ValveModel& model, const PneumaticsTestSe
                 model.isolateActuator();
             }
         }
-        result.samples.push_back({model.travel(), model.actuatorPressure()});
+        result.samples.push_back({model.travel(), model.actuatorPressure(), sampleTime});
     }
     result.filledPressure = pressureAtIsolation;
     result.leakageRate =

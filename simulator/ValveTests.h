@@ -76,6 +76,7 @@ struct PneumaticsTestSettings {
 struct PneumaticsSample {
     double position;  // %
     double pressure;  // bar
+    double time;      // s since the fill began
 };
 struct PneumaticsTestResult {
     double buildUpTime = 0.0;     // s from vented to 90 % of the supply pressure

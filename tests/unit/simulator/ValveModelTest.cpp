@@ -159,6 +159,9 @@ TEST(ValvePneumatics, BuildUpAndLeakageAgreeWithSupplyPressure) {
     ASSERT_EQ(result.samples.size(), 50u);
     EXPECT_DOUBLE_EQ(result.samples.back().pressure, model.actuatorPressure());
     EXPECT_EQ(result.samples[4].position, 100.0);  // 7 s into the 10 s fill
+    // Each sample keeps its time: equal spans over fill and hold.
+    EXPECT_DOUBLE_EQ(result.samples[4].time, 7.0);
+    EXPECT_DOUBLE_EQ(result.samples.back().time, 70.0);
 
     p.leakage = 0.0;  // a tight actuator holds its pressure
     ValveModel tight(p);
