@@ -382,6 +382,20 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
         // A data file holds the serial number packed, as the device does.
         value = devices::DecodeSerNro(devices::ToInt32(value));
     }
+    // A value that comes in another unit than the page shows is converted
+    // whole and then rounded once: rounded first to the page's decimals in
+    // the device's unit, 102.4 psi held as 7.0602317 bar would come back as
+    // 7.1 bar, shown as 103.0 psi.
+    const std::string pageUnit =
+        unit.empty() || unit == "noUnit" ? unit : m_control.FetchUnitName(name);
+    bool converted = false;
+    if (type == "floatVal" && pageUnit != unit && devices::IsNum(value)) {
+        const std::string inPageUnit = m_control.ConvertUnit(value, unit, pageUnit);
+        if (!inPageUnit.empty()) {
+            value = inPageUnit;
+            converted = true;
+        }
+    }
     if (type == "floatVal") {
         if (trimmed(value).empty()) {
             type = "stringVal";
@@ -407,11 +421,8 @@ void ParameterValues::SetItemValueToGUI(xml::Node nodeObj, const std::string& st
     }
     putOnPage(name, type, value, !fromReply, intValueSynchronised);
 
-    if (!unit.empty() && unit != "noUnit") {
-        const std::string pageUnit = m_control.FetchUnitName(name);
-        if (unit != pageUnit) {
-            m_control.ChangeParameterUnit(name, unit, 0, pageUnit);
-        }
+    if (!converted && !unit.empty() && unit != "noUnit" && unit != pageUnit) {
+        m_control.ChangeParameterUnit(name, unit, 0, pageUnit);
     }
     // Unless monitoring runs, a reply refreshes the toolbar's second band
     // here; the toolbar's bands come with the toolbar commands.

@@ -201,12 +201,23 @@ void SessionInvariants::checkBoxes(const Step& step, std::vector<std::string>& b
 }
 
 // The device date "d.m.yyyy" with the ticked rows of its day, month and
-// year (the year box carries the parameter deviceDate) in place.
+// year (the year box carries the parameter deviceDate) in place. A row of
+// "Add all values" carries the whole date under deviceDate; the user's own
+// day and month rows go over it.
 std::string SessionInvariants::confirmedDate(const std::string& held) const {
-    std::vector<std::string> parts;
-    std::stringstream date(held);
-    for (std::string part; std::getline(date, part, '.');) {
-        parts.push_back(part);
+    const auto split = [](const std::string& date) {
+        std::vector<std::string> parts;
+        std::stringstream stream(date);
+        for (std::string part; std::getline(stream, part, '.');) {
+            parts.push_back(part);
+        }
+        return parts;
+    };
+    std::vector<std::string> parts = split(held);
+    for (const Row& row : m_rows) {
+        if (row.checked && row.name == "deviceDate" && split(row.newValue).size() == 3) {
+            parts = split(row.newValue);
+        }
     }
     if (parts.size() != 3) {
         return {};
@@ -215,18 +226,13 @@ std::string SessionInvariants::confirmedDate(const std::string& held) const {
         {"deviceDay", 0}, {"deviceMonth", 1}, {"deviceDate", 2}};
     for (const Row& row : m_rows) {
         for (const auto& [name, position] : fields) {
-            if (row.checked && row.name == name) {
-                parts[position] = row.newValue;
-                // Day and month are list entries: a row keeps the entry's
-                // text of the language it was made in, the list shows the
-                // choice (0-based) whatever the language.
-                for (const form::Control* list : m_session.control().form().tagged(name)) {
-                    if (list->kind() == form::ControlKind::ComboBox && list->listIndex() >= 0) {
-                        parts[position] = std::to_string(list->listIndex() + 1);
-                        break;
-                    }
-                }
+            if (!row.checked || row.name != name || split(row.newValue).size() == 3) {
+                continue;
             }
+            // Day and month are list entries: a row keeps the entry's text
+            // of the language it was made in; its item data is the choice
+            // (0-based) whatever the language.
+            parts[position] = row.itemData ? std::to_string(*row.itemData + 1) : row.newValue;
         }
     }
     return parts[0] + "." + parts[1] + "." + parts[2];
