@@ -64,6 +64,9 @@ public:
     [[nodiscard]] virtual xml::Node RequestGroupByName(std::string_view strName) = 0;
     virtual std::string FetchValueByTag(const std::string& strTagName, bool blCaption) = 0;
     virtual std::string FetchUnitName(const std::string& strParameter) = 0;
+    // Whether the confirmation list holds a row of that parameter: a value
+    // the user changed and has not sent yet.
+    [[nodiscard]] virtual bool HasConfirmationRow(std::string_view strParameter) = 0;
 
     // --- Values, units and requests ---
     virtual void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,

@@ -117,11 +117,15 @@ void changeOnePlace(IUserControl& control, std::string_view strParameter, const 
     bool success = false;
     control.units().ConvertValue(asSingle(value), strOldUnit, strNewUnit, converted, success);
     if (success) {
-        // Shown with the parameter's decimals, as a read shows it.
+        // Shown with the parameter's decimals, as a read shows it; a value
+        // the user changed and has not sent yet keeps the whole conversion,
+        // so that the send carries what the user confirmed (31.6 psi goes out
+        // as 2.17870 bar, not as 2.2 bar, which is 31.9 psi).
         const std::string decimals =
             control.ParameterNodeByName(strParameter).attribute("decimals");
         std::string text = SingleText(converted);
-        if (!decimals.empty() && IsNum(decimals)) {
+        if (!decimals.empty() && IsNum(decimals) &&
+            !control.HasConfirmationRow(strParameter)) {
             const int places = std::clamp<int>(ToInt16(decimals), 0, 15);
             std::array<char, 64> rounded{};
             std::snprintf(rounded.data(), rounded.size(), "%.*f", places,

@@ -7,6 +7,7 @@
 
 #include "calibration/Calibrations.h"
 #include "data/ChangeTracking.h"
+#include "data/ConfirmationRows.h"
 #include "data/FamilyPageEvents.h"
 #include "data/PageHandlers.h"
 #include "data/ParameterDocument.h"
@@ -149,6 +150,9 @@ public:
     }
     std::string FetchUnitName(const std::string& strParameter) override {
         return m_units.FetchUnitName(strParameter);
+    }
+    [[nodiscard]] bool HasConfirmationRow(std::string_view strParameter) override {
+        return data::HasRow(form(), strParameter);
     }
     void LoadPagesFromDocument() { m_values.LoadPagesFromDocument(); }
 

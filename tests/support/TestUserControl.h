@@ -7,6 +7,7 @@
 
 #include "calibration/DeviceActionLock.h"
 #include "data/ChangeTracking.h"
+#include "data/ConfirmationRows.h"
 #include "data/ParameterDocument.h"
 #include "data/ParameterValues.h"
 #include "data/ReplyRouting.h"
@@ -81,6 +82,9 @@ public:
     }
     std::string FetchUnitName(const std::string& strParameter) override {
         return unitPages.FetchUnitName(strParameter);
+    }
+    bool HasConfirmationRow(std::string_view strParameter) override {
+        return data::HasRow(form(), strParameter);
     }
     void SetItemValueToGUI(xml::Node nodeObj, const std::string& strOfflineName,
                            const std::string& strOfflineValue, const std::string& strOfflineUnit,
