@@ -184,10 +184,15 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
     Settle(desktop);
     // The compare page: the device changed after the family's example data
     // file was written, the rows that differ with the file as third column.
-    const std::filesystem::path example =
-        shareDir / "examples" / (control.m_objTools->DeviceType + ".xml");
-    if (started && options.online && form.find("lsvCompare") != nullptr &&
-        std::filesystem::exists(example) &&
+    // The file is a copy in the temporary folder, so that the picture shows
+    // a path as a user's would be, not where the program was built.
+    const std::string fileName = control.m_objTools->DeviceType + ".xml";
+    const std::filesystem::path shipped = shareDir / "examples" / fileName;
+    const std::filesystem::path example = std::filesystem::temp_directory_path() / fileName;
+    std::error_code copyError;
+    std::filesystem::copy_file(shipped, example,
+                               std::filesystem::copy_options::overwrite_existing, copyError);
+    if (started && options.online && form.find("lsvCompare") != nullptr && !copyError &&
         std::find(keys.begin(), keys.end(), control.deviceClass().ComparePageNode()) !=
             keys.end()) {
         desktop.session().bl().simulatedControl().inject({"set", "supplyPressure", "7.5"});
@@ -205,6 +210,7 @@ int WriteScreenshots(const std::filesystem::path& shareDir,
         Settle(desktop);
         take(control.deviceClass().ComparePageNode());
     }
+    std::filesystem::remove(example, copyError);
     desktop.gate().run([&form] { form.raiseToolbarClick(form.control("smuiDTM", 1), "settings"); });
     Settle(desktop);
     take("settings");
