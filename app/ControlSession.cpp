@@ -132,8 +132,8 @@ void ControlSession::prepare(const simulator::SessionOptions& options) {
         session::PathDefaults::UnderShare(m_shareDir.string(), documents.toStdString()),
         // From the start's instant: a local start time need not be taken
         // back to the instant for every reading of the clock.
-        [this, start = m_startTime.toMSecsSinceEpoch(), spec = m_startTime.timeSpec()] {
-            return spec == Qt::LocalTime ? QDateTime::fromMSecsSinceEpoch(start + now())
+        [this, start = m_startTime.toMSecsSinceEpoch(), zone = m_startTime.timeSpec()] {
+            return zone == Qt::LocalTime ? QDateTime::fromMSecsSinceEpoch(start + now())
                                          : m_startTime.addMSecs(now());
         }};
 

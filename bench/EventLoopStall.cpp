@@ -17,6 +17,8 @@
 #include "app/window/DesktopSession.h"
 #include "app/window/MainWindow.h"
 
+#include "MonitoringReply.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -34,17 +36,7 @@ namespace {
 
 using namespace kt500;
 
-// The reply text the built-in BL sends for one monitoring cycle of a KT520.
-const char* const kReply =
-    "<?xml version=\"1.0\"?>\n<dtm xmlns=\"x-schema:QDLCommunicationSchema.xml\">"
-    "<communicationResponse name=\"monitoringVariables\" access=\"read\" responseStatus=\"ok\" "
-    "isFinal=\"1\" errorCode=\"\">"
-    "<item name=\"travelSetpoint\" unit=\"%\"><floatVal>45.0</floatVal></item>"
-    "<item name=\"valveTravel\" unit=\"%\"><floatVal>44.8</floatVal></item>"
-    "<item name=\"inputSignal\" unit=\"mA\"><floatVal>11.20</floatVal></item>"
-    "<item name=\"actuatorPressure\" unit=\"barG\"><floatVal>2.35</floatVal></item>"
-    "<item name=\"pcbTemperature\" unit=\"degC\"><floatVal>34.5</floatVal></item>"
-    "</communicationResponse></dtm>";
+const char* const kReply = kt500::bench::kMonitoringReply;
 
 void RunFor(int milliseconds) {
     QEventLoop loop;

@@ -8,6 +8,7 @@
 #include "app/ControlSession.h"
 #include "app/ReplyTap.h"
 #include "BenchSupport.h"
+#include "MonitoringReply.h"
 #include "xml/Document.h"
 
 #include <benchmark/benchmark.h>
@@ -24,17 +25,7 @@ namespace {
 
 using kt500::app::ControlSession;
 
-// The reply text the built-in BL sends for one monitoring cycle.
-const char* const kReply =
-    "<?xml version=\"1.0\"?>\n<dtm xmlns=\"x-schema:QDLCommunicationSchema.xml\">"
-    "<communicationResponse name=\"monitoringVariables\" access=\"read\" responseStatus=\"ok\" "
-    "isFinal=\"1\" errorCode=\"\">"
-    "<item name=\"travelSetpoint\" unit=\"%\"><floatVal>45.0</floatVal></item>"
-    "<item name=\"valveTravel\" unit=\"%\"><floatVal>44.8</floatVal></item>"
-    "<item name=\"inputSignal\" unit=\"mA\"><floatVal>11.20</floatVal></item>"
-    "<item name=\"actuatorPressure\" unit=\"barG\"><floatVal>2.35</floatVal></item>"
-    "<item name=\"pcbTemperature\" unit=\"degC\"><floatVal>34.5</floatVal></item>"
-    "</communicationResponse></dtm>";
+const char* const kReply = kt500::bench::kMonitoringReply;
 
 // A KT520 session on its monitoring page, monitoring with the log on.
 struct Session {
