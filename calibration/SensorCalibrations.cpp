@@ -333,6 +333,9 @@ void SensorCalibrations::addHandlers(form::EventHandlers& handlers) {
             fields.insert(field->name());
         }
     }
+    // The temperature reference also gives the coefficient, whether or not
+    // the family's pages are there yet.
+    fields.insert("txtHATemperatureSensorCal");
     for (const std::string& name : fields) {
         handlers.add(name, form::EventKind::LostFocus, [this](form::FormEvent& event) {
             if (event.control == nullptr) {
@@ -344,14 +347,6 @@ void SensorCalibrations::addHandlers(form::EventHandlers& handlers) {
                 TemperatureCoefficient();
             }
         });
-    }
-    if (!fields.contains("txtHATemperatureSensorCal")) {
-        handlers.add("txtHATemperatureSensorCal", form::EventKind::LostFocus,
-                     [this](form::FormEvent& event) {
-                         if (event.control != nullptr && event.control->index() == 0) {
-                             TemperatureCoefficient();
-                         }
-                     });
     }
 }
 

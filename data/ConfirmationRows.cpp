@@ -18,19 +18,6 @@ form::ListViewModel* Rows(const form::Form& form) {
 
 }  // namespace
 
-void RemoveGroupRows(const form::Form& form, std::string_view strGroup) {
-    form::ListViewModel* rows = Rows(form);
-    if (rows == nullptr) {
-        return;
-    }
-    for (int row = rows->count(); row >= 1; --row) {
-        const std::string page = rows->subItem(row, kPageColumn);
-        if (page.size() > 2 && std::string_view(page).substr(2) == strGroup) {
-            rows->remove(row);
-        }
-    }
-}
-
 void RemoveGroupRows(const form::Form& form, const GroupFields& read) {
     form::ListViewModel* rows = Rows(form);
     if (rows == nullptr) {

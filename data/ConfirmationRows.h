@@ -11,11 +11,9 @@
 
 namespace kt500::data {
 
-// Drops the rows whose page belongs to the request group strGroup: pending
-// edits of a page give way when the page is read again.
-void RemoveGroupRows(const form::Form& form, std::string_view strGroup);
-// The same for a read: drops the rows that the read of the group answers
-// for (GroupFields), and keeps those of other groups shown on its page.
+// Drops the rows that the read of a request group answers for
+// (GroupFields): pending edits give way when their values are read again;
+// rows of other groups shown on the group's page stay.
 void RemoveGroupRows(const form::Form& form, const GroupFields& read);
 
 // Drops the row of parameter strName (sub-item 3): the value it stood for
