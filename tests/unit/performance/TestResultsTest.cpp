@@ -16,15 +16,18 @@ namespace {
 
 using testing::TestUserControl;
 
-// One reply item as the BL sends it: <item name="..."><floatVal>text</floatVal></item>.
+// One reply item as the BL sends it, or with `inDataSet` a parameter of a
+// data set (value and unit in attributes).
 struct ReplyItem {
-    explicit ReplyItem(const std::string& name, const std::string& text) {
-        document = std::move(xml::Document::parse("<item name='" + name + "'><floatVal>" +
-                                                  text + "</floatVal></item>")
-                                 .document);
-    }
-    xml::Node node() { return document->root(); }
-    std::optional<xml::Document> document;
+    ReplyItem(const std::string& name, const std::string& text, bool inDataSet = false)
+        : document(std::move(*xml::Document::parse(
+                                  inDataSet ? "<parameter name='" + name + "' value='" + text +
+                                                  "' unit='bar' synchronised='1'/>"
+                                            : "<item name='" + name + "'><floatVal>" + text +
+                                                  "</floatVal></item>")
+                                  .document)) {}
+    xml::Node node() { return document.root(); }
+    xml::Document document;
 };
 
 struct TestResultsTest : ::testing::Test {
@@ -123,17 +126,6 @@ TEST_F(TestResultsTest, AHysteresisSampleOfZeroIsDrawnAndKeptAtATenth) {
 namespace kt500::performance {
 namespace {
 
-// A parameter of a data set: name, value and unit in attributes.
-struct DataSetParameter {
-    DataSetParameter(const std::string& name, const std::string& value) {
-        document = std::move(xml::Document::parse("<parameter name='" + name + "' value='" +
-                                                  value + "' unit='bar' synchronised='1'/>")
-                                 .document);
-    }
-    xml::Node node() { return document->root(); }
-    std::optional<xml::Document> document;
-};
-
 struct PressureTestsTest : ::testing::Test {
     PressureTestsTest() {
         uc.tools().Language = "9999";
@@ -148,9 +140,9 @@ struct PressureTestsTest : ::testing::Test {
             char number[3];
             std::snprintf(number, sizeof number, "%02d", i);
             const bool gap = std::find(missing.begin(), missing.end(), i) != missing.end();
-            DataSetParameter position(std::string("valveTestPos") + number, std::to_string(2 * i));
-            DataSetParameter pressure(std::string("valveTestVal") + number,
-                                      gap ? "0" : std::to_string(1.0 + 0.01 * i));
+            ReplyItem position(std::string("valveTestPos") + number, std::to_string(2 * i), true);
+            ReplyItem pressure(std::string("valveTestVal") + number,
+                               gap ? "0" : std::to_string(1.0 + 0.01 * i), true);
             results.AddValveTestValuePair(position.node(), true);
             results.AddValveTestValuePair(pressure.node(), true);
         }
