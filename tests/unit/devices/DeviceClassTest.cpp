@@ -212,8 +212,6 @@ TEST(DeviceClassMembers, ProfibusClassHasNoDeviceDate) {
 
 TEST(DeviceClassMembers, DefaultNodeIndexByModeAndRevision) {
     TestUserControl kt;
-    // Offline every class starts on its first page; online the safety
-    // positioner's start page depends on its revision.
     const std::tuple<const char*, const char*, bool, int> table[] = {
         {"KT520_7", "7", false, 2},
         {"PL500_1", "1", true, 8},
@@ -318,49 +316,31 @@ TEST(DeviceClassPages, ShowFrameSettlesCurrentFrame) {
 }
 
 TEST(DeviceClassMembers, SendOfflineConfWritesEachGroupWithItsPage) {
-    TestUserControl kt(SessionOf("KT520_7", false));
-    std::string sent;
-    kt.sendRequestHook = [&](const std::string& group, const std::string& access) {
-        EXPECT_EQ(access, "writeOffline");
-        sent += kt.tools().CurrentFrame + " " + group + "|";
+    const std::pair<const char*, const char*> cases[] = {
+        {"KT520_7",
+         "HAoperationUnit operationUnit|HAvalveRelatedConfigurations valveRelatedConfigurations|"
+         "HAassemblyRelatedConfiguration assemblyRelatedConfiguration|HAflowModification "
+         "flowModification|HAalertSettings alertSettings|"},
+        {"KT540_1.0",
+         "PAoperationUnit operationUnit|PAvalveRelatedConfigurations valveRelatedConfigurations|"
+         "PAassemblyRelatedConfiguration assemblyRelatedConfiguration|PAflowModification "
+         "flowModification|PAalertSettings alertSettings|"},
+        {"PL500_1",
+         "PLoperationUnit operationUnit|PLgeneral general|PLassemblyRelated assemblyRelated|"
+         "PLleakageMeasurement leakageMeasurement|PLdeviceAlertSettings deviceAlertSettings|"
+         "PLstatisticAlertSettings statisticAlertSettings|"},
     };
-    kt.tools().CurrentFrame = "status";
-    kt.deviceClass().SendOfflineConf();
-    EXPECT_EQ(sent,
-              "HAoperationUnit operationUnit|HAvalveRelatedConfigurations "
-              "valveRelatedConfigurations|HAassemblyRelatedConfiguration "
-              "assemblyRelatedConfiguration|HAflowModification flowModification|"
-              "HAalertSettings alertSettings|");
-    EXPECT_EQ(kt.tools().CurrentFrame, "status");
-}
-
-TEST(DeviceClassMembers, MonitorLogHeadersOfTheHartPositioner) {
-    TestUserControl kt;
-    fieldOf(kt, ControlKind::Label, "lblHAMonitoringSettings", 1, "fraKT520", 6).setCaption("bar");
-    fieldOf(kt, ControlKind::Label, "lblHAMonitoringSettings", 2, "fraKT520", 6).setCaption("degC");
-    const auto t = [&kt](const char* key) { return "\"" + kt.Translate(key); };
-    EXPECT_EQ(kt.deviceClass().MonitorLogHeaders(),
-              t("time") + "\";" + t("travelSetpoint") + " [%]\";" + t("actualTravel") + " [%]\";" +
-                  t("inputSignal") + " [mA]\";" + t("actuatorPressure") + " [bar]\";" +
-                  t("pcbTemperature") + " [degC]\"");
-}
-
-// The revisions' changes are in the scenario kt520_revisions.
-TEST(DeviceClassPages, TheHartPositionersTypeChangeIsForRevisionSevenOnly) {
-    for (const auto& [revision, typeId, shown] :
-         {std::tuple{"7", "238", true}, {"6", "238", false}, {"7", "200", false}}) {
-        TestUserControl kt;
-        form::Control& label =
-            fieldOf(kt, ControlKind::Label, "lblHAAssemblyRealedConfiguration", 4);
-        form::Control& list =
-            fieldOf(kt, ControlKind::ComboBox, "comHAValveRelatedConfiguration", 4, "fraKT520", 8);
-        label.setVisible(false);
-        list.setVisible(false);
-        kt.tools().DeviceRevision = revision;
-        kt.tools().DeviceTypeId = typeId;
-        kt.deviceClass().SetDeviceTypeIdChanges();
-        EXPECT_EQ(label.visible(), shown) << revision << " " << typeId;
-        EXPECT_EQ(list.visible(), shown) << revision << " " << typeId;
+    for (const auto& [key, expected] : cases) {
+        TestUserControl kt(SessionOf(key, false));
+        std::string sent;
+        kt.sendRequestHook = [&](const std::string& group, const std::string& access) {
+            EXPECT_EQ(access, "writeOffline");
+            sent += kt.tools().CurrentFrame + " " + group + "|";
+        };
+        kt.tools().CurrentFrame = "settings";
+        kt.deviceClass().SendOfflineConf();
+        EXPECT_EQ(sent, expected) << key;
+        EXPECT_EQ(kt.tools().CurrentFrame, "settings");
     }
 }
 

@@ -13,55 +13,11 @@
 namespace kt500::devices {
 namespace {
 
-using testing::SessionOf;
-using testing::TestUserControl;
-
-struct Item {
-    std::string name;
-    std::string value;
-};
-
-class FamilyReply : public ::testing::Test {
+class FamilyReply : public test::ReplyTest {
 protected:
-    explicit FamilyReply(const std::string& key = "KT540_1.0") : kt(SessionOf(key)) {
-        // Results being read: the closing of a group leaves the toolbar
-        // alone, so that the reply's own work shows.
-        kt.tools().CurrentAutoAction = 4;
-        for (const char* node : {"alertSettings", "valveMetersAndLimits", "operationMode",
-                                 "resetAlarms", "resetStatistics", "general", "valveTest"}) {
-            kt.form().control("treeNavigation").tree().add("", node, node);
-        }
-    }
-    void reply(const std::string& name, const std::string& access, const std::string& status,
-               bool isFinal, const std::string& errorCode = "",
-               const std::vector<Item>& items = {}) {
-        std::string xml = "<dtm><communicationResponse name='" + name + "' access='" + access +
-                          "' responseStatus='" + status + "' isFinal='" + (isFinal ? "1" : "0") +
-                          "' errorCode='" + errorCode + "'>";
-        for (const Item& item : items) {
-            xml += "<item name='" + item.name + "' unit='noUnit'><floatVal>" + item.value +
-                   "</floatVal></item>";
-        }
-        xml::Document document = test::Parsed(xml + "</communicationResponse></dtm>");
-        kt.deviceClass().Reply(document);
-    }
-    // The calls other than progress and the closing of the group.
-    std::vector<std::string> work() const {
-        std::vector<std::string> seen;
-        for (const std::string& call : kt.calls) {
-            if (call != "IncreaseProgress" && !call.starts_with("SetReadVariables") &&
-                !call.starts_with("ClearChangedSigns") && !call.starts_with("UpdateGroup")) {
-                seen.push_back(call);
-            }
-        }
-        return seen;
-    }
-    bool called(const std::string& call) const {
-        return std::find(kt.calls.begin(), kt.calls.end(), call) != kt.calls.end();
-    }
-    std::string icon(const std::string& key) {
-        return kt.form().control("treeNavigation").tree().node(key).image;
-    }
+    explicit FamilyReply(const std::string& key = "KT540_1.0")
+        : ReplyTest(key, {"alertSettings", "valveMetersAndLimits", "operationMode", "resetAlarms",
+                          "resetStatistics", "general", "valveTest"}) {}
     // Chooses the test of the test settings page (0 step, 1 hysteresis, ...).
     void selectTest(int test) {
         form::Control& list =
@@ -73,7 +29,6 @@ protected:
         }
         list.setListIndex(test);
     }
-    TestUserControl kt;
 };
 
 class KT540Reply : public FamilyReply {};
@@ -93,16 +48,6 @@ TEST_F(KT540Reply, TheTestGroupSplitsItsCurvesByTheSelectedTest) {
         kt.calls.clear();
         reply("testValues", "read", "ok", false, "", items);
         EXPECT_EQ(work(), expected) << test;
-    }
-}
-
-TEST_F(KT540Reply, TrendGroupsGoToTheirCharts) {
-    for (const auto& [group, call] :
-         {std::pair{"travelDeviation", "AddTravelDeviationValuePair"},
-          {"loadFactor", "AddLoadFactorValuePair"}, {"travelVsTime", "AddTravelVsTimeValuePair"}}) {
-        kt.calls.clear();
-        reply(group, "read", "ok", false, "", {{"a", "1"}});
-        EXPECT_EQ(work(), std::vector<std::string>{std::string(call) + " a"}) << group;
     }
 }
 
@@ -185,16 +130,6 @@ TEST_F(KT540TargetMode, EachModeArrangesThePage) {
     }
 }
 
-TEST_F(KT540TargetMode, OnlyAChangeToManualOrCascadeAsks) {
-    choose(1);
-    choose(1);  // the same mode again: nothing
-    choose(0);  // automatic: no question
-    const auto boxes = kt.bl().headlessDialogs()->takeBoxes();
-    ASSERT_EQ(boxes.size(), 1U);
-    EXPECT_EQ(boxes[0].header, kt.Translate("targetMode"));
-    EXPECT_EQ(boxes[0].text, kt.Translate("targetModeChange"));
-}
-
 TEST_F(KT540TargetMode, TheAnswerFiveKeepsThePage) {
     choose(0);
     kt.bl().headlessDialogs()->queueAnswer(5);
@@ -211,7 +146,6 @@ protected:
 };
 
 TEST_P(PL500Reply, TestGroupsFillTheScheduleBeforeTheCurve) {
-    // The unit selectors of the schedule are filled with the page.
     pl().SetDeviceRevisionChanges();
     for (const char* group : {"valveTest", "pneumaticsTest"}) {
         const std::string prefix = group == std::string("valveTest") ? "valveTest" : "pneumatics";
@@ -227,17 +161,6 @@ TEST_P(PL500Reply, TestGroupsFillTheScheduleBeforeTheCurve) {
     // The interval reached its two-part field: 48 hours are two days.
     EXPECT_EQ(kt.form().control("txtPLParams", 19).text(), "2");
     EXPECT_EQ(kt.form().control("txtPLParams", 23).text(), "2");
-}
-
-TEST_P(PL500Reply, TrendGroupsGoToTheirCharts) {
-    for (const auto& [group, call] :
-         {std::pair{"loadFactorTrend", "AddLoadFactorValuePair"},
-          {"breakawayPressureTrend", "AddBreakawayPressureValuePair"},
-          {"leakageSignalTrend", "AddLeakageSignalValuePair"}}) {
-        kt.calls.clear();
-        reply(group, "read", "ok", false, "", {{"a", "1"}});
-        EXPECT_EQ(work(), std::vector<std::string>{std::string(call) + " a"}) << group;
-    }
 }
 
 TEST_P(PL500Reply, AResetMarksThePageThatRanIt) {
@@ -290,58 +213,6 @@ TEST_P(PL500Reply, StoppedMonitoringShowsOnTheStateLabel) {
     kt.tools().MonitoringFlag = false;
     reply("monitoringVariables", "read", "ok", true);
     EXPECT_EQ(kt.form().control("lblPLParams", 11).caption(), kt.Translate("stopped"));
-}
-
-TEST_P(PL500Reply, TheLeakageSwitchEnablesItsFieldsBothWays) {
-    pl().SetDeviceRevisionChanges();
-    form::Control& time = kt.form().control("txtPLParams", 28);
-    const auto fieldsEnabled = [this](bool expected) {
-        for (const int index : clsPL500::LeakageFields) {
-            EXPECT_EQ(kt.form().control("txtPLParams", index).enabled(), expected) << index;
-        }
-    };
-    // From the device: a time of 0 is the measurement off.
-    kt.SetItemValueToGUI({}, "leakageMeasurementTime", "0", "ms", 1);
-    fieldsEnabled(false);
-    EXPECT_EQ(kt.form().control(clsPL500::LeakageSwitch.array, 17).listIndex(), 0);
-    kt.SetItemValueToGUI({}, "leakageMeasurementTime", "30000", "ms", 1);
-    fieldsEnabled(true);
-    EXPECT_EQ(time.text(), "30");
-
-    // From the page: off writes a time of 0 as the user's edit.
-    pl().LeakageSwitchChanged(0);
-    fieldsEnabled(false);
-    EXPECT_EQ(time.text(), "0");
-    EXPECT_TRUE(std::any_of(kt.calls.begin(), kt.calls.end(), [](const std::string& call) {
-        return call.starts_with("AddConfirmationRow leakageMeasurementTime");
-    }));
-    pl().LeakageSwitchChanged(1);
-    fieldsEnabled(true);
-}
-
-TEST(FamilyOfflineConf, EachFamilyWritesItsGroupsWithTheirPages) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"KT540_1.0",
-         "PAoperationUnit operationUnit|PAvalveRelatedConfigurations valveRelatedConfigurations|"
-         "PAassemblyRelatedConfiguration assemblyRelatedConfiguration|PAflowModification "
-         "flowModification|PAalertSettings alertSettings|"},
-        {"PL500_1",
-         "PLoperationUnit operationUnit|PLgeneral general|PLassemblyRelated assemblyRelated|"
-         "PLleakageMeasurement leakageMeasurement|PLdeviceAlertSettings deviceAlertSettings|"
-         "PLstatisticAlertSettings statisticAlertSettings|"},
-    };
-    for (const auto& [key, expected] : cases) {
-        TestUserControl kt(SessionOf(key, false));
-        std::string sent;
-        kt.sendRequestHook = [&](const std::string& group, const std::string& access) {
-            EXPECT_EQ(access, "writeOffline");
-            sent += kt.tools().CurrentFrame + " " + group + "|";
-        };
-        kt.tools().CurrentFrame = "settings";
-        kt.deviceClass().SendOfflineConf();
-        EXPECT_EQ(sent, expected) << key;
-        EXPECT_EQ(kt.tools().CurrentFrame, "settings");
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Revisions, PL500Reply, ::testing::Values("PL500_1", "PL500_2"));

@@ -7,65 +7,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <optional>
 
 namespace kt500::devices {
 namespace {
 
-using testing::TestUserControl;
-
-struct Item {
-    std::string name;
-    std::string value;
-    std::string unit = "noUnit";
-};
-
-class KT520Reply : public ::testing::Test {
+class KT520Reply : public test::ReplyTest {
 protected:
-    KT520Reply() {
-        // Results being read: the closing of a group leaves the toolbar and
-        // the cancelled groups alone, so that the reply's own work shows.
-        kt.tools().CurrentAutoAction = 4;
-        for (const char* key : {"operationUnit", "reset", "resetDiagnostics", "resetAlarms",
-                                "monitoringVariables", "alertSettings"}) {
-            kt.form().control("treeNavigation").tree().add("", key, key);
-        }
-    }
-    void reply(const std::string& name, const std::string& access, const std::string& status,
-               bool isFinal, const std::string& errorCode = "",
-               const std::vector<Item>& items = {}) {
-        std::string xml = "<dtm><communicationResponse name='" + name + "' access='" + access +
-                          "' responseStatus='" + status + "' isFinal='" + (isFinal ? "1" : "0") +
-                          "' errorCode='" + errorCode + "'>";
-        for (const Item& item : items) {
-            xml += "<item name='" + item.name + "' unit='" + item.unit + "'><floatVal>" +
-                   item.value + "</floatVal></item>";
-        }
-        xml::Document document = test::Parsed(xml + "</communicationResponse></dtm>");
-        kt.deviceClass().Reply(document);
-    }
-    // A reply handed to a member of a later part, which fails with its name.
-    static void expectMissing(const std::string& member, const std::function<void()>& call) {
-        try {
-            call();
-            ADD_FAILURE() << member << " was not called";
-        } catch (const MemberMissing& missing) {
-            EXPECT_EQ(missing.member(), member);
-        }
-    }
-    std::string icon(const std::string& key) {
-        return kt.form().control("treeNavigation").tree().node(key).image;
-    }
+    KT520Reply()
+        : ReplyTest("KT520_7", {"operationUnit", "reset", "resetDiagnostics", "resetAlarms",
+                                "monitoringVariables", "alertSettings"}) {}
     std::size_t count(const std::string& call) const {
         return static_cast<std::size_t>(std::count(kt.calls.begin(), kt.calls.end(), call));
     }
-    bool called(std::string_view prefix) const {
-        return std::any_of(kt.calls.begin(), kt.calls.end(),
-                           [&](const std::string& c) { return c.starts_with(prefix); });
-    }
     std::string T(const std::string& key) { return kt.Translate(key); }
-    TestUserControl kt;
 };
 
 TEST_F(KT520Reply, ResetNeedsMoreThanFiveCharacters) {
@@ -123,14 +78,7 @@ TEST_F(KT520Reply, ItemsGoToTheirTrendTestOrPage) {
     for (const auto& [group, isFinal, expected] : cases) {
         kt.calls.clear();
         reply(group, "read", "local", isFinal, "", {{"a", "1"}, {"b", "2"}});
-        std::vector<std::string> seen;
-        for (const std::string& call : kt.calls) {
-            if (call != "IncreaseProgress" && !call.starts_with("SetReadVariables") &&
-                !call.starts_with("ClearChangedSigns") && !call.starts_with("UpdateGroup")) {
-                seen.push_back(call);
-            }
-        }
-        EXPECT_EQ(seen, expected) << group;
+        EXPECT_EQ(work(), expected) << group;
     }
 }
 
@@ -173,35 +121,22 @@ TEST_F(KT520Reply, AnEmptyErrorTextGivesAnEntryWithoutParentheses) {
     EXPECT_EQ(kt.deviceClass().CancelledGroups(), T("alertSettings") + std::string(Separator));
 }
 
-TEST_F(KT520Reply, MonitoringReplies) {
+// A good reply's chart point and the stopped label are in the scenario
+// monitoring_kt520.
+TEST_F(KT520Reply, MonitoringRepliesLocalOnThePageAFailureOnTheTreeOnly) {
     form::Control& state = kt.form().control("lblHAMonitoringSettings", 6);
     state.setCaption("running");
-    const std::vector<Item> items = {{"travelSetpoint", "42.5"}, {"inputSignal", "12", "mA"}};
-
-    // "local" values reach the page and the value list, never the chart.
     kt.tools().MonitoringFlag = true;
-    reply("monitoringVariables", "read", "local", true, "", items);
+    reply("monitoringVariables", "read", "local", true, "",
+          {{"travelSetpoint", "42.5"}, {"inputSignal", "12", "mA"}});
     const std::string sep(Separator);
     EXPECT_EQ(kt.tools().MonitoringValues,
               "travelSetpoint" + sep + "42.5" + sep + "inputSignal" + sep + "12" + sep);
     EXPECT_EQ(state.caption(), "running");
     EXPECT_FALSE(called("UpdateMonitoringGraph") || called("SetReadVariables"));
-
-    // A failure shows on the tree only.
     reply("monitoringVariables", "read", "deviceBusy", true);
     EXPECT_EQ(icon("monitoringVariables"), "error");
     EXPECT_TRUE(kt.deviceClass().CancelledGroups().empty());
-
-    kt.tools().MonitoringFlag = false;
-    reply("monitoringVariables", "read", "ok", true);
-    EXPECT_EQ(state.caption(), T("stopped"));
-
-    // With monitoring on, a good reply becomes one chart point and one log
-    // line, and the value list starts anew.
-    kt.tools().MonitoringFlag = true;
-    reply("monitoringVariables", "read", "ok", true, "", items);
-    EXPECT_TRUE(called("UpdateMonitoringGraph "));
-    EXPECT_TRUE(kt.tools().MonitoringValues.empty());
 }
 
 TEST_F(KT520Reply, CalibrationAndDebugTrace) {

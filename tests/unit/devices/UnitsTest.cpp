@@ -16,8 +16,7 @@ constexpr double kPsiPerBar = 1.0 / 0.0689475729316836;
 
 class UnitPages : public ::testing::Test {
 protected:
-    // The supply pressure in its two places, the load factor page and the
-    // trim page, with their unit labels in barG.
+    // The supply pressure on the load factor and the trim page, in barG.
     void supplyPressure(const std::string& value, const std::string& trimValue) {
         for (const auto& [label, index, field, text] :
              {std::tuple{"lblHALoadFactor", 5, "txtLoadFactor", value},
@@ -98,9 +97,7 @@ TEST_F(UnitPages, UnitSystemChangeConvertsBothSupplyPressurePlacesInTheLocalesSi
     EXPECT_EQ(control("lblHALoadFactor", 5).caption(), "psiG");
     EXPECT_EQ(control("lblHAManualPrestageTrim", 2).caption(), "psiG");
     // 21.76 and 29.008 psi, each shown with its parameter's decimals.
-    EXPECT_NEAR(1.5 * kPsiPerBar, 21.8, 0.05);
     EXPECT_EQ(control("txtLoadFactor", 0).text(), "21,8");
-    EXPECT_NEAR(2 * kPsiPerBar, 29.0, 0.05);
     EXPECT_EQ(control("txtHAPrestageTrim", 0).text(), "29,0");
     EXPECT_TRUE(kt.messages.empty());
     EXPECT_FALSE(control("cmdResetUnits").enabled());
@@ -129,7 +126,6 @@ TEST_F(UnitPages, AppliedUnitConvertsTheValueAndAnyUnitShowsOnThePage) {
     kt.unitPages.comSelectUnit_Click();
     kt.unitPages.cmdApplyUnitChange_Click();
     EXPECT_EQ(control("lblHALoadFactor", 5).caption(), "psiG");
-    EXPECT_NEAR(Str2Dbl(control("txtLoadFactor", 0).text()), kPsiPerBar, 0.05);  // one decimal
     EXPECT_EQ(control("txtLoadFactor", 0).text(), "14.5");
     EXPECT_EQ(kt.unitPages.FetchUnitName("supplyPressure"), "psiG");
     EXPECT_TRUE(kt.messages.empty());

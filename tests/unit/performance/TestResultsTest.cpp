@@ -16,15 +16,18 @@ namespace {
 
 using testing::TestUserControl;
 
-// One reply item as the BL sends it: <item name="..."><floatVal>text</floatVal></item>.
+// One reply item as the BL sends it, or with `inDataSet` a parameter of a
+// data set (value and unit in attributes).
 struct ReplyItem {
-    explicit ReplyItem(const std::string& name, const std::string& text) {
-        document = std::move(xml::Document::parse("<item name='" + name + "'><floatVal>" +
-                                                  text + "</floatVal></item>")
-                                 .document);
-    }
-    xml::Node node() { return document->root(); }
-    std::optional<xml::Document> document;
+    ReplyItem(const std::string& name, const std::string& text, bool inDataSet = false)
+        : document(std::move(*xml::Document::parse(
+                                  inDataSet ? "<parameter name='" + name + "' value='" + text +
+                                                  "' unit='bar' synchronised='1'/>"
+                                            : "<item name='" + name + "'><floatVal>" + text +
+                                                  "</floatVal></item>")
+                                  .document)) {}
+    xml::Node node() { return document.root(); }
+    xml::Document document;
 };
 
 struct TestResultsTest : ::testing::Test {
@@ -40,17 +43,17 @@ struct TestResultsTest : ::testing::Test {
         ReplyItem item(name, text);
         results.AddStepTestValuePair(item.node());
     }
-    // The two series of a step from 40 to 50 at sample 10, sample 49 of the
-    // time series first or last.
-    void step(bool timesFirst) {
-        const auto series = [this](bool times, bool last) {
+    // The two series of a step from 40 to `end` at sample 10, sample 49 of
+    // the time series first or last.
+    void step(bool timesFirst, const char* end = "50.0") {
+        const auto series = [&](bool times, bool last) {
             for (int i = last ? 49 : 0; i < (last ? 50 : 49); ++i) {
                 char number[12];
                 std::snprintf(number, sizeof number, "%02d", i);
                 if (times) {
                     add(std::string("stepTestTime") + number, std::to_string(0.2 * i));
                 } else {
-                    add(std::string("stepTestTravel") + number, i < 10 ? "40.0" : "50.0");
+                    add(std::string("stepTestTravel") + number, i < 10 ? "40.0" : end);
                 }
             }
         };
@@ -93,21 +96,15 @@ TEST_F(TestResultsTest, TheLastSampleOfOneSeriesOnlySetsTheFlag) {
     EXPECT_EQ(uc.tools().CurrentAutoAction, 4);  // the chart waits
 }
 
-TEST_F(TestResultsTest, AnEndEqualToTheStartKeepsTheOldFigures) {
+TEST_F(TestResultsTest, AStepThatDidNotMoveKeepsTheOldFigures) {
     uc.tools().StepEndPoint = 50.0F;
     uc.form().control("lblHAStepTest", 3).setCaption("1.2");
-    for (int i = 0; i < 50; ++i) {
-        char number[3];
-        std::snprintf(number, sizeof number, "%02d", i);
-        add(std::string("stepTestTime") + number, std::to_string(0.2 * i));
-        add(std::string("stepTestTravel") + number, "45");
-    }
+    step(true, "40.0");
     EXPECT_EQ(uc.tools().CurrentAutoAction, 0);
     EXPECT_EQ(uc.form().control("lblHAStepTest", 3).caption(), "1.2");
 }
 
 TEST_F(TestResultsTest, BadItemsFail) {
-    // A sample past the last one, a name without a sample, a text that is no number.
     EXPECT_THROW(add("stepTestTime50", "1"), std::out_of_range);
     EXPECT_THROW(add("stepTestTime", "1"), std::invalid_argument);
     EXPECT_THROW(add("stepTestTimeX1", "1"), std::invalid_argument);
@@ -129,17 +126,6 @@ TEST_F(TestResultsTest, AHysteresisSampleOfZeroIsDrawnAndKeptAtATenth) {
 namespace kt500::performance {
 namespace {
 
-// A parameter of a data set: name, value and unit in attributes.
-struct DataSetParameter {
-    DataSetParameter(const std::string& name, const std::string& value) {
-        document = std::move(xml::Document::parse("<parameter name='" + name + "' value='" +
-                                                  value + "' unit='bar' synchronised='1'/>")
-                                 .document);
-    }
-    xml::Node node() { return document->root(); }
-    std::optional<xml::Document> document;
-};
-
 struct PressureTestsTest : ::testing::Test {
     PressureTestsTest() {
         uc.tools().Language = "9999";
@@ -154,9 +140,9 @@ struct PressureTestsTest : ::testing::Test {
             char number[3];
             std::snprintf(number, sizeof number, "%02d", i);
             const bool gap = std::find(missing.begin(), missing.end(), i) != missing.end();
-            DataSetParameter position(std::string("valveTestPos") + number, std::to_string(2 * i));
-            DataSetParameter pressure(std::string("valveTestVal") + number,
-                                      gap ? "0" : std::to_string(1.0 + 0.01 * i));
+            ReplyItem position(std::string("valveTestPos") + number, std::to_string(2 * i), true);
+            ReplyItem pressure(std::string("valveTestVal") + number,
+                               gap ? "0" : std::to_string(1.0 + 0.01 * i), true);
             results.AddValveTestValuePair(position.node(), true);
             results.AddValveTestValuePair(pressure.node(), true);
         }
@@ -169,7 +155,6 @@ struct PressureTestsTest : ::testing::Test {
 
 TEST_F(PressureTestsTest, ADataSetsCurveIsClosedAndDrawnWithItsLimitsAndLine) {
     valveCurve({0, 1, 2, 30});
-    // The device class closed the gaps and handed the curve on to be drawn.
     ASSERT_EQ(std::count(uc.calls.begin(), uc.calls.end(), "UpdateValveTestGraph"), 1);
     results.UpdateValveTestGraph(results.arrValveTest);
     EXPECT_EQ(uc.tools().CurrentAutoAction, 0);
@@ -186,7 +171,6 @@ TEST_F(PressureTestsTest, ADataSetsCurveIsClosedAndDrawnWithItsLimitsAndLine) {
 }
 
 TEST_F(PressureTestsTest, PressuresArriveInTheUnitThePageShows) {
-    // The pages' unit of the actuator pressure, as the user chose it.
     uc.addField(form::ControlKind::Label, "lblPLParamTitle", 990, "fraPL500", 14,
                 "PLactuatorPressureUnit")
         .setCaption("psiG");

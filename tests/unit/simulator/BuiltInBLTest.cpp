@@ -68,16 +68,6 @@ TEST(BuiltInBLTest, UnknownKeysTranslateToThemselvesAndUnknownLanguagesAreRefuse
     EXPECT_THROW(session.language->TranslateKey(1036, "dtmConnected", text), std::invalid_argument);
 }
 
-TEST(BuiltInBLTest, HeadlessDialogsAnswerAQuestionYesWhenNothingIsQueued) {
-    HeadlessDialogs dialogs;
-    int pressed = 0;
-    int result = 0;
-    dialogs.ShowMessage(0, 4, 6, "Question", "Go on?", pressed, result);
-    EXPECT_EQ(pressed, services::ButtonYes);
-    EXPECT_EQ(dialogs.takeBoxes().size(), 1U);
-    EXPECT_TRUE(dialogs.takeBoxes().empty());
-}
-
 TEST(LanguageTextsTest, RefusesBadTextsFilesAndDecodesGoodOnes) {
     const std::string open = "<texts xmlns='x-schema:KT500TextsSchema.xml' language=";
     for (const std::string& bytes : {

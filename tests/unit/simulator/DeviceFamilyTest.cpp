@@ -1,9 +1,4 @@
-// The device families as data: every catalogue model composes a parameter
-// document that validates and holds together, the GUIInit files and the
-// example data files under share/ are what the family sources give, and the
-// revision and variant differences land where the families need them.
-//
-// Run with KT500_REGENERATE_DEVICE_FILES=1 to rewrite the GUIInit and
+// The device families as data. Run with KT500_REGENERATE_DEVICE_FILES=1 to rewrite the GUIInit and
 // example files from the sources after a change of a source.
 #include "session/clsTools.h"
 #include "simulator/DeviceCatalogue.h"
@@ -77,8 +72,7 @@ Contents contentsOf(const std::string& key) {
     return c;
 }
 
-// Keeps a generated file under share/ in step with the sources: rewrites it
-// when asked to, and otherwise says whether the committed text is current.
+// A generated file under share/ is what the sources give (or is rewritten).
 void expectCurrent(const xml::Document& generated, const std::filesystem::path& file) {
     const std::string text = generated.toXml();
     if (std::getenv("KT500_REGENERATE_DEVICE_FILES") != nullptr) {
@@ -141,9 +135,8 @@ TEST(DeviceFamilyTest, EveryCatalogueKeyComposesADocumentThatHoldsTogether) {
     }
 }
 
-// Each name is a parameter, request group or status of the key's document;
-// a leading '-' says the key must not have it. The pages and commands use
-// the names; revisions and variants differ in the others.
+// Each name is a parameter, group or status of the key's document; a
+// leading '-' says the key must not have it.
 TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCommandsUse) {
     const std::map<std::string, std::string> names = {
         {"KT520_PT_7",
@@ -171,8 +164,6 @@ TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCom
          "breakawayPressureVal19 leakageSignalVal00 loadFactorPLAlarmLimitHigh "
          "limitSupplyPressureAlarmLow pressureSetpointLowLimit valveTestIntervalD "
          "pneumaticsTimerD targetMode actualTravel monitoringSamplingRate counters"},
-        // Revision 7: counters since reset, the reset of the online alerts and
-        // the deviation alert; revision 4: no valve style.
         {"KT520_7", "actuatorStrokesSinceReset resetOnlineAlerts statusDeviationAlert"},
         {"KT520_6", "-actuatorStrokesSinceReset -resetOnlineAlerts -statusDeviationAlert"},
         {"KT520_4", "-valveStyle"},
@@ -190,8 +181,7 @@ TEST(DeviceFamilyTest, FamiliesRevisionsAndVariantsCarryTheNamesTheirPagesAndCom
                 << key << " " << name;
         }
     }
-    // The sensor motion is read only before revision 6; the PL500's leakage
-    // signal and stroke size gain a unit with revision 2.
+    // Access and unit changes between revisions.
     EXPECT_EQ(contentsOf("KT520_4").access.at("travelSensorMotion") + " " +
                   contentsOf("KT520_6").access.at("travelSensorMotion"),
               "read readWrite");

@@ -31,7 +31,6 @@ TEST_P(UploadTest, EveryUploadGroupAnswersInRequestCountPiecesWithOneFinalReply)
     SimulatedSession session(GetParam());
     const std::vector<std::string> groups = UploadedGroups(GetParam());
     ASSERT_GT(groups.size(), 5U);
-    // A chain: all requests are posted at once and the device works them off.
     for (const std::string& group : groups) {
         ASSERT_TRUE(session.post(session.readRequest(group))) << group;
     }

@@ -1,7 +1,5 @@
-// A session on the built-in BL for the tests of the simulated connection:
-// the BL, an open connection, and a sink that records every event the BL
-// delivers, with the replies parsed for their attributes and items. Also the
-// small helpers the simulator's tests share.
+// A session on the built-in BL with a sink that records every event it
+// delivers, and the small helpers the simulator's tests share.
 #pragma once
 
 #include "services/IQDLGuiEvent.h"
@@ -125,8 +123,7 @@ public:
     bool startMonitoring();
     // A query on the data set (the live parameter document).
     [[nodiscard]] xml::XPath query() const;
-    // A read request of a group as the control builds it: its included
-    // parameters that are not write-only, each with its type and unit.
+    // A read request of a group as the control builds it.
     [[nodiscard]] std::string readRequest(const std::string& group) const;
     // A write or writeOffline request of name/value pairs, typed by the document.
     [[nodiscard]] std::string writeRequest(

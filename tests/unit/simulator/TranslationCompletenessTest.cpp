@@ -1,7 +1,4 @@
-// Every translation key the product uses has a text in English (1033) and
-// German (1031): the keys the code passes to Translate, the names of the
-// parameter documents and GUIInit files (pages, groups, parameters, status
-// items, mappings, tree nodes), and the caption keys of the form files.
+// Every translation key the product uses has a text in English and German.
 #include "simulator/LanguageTexts.h"
 #include "xml/Document.h"
 #include "xml/SchemaCollection.h"
@@ -65,8 +62,7 @@ KeySources codeKeys() {
     return keys;
 }
 
-// Visits every element of every XML file under share/<folder>, with where
-// it stands for the failure report.
+// Visits every element of the XML files under share/<folder>.
 void walkXml(const char* folder,
              const std::function<void(const xml::Node&, const std::string&)>& visit) {
     for (const fs::path& file : filesUnder(kShare / folder, {".xml"})) {
@@ -84,12 +80,10 @@ void walkXml(const char* folder,
     }
 }
 
-// (2) Names of the parameter documents and GUIInit files: every page, group,
-// parameter, status group and item, mapping and tree node is shown through
-// its translation.
+// (2) Names of the parameter documents and GUIInit files, each shown
+// through its translation.
 KeySources documentKeys() {
     KeySources keys;
-    // Elements whose "name" is a translation key, by local name.
     const std::set<std::string> named = {
         "parameter",   "includedParam", "requestGroup", "mappedParam", "mapping",
         "statusGroup", "status",        "branch",       "node",        "uploadGroup"};
@@ -108,12 +102,8 @@ KeySources documentKeys() {
     return keys;
 }
 
-// (3) Caption keys of the form files: captions and tool tips of controls,
-// rows, list columns and toolbar items; the keys of the toolbar's buttons,
-// whose captions and tool tips are their keys' texts; and the tags of the
-// captioned kinds (label, command button, check box, option button), which
-// the form's translation takes as keys. A label tagged "...Unit" shows a
-// unit and is not translated, "operationUnit" excepted.
+// (3) Caption keys of the form files, the toolbar buttons' keys and the tags
+// of captioned kinds; a "...Unit" label shows a unit and is not translated.
 KeySources formKeys() {
     KeySources keys;
     walkXml("forms", [&](const xml::Node& node, const std::string& where) {
@@ -154,8 +144,6 @@ std::string missingIn(const KeySources& keys, const LanguageTexts& language) {
 
 class TranslationCompleteness : public ::testing::TestWithParam<const char*> {};
 
-// The texts file validates, no text is empty, and every key the product uses
-// or the other language has has a text.
 TEST_P(TranslationCompleteness, EveryKeyOfTheCodeDocumentsAndFormsHasAText) {
     xml::SchemaCollection schemas;
     ASSERT_EQ(

@@ -14,46 +14,21 @@ namespace {
 
 using Parameters = ValveModel::Parameters;
 
-// The time of the first sample at which the travel has covered more than
-// the fraction of its step: what the control reads off as dead time (2 %),
-// T63 and T98.
-double timeBeyond(const std::vector<StepSample>& samples, double fraction) {
-    const double start = samples.front().travel;
-    const double step = samples.back().travel - start;
-    for (const StepSample& sample : samples) {
-        if ((sample.travel - start) / step > fraction) {
-            return sample.time;
-        }
-    }
-    return NAN;
-}
-
-// A first-order lag behind a dead time crosses the fraction f of its step at
-// deadTime + timeConstant * ln(1 / (1 - f)); a sample-based figure is the
-// first sample at or after that instant, so at most one period later.
-TEST(ValveStep, KeyFiguresFromSamplesMatchDeadTimeAndTimeConstant) {
+// The step's samples; that they cross 2, 63 and 98 % of the step where a lag
+// behind a dead time does is checked with the key figures of the step test.
+TEST(ValveStep, SamplesSpanTheTestTimeAndTheWholeChange) {
     struct Case {
-        double deadTime, timeConstant, deadBand, start, change, testTime;
+        double deadBand, start, change, testTime;
     };
-    for (const Case c :
-         {Case{0.6, 1.5, 0.2, 45.0, 10.0, 20.0}, Case{0.0, 0.5, 0.0, 20.0, 50.0, 8.0},
-          Case{2.0, 3.0, 1.0, 10.0, 80.0, 40.0}, Case{1.0, 2.0, 0.5, 70.0, -30.0, 25.0},
-          Case{0.3, 0.4, 2.0, 90.0, -5.0, 5.0}, Case{1.0, 0.3, 0.4, 30.0, 20.0, 5.0}}) {
-        SCOPED_TRACE(::testing::Message() << "dead time " << c.deadTime << ", time constant "
-                                          << c.timeConstant << ", step " << c.change);
-        ValveModel model(Parameters{
-            .deadTime = c.deadTime, .timeConstant = c.timeConstant, .deadBand = c.deadBand});
+    for (const Case c : {Case{0.2, 45.0, 10.0, 20.0}, Case{1.0, 10.0, 80.0, 40.0},
+                         Case{0.5, 70.0, -30.0, 25.0}, Case{2.0, 90.0, -5.0, 5.0}}) {
+        SCOPED_TRACE(c.change);
+        ValveModel model(Parameters{.deadTime = 0.6, .timeConstant = 0.5, .deadBand = c.deadBand});
         const auto result = runStepTest(model, StepTestSettings{c.start, c.change, c.testTime, 50});
         ASSERT_EQ(result.samples.size(), 50u);
         EXPECT_DOUBLE_EQ(result.samplePeriod, c.testTime / 50);
         // The travel moves by the set point change, whatever the dead band.
         EXPECT_NEAR(result.samples.back().travel - result.samples.front().travel, c.change, 1e-3);
-        for (const double fraction : {0.02, 0.63, 0.98}) {
-            const double crossing = c.deadTime + c.timeConstant * std::log(1.0 / (1.0 - fraction));
-            const double figure = timeBeyond(result.samples, fraction);
-            EXPECT_GE(figure, crossing - 1e-9) << fraction;
-            EXPECT_LE(figure, crossing + result.samplePeriod + 1e-9) << fraction;
-        }
     }
 }
 
@@ -74,13 +49,8 @@ double travelAtSetpoint(const HysteresisTestResult& result, double setpoint, boo
     return 0.0;
 }
 
-// On a ramp the travel trails the set point by half the dead band, plus the
-// ramp's slope s times (dead time + time constant), the steady lag of a dead
-// time and a first-order lag. Measured at a set point that both branches pass
-// at the same slope, the loop is the dead band wide plus 2 s (Td + T): here
-// 2 * 0.027 %/s * 2 s = 0.11 %, known from the parameters and taken off.
-// What is left is the reading between samples, linear on a curve that bends
-// a little: a few thousandths of a percent, so 0.005 %.
+// On a ramp of slope s the travel trails by half the dead band plus
+// s (Td + T); with that lag taken off, the loop is the dead band wide.
 TEST(ValveHysteresis, LoopWidthIsTheDeadBand) {
     for (const double deadBand : {0.0, 0.5, 1.0, 2.5}) {
         ValveModel model(Parameters{.deadTime = 0.5, .timeConstant = 1.5, .deadBand = deadBand});
@@ -104,10 +74,8 @@ TEST(ValveHysteresis, LoopWidthIsTheDeadBand) {
     }
 }
 
-// The vented valve starts to open when the pressure has lifted the spring's
-// preload and overcome friction; going down at mid travel the pressure is
-// 2 x friction lower than going up. A supply below spring end plus friction
-// never reaches full stroke.
+// Breakaway at spring preload plus friction; a supply below spring end plus
+// friction never reaches full stroke.
 TEST(ValveBreakaway, ValveTestFindsSpringPreloadPlusFriction) {
     struct Case {
         double low, high, friction, supply;
