@@ -192,9 +192,9 @@ protected:
     const xml::SchemaCollection& communicationSchemas() {
         if (!m_schemas) {
             m_schemas = std::make_unique<xml::SchemaCollection>();
-            EXPECT_EQ(m_schemas->add("x-schema:QDLCommunicationSchema.xml",
-                                     fs::path(KT500_SHARE_DIR) / "schemas" /
-                                         "QDLCommunicationSchema.xml"),
+            EXPECT_EQ(m_schemas->add(
+                          "x-schema:QDLCommunicationSchema.xml",
+                          fs::path(KT500_SHARE_DIR) / "schemas" / "QDLCommunicationSchema.xml"),
                       "");
         }
         return *m_schemas;
@@ -221,7 +221,8 @@ TEST_F(HostileXmlPlaces, EveryPlaceRefusesEveryAttackAndTouchesNothing) {
                 EXPECT_NE(message.find(attack.reason), std::string::npos)
                     << place.name << ", " << attack.name << ": " << message;
             }
-            EXPECT_EQ(message.find(kSecret), std::string::npos) << place.name << ", " << attack.name;
+            EXPECT_EQ(message.find(kSecret), std::string::npos)
+                << place.name << ", " << attack.name;
         }
     }
     EXPECT_FALSE(listener.wasContacted());
@@ -232,7 +233,8 @@ TEST_F(HostileXmlPlaces, EveryPlaceRefusesEveryAttackAndTouchesNothing) {
 // Each envelope is a good document of its place (a reply with an item of its
 // own), so that above the attack is what each place refuses.
 TEST_F(HostileXmlPlaces, EachEnvelopeAloneIsTaken) {
-    const std::string item = "<item name='hartTag' unit='noUnit'><stringVal>PV-1</stringVal></item>";
+    const std::string item =
+        "<item name='hartTag' unit='noUnit'><stringVal>PV-1</stringVal></item>";
     for (const Place& place : places()) {
         const std::string body = place.name == "reply" ? item : "";
         EXPECT_EQ(place.refusal(place.envelope.open + body + place.envelope.close), "")
