@@ -1,6 +1,4 @@
-// A HART positioner end to end against the built-in BL: reads fill the
-// pages with the device's values and close their groups. A failed group and
-// a stopped chain are followed by the upload scenario.
+// Reads of a HART positioner fill its pages with the device's values.
 #include "app/ControlSession.h"
 #include "data/PageFields.h"
 #include "data/ParameterDocument.h"
@@ -92,9 +90,8 @@ const form::Control* FieldOf(form::Form& form, const std::string& name) {
     return nullptr;
 }
 
-// What the page shows of a parameter that it holds in another form than
-// the device: the date over its three fields, the packed serial number and
-// device id decoded. Empty when the page shows the device's value itself.
+// What the page shows and expects of a parameter held in another form than
+// the device's (date, serial number, device id); none for the others.
 std::optional<std::pair<std::string, std::string>> ShownAndExpected(host::RavikKT500& control,
                                                                     const std::string& name,
                                                                     const std::string& device) {
@@ -114,9 +111,8 @@ std::optional<std::pair<std::string, std::string>> ShownAndExpected(host::RavikK
 }
 
 TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
-    // Groups whose values go to charts and lists not filled yet, and pages
-    // whose charts are not drawn yet: their replies report what is missing,
-    // the pages' values are in place all the same.
+    // Groups of charts and lists, and pages with charts: their replies report
+    // what is missing, the pages' values are in place all the same.
     const std::set<std::string> chartGroups = {"travelDeviation", "loadFactor", "travelVsTime",
                                                "eventLog"};
     const std::set<std::string> pagesWithCharts = {"flowModification", "alertSettings"};
@@ -125,9 +121,7 @@ TEST_F(KT520EndToEnd, EveryUploadGroupFillsItsPagesWithTheDeviceValues) {
     int compared = 0;
     for (const std::string& group : uploadedGroups()) {
         SCOPED_TRACE(group);
-        // The test settings are read as the request of the test chosen on
-        // their page (a step test here); without one the request keeps the
-        // template's name, which the BL does not know.
+        // The test settings are read as the step test's request.
         tools().CurrentTest = group == "testSettings" ? 1 : 0;
         read(group);
         const std::vector<std::string> shown = boxes();

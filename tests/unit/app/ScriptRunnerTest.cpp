@@ -13,35 +13,34 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-TEST(ScriptLexer, SplitsWordsAtBlanksAndKeepsLineNumbers) {
-    const auto lines = LexScript("start  KT520_7\tonline\n\n   \nget tools.DeviceName\r\n");
-    ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0].number, 1);
-    EXPECT_EQ(lines[0].words, (Words{"start", "KT520_7", "online"}));
-    EXPECT_EQ(lines[1].number, 4);
-    EXPECT_EQ(lines[1].words, (Words{"get", "tools.DeviceName"}));
-    EXPECT_TRUE(LexScript("").empty());
-    EXPECT_TRUE(LexScript("\n\n# only a comment\n\t\n").empty());
-}
-
-TEST(ScriptLexer, QuotedWordsKeepBlanksAndTakeEscapedQuotesAndBackslashes) {
-    const auto lines = LexScript(R"(type txtX "a \"b\" c\\d" "" pre"fix"post "\n")");
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_EQ(lines[0].words, (Words{"type", "txtX", R"(a "b" c\d)", "", "prefixpost", R"(\n)"}));
-}
-
-TEST(ScriptLexer, CommentsStartAWordButAListIndexIsAWord) {
-    const auto lines = LexScript(
-        "# a comment line\n"
-        "  #indented comment\n"
-        "select comX #2 # the third entry\n"
-        "click cmdY #\n"
-        "type txtZ \"# not a comment\"\n");
-    ASSERT_EQ(lines.size(), 3U);
-    EXPECT_EQ(lines[0].words, (Words{"select", "comX", "#2"}));
-    EXPECT_EQ(lines[1].words, (Words{"click", "cmdY"}));
-    EXPECT_EQ(lines[2].words, (Words{"type", "txtZ", "# not a comment"}));
-    EXPECT_EQ(lines[2].number, 5);
+// Words split at blanks, quotes keep blanks and take escapes, "#" starts a
+// comment only where a word would begin; lines keep their numbers.
+TEST(ScriptLexer, SplitsWordsAndKeepsLineNumbersQuotesAndComments) {
+    const struct {
+        const char* script;
+        std::vector<std::pair<int, Words>> lines;
+    } cases[] = {
+        {"start  KT520_7\tonline\n\n   \nget tools.DeviceName\r\n",
+         {{1, {"start", "KT520_7", "online"}}, {4, {"get", "tools.DeviceName"}}}},
+        {"", {}},
+        {"\n\n# only a comment\n\t\n", {}},
+        {R"(type txtX "a \"b\" c\\d" "" pre"fix"post "\n")",
+         {{1, {"type", "txtX", R"(a "b" c\d)", "", "prefixpost", R"(\n)"}}}},
+        {"# a comment line\n  #indented comment\nselect comX #2 # the third entry\n"
+         "click cmdY #\ntype txtZ \"# not a comment\"\n",
+         {{3, {"select", "comX", "#2"}},
+          {4, {"click", "cmdY"}},
+          {5, {"type", "txtZ", "# not a comment"}}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.script);
+        const auto lines = LexScript(c.script);
+        ASSERT_EQ(lines.size(), c.lines.size());
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            EXPECT_EQ(lines[i].number, c.lines[i].first);
+            EXPECT_EQ(lines[i].words, c.lines[i].second);
+        }
+    }
 }
 
 // Numbers match in decimal, hexadecimal or exponent form, truth values in any

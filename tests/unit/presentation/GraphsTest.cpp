@@ -98,47 +98,12 @@ struct GraphBuilders : ::testing::Test {
     }
 };
 
-TEST_F(GraphBuilders, TrendSubsetsAreAValueTwoLimitLinesAndAReference) {
-    const form::ChartModel& breakaway = build(ChartBuilder::BreakawayPressure);
-    EXPECT_EQ(breakaway.points(), 20);
-    EXPECT_EQ(breakaway.subsetColor(0), 0xFF0000U);
-    EXPECT_EQ(breakaway.subsetLineType(0), 0);
-    EXPECT_EQ(breakaway.subsetColor(1), 255U);
-    EXPECT_EQ(breakaway.subsetLineType(2), 1);
-    EXPECT_EQ(breakaway.option("SubsetsToLegend"), 2);
-    EXPECT_EQ(breakaway.option("ComparisonSubsets"), 3);
-    EXPECT_EQ(breakaway.option("AllowZooming"), 2);
-    graphs.DestroyChart("pegoUnderTest");
-
-    const form::ChartModel& deviation = build(ChartBuilder::TravelDeviation);
-    EXPECT_NE(deviation.subsetColor(1), 255U);  // a colour of its own
-    graphs.DestroyChart("pegoUnderTest");
-
-    const form::ChartModel& travel = build(ChartBuilder::TravelVsTime);
-    EXPECT_EQ(travel.axis(ChartAxisId::Y).manualMin, 0.0);
-    EXPECT_EQ(travel.axis(ChartAxisId::Y).manualMax, 100.0);
-}
-
-TEST_F(GraphBuilders, TestAndFlowChartsTakeTheirOwnSettings) {
-    const form::ChartModel& hysteresis = build(ChartBuilder::HysteresisTest);
-    EXPECT_EQ(hysteresis.x(0, 0), 0.1);
-    EXPECT_EQ(hysteresis.y(0, 0), 0.1);
-    EXPECT_EQ(hysteresis.axis(ChartAxisId::X).manualScaleControl, 3);
-    EXPECT_EQ(hysteresis.option("AllowZooming"), 3);
-    graphs.DestroyChart("pegoUnderTest");
-
-    const form::ChartModel& valve = build(ChartBuilder::ValveTest);
-    EXPECT_EQ(valve.option("AllowPopup"), 1);
-    EXPECT_EQ(valve.option("ShowAnnotations"), 1);
-    EXPECT_EQ(valve.option("VertLineAnnotation"), -1);
-    graphs.DestroyChart("pegoUnderTest");
-
+// The flow chart has a point per curve point and waits for its page to show it.
+TEST_F(GraphBuilders, TheFlowChartTakesItsPointsAndStaysHidden) {
     const form::ChartModel& flow = build(ChartBuilder::FlowModification, 21);
     EXPECT_EQ(flow.points(), 21);
     EXPECT_EQ(flow.pointLabel(20), "20");
-    EXPECT_EQ(flow.subsetLineType(0), 10);
-    EXPECT_EQ(flow.subsetLineType(1), 3);
-    EXPECT_FALSE(uc.form().control("pegoUnderTest").visible());  // the flow page chooses
+    EXPECT_FALSE(uc.form().control("pegoUnderTest").visible());
 }
 
 TEST_F(GraphBuilders, TheMonitoringChartComparesTheLastSeriesOnTheRightAndFollowsTheLanguage) {

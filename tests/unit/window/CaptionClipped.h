@@ -1,12 +1,19 @@
-// Whether a widget's caption is cut off: a label's text, a button's caption
-// or a frame's title wider than the widget shows.
+// Whether a page's widgets are drawn whole: no caption cut off, none over its
+// frame's edge or over another.
 #pragma once
+
+#include "app/window/FormView.h"
 
 #include <QAbstractButton>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
 
 namespace kt500::window {
 
@@ -23,6 +30,29 @@ inline bool Clipped(const QWidget& widget) {
         return metrics.horizontalAdvance(frame->title()) > frame->width();
     }
     return false;
+}
+
+// Every widget the page shows is whole, inside its frame and over no other.
+inline void ExpectPageWhole(FormView& view, const form::Control& page) {
+    QWidget* pageWidget = view.widgetOf(page);
+    std::map<QWidget*, std::vector<QWidget*>> shownIn;
+    for (const form::Control* control : view.form().controls()) {
+        QWidget* w = view.widgetOf(*control);
+        if (w == nullptr || !form::Form::isInside(*control, page) ||
+            !w->isVisibleTo(pageWidget)) {
+            continue;
+        }
+        const std::string name = page.tag() + ": " + control->displayName();
+        EXPECT_FALSE(Clipped(*w)) << name << " is cut off";
+        if (QWidget* parent = w->parentWidget(); parent != nullptr && parent != &view) {
+            EXPECT_TRUE(parent->rect().contains(w->geometry())) << name << " leaves its frame";
+        }
+        for (QWidget* other : shownIn[w->parentWidget()]) {
+            EXPECT_FALSE(other->geometry().intersects(w->geometry()))
+                << name << " overlaps " << other->objectName().toStdString();
+        }
+        shownIn[w->parentWidget()].push_back(w);
+    }
 }
 
 }  // namespace kt500::window

@@ -1,8 +1,7 @@
-// The monitoring chart in the window: the Qt Charts view mirrors the chart
-// model (series, names, points, axes) after its batched redraw, and its
-// CSV and PNG exports hold the chart.
+// The monitoring chart's view mirrors the chart model after its batched
+// redraw, and its CSV and PNG exports hold the chart.
 #include "app/window/ChartExport.h"
-#include "app/window/DesktopSession.h"
+#include "WindowTest.h"
 
 #include <QApplication>
 #include <QChart>
@@ -19,19 +18,10 @@
 namespace kt500::window {
 namespace {
 
-class ChartViewTest : public ::testing::Test {
+class ChartViewTest : public WindowTest {
 protected:
-    void SetUp() override {
-        simulator::SessionOptions options;
-        options.deviceKey = "KT520_7";
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        desktop.view().show();
-        desktop.settle();
-    }
-    form::Form& form() { return desktop.view().form(); }
-    QChartView* view() {
-        return qobject_cast<QChartView*>(desktop.view().widgetOf(form().control("pegoKT520")));
-    }
+    void SetUp() override { start("KT520_7"); }
+    QChartView* chart() { return qobject_cast<QChartView*>(widget("pegoKT520")); }
     // Monitoring for a while of virtual time, then the batch redraw.
     void monitor(int ms) {
         form().raiseClick(form().control("cmdHAMonitoring", 0));
@@ -39,7 +29,6 @@ protected:
         form().raiseClick(form().control("cmdHAMonitoring", 0));
         QTest::qWait(100);
     }
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
 TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
@@ -47,7 +36,7 @@ TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
     monitor(5000);
     const form::ChartModel& model = form().control("pegoKT520").chart();
     ASSERT_GT(model.points(), 5);
-    QChartView* chartView = view();
+    QChartView* chartView = chart();
     ASSERT_NE(chartView, nullptr);
     const auto series = chartView->chart()->series();
     ASSERT_EQ(series.size(), model.subsets());
@@ -89,8 +78,8 @@ TEST_F(ChartViewTest, TheExportedCsvHoldsEveryPoint) {
     EXPECT_EQ(last[1].toDouble(), model.y(0, model.points() - 1));
     EXPECT_EQ(last[0], DateTimeOfDays(model.x(0, model.points() - 1)).toString(Qt::ISODateWithMs));
     EXPECT_FALSE(ExportChartCsv(model, folder.filePath("no/such/folder/x.csv")));
-    ASSERT_NE(view(), nullptr);
-    EXPECT_TRUE(ExportChartPng(*view(), folder.filePath("monitoring.png")));
+    ASSERT_NE(chart(), nullptr);
+    EXPECT_TRUE(ExportChartPng(*chart(), folder.filePath("monitoring.png")));
     EXPECT_GT(QFile(folder.filePath("monitoring.png")).size(), 0);
 }
 

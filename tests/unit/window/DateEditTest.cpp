@@ -1,7 +1,5 @@
-// The device date in the window: one date editor in the year's row stands
-// for the day list, the month list and the year box of the form. It shows
-// what they hold, an edit reaches them as the user's own edits would (and
-// from there the device), and no date a device cannot hold can be entered.
+// The device date: one date editor in the year's row stands for the form's
+// day list, month list and year box, and enters only dates a device holds.
 #include "app/window/DateRows.h"
 #include "app/window/DesktopSession.h"
 #include "app/window/RowGaps.h"
@@ -118,15 +116,11 @@ TEST(DateRowsTest, TheDayAndMonthRowsAreDrawnByTheDatesRow) {
 
 class DateEditTest : public WindowTest {
 protected:
-    void start(const std::string& device, bool online) {
-        simulator::SessionOptions options;
-        options.deviceKey = device;
-        options.online = online;
-        startWindow(options);
-    }
-    void showPage(const std::string& node) {
-        view().gate().run([&] { form().raiseNodeClick(form().control("treeNavigation"), node); });
-        settle();
+    // The KT520's operation unit page, read from the device.
+    void readOperationUnit() {
+        start("KT520_7");
+        node("operationUnit");
+        toolbar("uploadCurrent");
     }
     QDateEdit* editor(std::string_view year, int index) {
         return qobject_cast<QDateEdit*>(view().widgetOf(form().control(year, index)));
@@ -148,10 +142,7 @@ protected:
 };
 
 TEST_F(DateEditTest, OneEditorShowsTheDateInTheYearsRowAndTheRowsCloseUp) {
-    start("KT520_7", true);
-    showPage("operationUnit");
-    view().toolbarAction("uploadCurrent")->trigger();
-    settle();
+    readOperationUnit();
 
     QDateEdit* edit = editor("txtHAOperationUnit", 2);
     ASSERT_NE(edit, nullptr);
@@ -178,10 +169,7 @@ TEST_F(DateEditTest, OneEditorShowsTheDateInTheYearsRowAndTheRowsCloseUp) {
 }
 
 TEST_F(DateEditTest, AnEditedDateReachesTheControlsTheConfirmationListAndTheDevice) {
-    start("KT520_7", true);
-    showPage("operationUnit");
-    view().toolbarAction("uploadCurrent")->trigger();
-    settle();
+    readOperationUnit();
     QDateEdit* edit = editor("txtHAOperationUnit", 2);
     ASSERT_NE(edit, nullptr);
     const QDate read = edit->date();
@@ -223,7 +211,7 @@ TEST_F(DateEditTest, AnEditedDateReachesTheControlsTheConfirmationListAndTheDevi
 
 TEST_F(DateEditTest, NoDateADeviceCannotHoldCanBeEntered) {
     start("PL500_2", false);
-    showPage("operationUnit");
+    node("operationUnit");
     QDateEdit* edit = editor("txtPLParams", 2);
     ASSERT_NE(edit, nullptr);
     EXPECT_EQ(edit->maximumDate(), LastDeviceDate());
@@ -259,10 +247,7 @@ TEST_F(DateEditTest, NoDateADeviceCannotHoldCanBeEntered) {
 }
 
 TEST_F(DateEditTest, AYearTheLogicRefusesShowsRedInTheEditor) {
-    start("KT520_7", true);
-    showPage("operationUnit");
-    view().toolbarAction("uploadCurrent")->trigger();
-    settle();
+    readOperationUnit();
     // The year as a script types it: the logic checks the whole date and
     // refuses it.
     form::Control& year = form().control("txtHAOperationUnit", 2);

@@ -1,9 +1,6 @@
-// The file page in the window: its file list is a file chooser of Qt's own,
-// embedded in the page. It opens in the session's save folder with the
-// page's pattern, a file chosen there is the path the page acts on (a save
-// writes it, a load reads it back onto the pages), and its Cancel brings
-// back the page from before, with no name kept.
-#include "app/window/DesktopSession.h"
+// The file page's chooser, embedded in the page: the file chosen is the one
+// saved or loaded, and Cancel brings back the page from before.
+#include "WindowTest.h"
 
 #include <QAction>
 #include <QApplication>
@@ -17,32 +14,17 @@
 namespace kt500::window {
 namespace {
 
-class FileChooserTest : public ::testing::Test {
+class FileChooserTest : public WindowTest {
 protected:
     void SetUp() override {
         ASSERT_TRUE(folder.isValid());
         simulator::SessionOptions options;
         options.deviceKey = "KT520_7";
         options.savePath = folder.path().toStdString();
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        desktop.view().show();
-        settle();
+        startWindow(options);
     }
-    void settle() {
-        desktop.settle();
-        QCoreApplication::processEvents();
-    }
-    form::Form& form() { return desktop.view().form(); }
     QFileDialog* chooser() {
-        return qobject_cast<QFileDialog*>(desktop.view().widgetOf(form().control("filOpenFile")));
-    }
-    // Presses a toolbar item as the user does.
-    void toolbar(const char* key) {
-        QAction* action = desktop.view().toolbarAction(key);
-        ASSERT_NE(action, nullptr);
-        ASSERT_TRUE(action->isEnabled());
-        action->trigger();
-        settle();
+        return qobject_cast<QFileDialog*>(widget("filOpenFile"));
     }
     // Chooses a file in the chooser and presses its Open button.
     void open(const QString& path) {
@@ -57,7 +39,6 @@ protected:
     std::string currentFrame() { return desktop.session().control().m_objTools->CurrentFrame; }
 
     QTemporaryDir folder;
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
 };
 
 TEST_F(FileChooserTest, TheChooserOpensInTheSaveFolderWithThePagesPattern) {
@@ -75,7 +56,7 @@ TEST_F(FileChooserTest, TheChooserOpensInTheSaveFolderWithThePagesPattern) {
 }
 
 TEST_F(FileChooserTest, AFileChosenForTheSaveIsWrittenAndLoadsBack) {
-    form().raiseNodeClick(form().control("treeNavigation"), "operationUnit");
+    node("operationUnit");
     toolbar("uploadCurrent");
     const std::string frame = currentFrame();
     const std::string saved = form().control("txtHAOperationUnit", 0).text();
@@ -105,8 +86,7 @@ TEST_F(FileChooserTest, AFileChosenForTheSaveIsWrittenAndLoadsBack) {
 }
 
 TEST_F(FileChooserTest, CancelBringsBackThePageAndKeepsNoName) {
-    form().raiseNodeClick(form().control("treeNavigation"), "alertSettings");
-    settle();
+    node("alertSettings");
     const std::string frame = currentFrame();
     toolbar("open");
     ASSERT_TRUE(filePageShown());

@@ -1,6 +1,5 @@
-// The main window around the control: one session at a time, resizable
-// with the control scrolling inside it, the header with the device and its
-// tag, the status bar, and the geometry kept between runs.
+// The main window: one session at a time, scrolling, header, status bar and
+// geometry kept between runs.
 #include "app/window/MainWindow.h"
 
 #include <QLabel>

@@ -1,8 +1,5 @@
-// How the pages read in the window: rows close up over a hidden row, an
-// on/off list is a check box that acts as the list would, counts are
-// grouped, the device type shows its model name, each page's buttons have
-// their own Alt letters, and a trend chart's bottom axis tells the running
-// time with the page saying the trend's time span.
+// Hidden rows, on/off lists, grouped counts, model names, Alt letters and
+// trend charts as the pages show them.
 #include "app/window/DesktopSession.h"
 #include "app/window/RowGaps.h"
 #include "WindowTest.h"
@@ -15,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineSeries>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
@@ -24,26 +22,13 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
-#include <utility>
 
 namespace kt500::window {
 namespace {
 
 class PageLayoutTest : public WindowTest {
 protected:
-    void start(const std::string& device) {
-        simulator::SessionOptions options;
-        options.deviceKey = device;
-        startWindow(options);
-    }
-    void node(const std::string& key) {
-        form().raiseNodeClick(form().control("treeNavigation"), key);
-        settle();
-    }
-    void uploadAll() {
-        form().raiseToolbarClick(form().control("smuiDTM", 1), "uploadAll");
-        settle();
-    }
+    void uploadAll() { toolbar("uploadAll"); }
 };
 
 TEST_F(PageLayoutTest, RowsBelowAHiddenRowCloseUpAndMoveBackWhenItShows) {
@@ -187,14 +172,15 @@ TEST_F(PageLayoutTest, AltAndTheButtonsLetterPressesIt) {
     EXPECT_FALSE(Mnemonic(button->text()).isNull());
 }
 
-TEST_F(PageLayoutTest, TheTrendAxisTellsTheRunningTimeAndThePageTheTimeSpan) {
+TEST_F(PageLayoutTest, TheTrendChartShowsTheSamplesWithTheRunningTimeAndThePageTheTimeSpan) {
     start("KT520_7");
     uploadAll();
     node("loadFactor");
-    QTest::qWait(100);
+    QTest::qWait(100);  // the chart's batched redraw
     const form::ChartModel& model = form().control("pegoLoadFactor").chart();
     auto* chart = qobject_cast<QChartView*>(widget("pegoLoadFactor"));
     ASSERT_NE(chart, nullptr);
+    EXPECT_TRUE(chart->isVisible());
     const auto axes = chart->chart()->axes(Qt::Horizontal);
     ASSERT_EQ(axes.size(), 1);
     auto* time = qobject_cast<QCategoryAxis*>(axes.front());
@@ -212,40 +198,25 @@ TEST_F(PageLayoutTest, TheTrendAxisTellsTheRunningTimeAndThePageTheTimeSpan) {
     EXPECT_FALSE(span.empty());
     EXPECT_NEAR(std::stod(span), -std::stod(model.pointLabel(0)), 0.05);
     EXPECT_EQ(qobject_cast<QLabel*>(widget("lblHATrendTime", 0))->text().toStdString(), span);
-}
 
-
-// The test type list of both positioners offers the step and the hysteresis
-// test in the window, in the session's language, as the page's list holds
-// them.
-class TestTypeListTest : public PageLayoutTest,
-                         public ::testing::WithParamInterface<std::pair<const char*, int>> {};
-
-TEST_P(TestTypeListTest, OffersBothTestsInTheSessionsLanguage) {
-    const auto [device, element] = GetParam();
-    simulator::SessionOptions options;
-    options.deviceKey = device;
-    options.language = "1031";
-    options.frameLanguage = "1031";
-    startWindow(options);
-    uploadAll();
-    node("testSettings");
-    const form::Control& list = form().control("comTestType", element);
-    auto* box = qobject_cast<QComboBox*>(widget("comTestType", element));
-    ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->isVisibleTo(&view()));
-    QStringList shown;
-    for (int i = 0; i < box->count(); ++i) {
-        shown << box->itemText(i);
+    // The device's samples, the alarm limit line at the page's limit, and no
+    // legend of unlabelled marks.
+    const auto series = chart->chart()->series();
+    ASSERT_EQ(series.size(), 4);
+    auto* values = qobject_cast<QLineSeries*>(series[0]);
+    ASSERT_TRUE(values != nullptr && values->count() == 20);
+    simulator::SimulatedControl& device = desktop.session().bl().simulatedControl();
+    for (int point = 0; point < 20; ++point) {
+        const std::string name = (point < 10 ? "loadFactorVal0" : "loadFactorVal") +
+                                 std::to_string(point);
+        EXPECT_NEAR(values->at(point).y(), std::stod(device.deviceValue(name).value_or("nan")),
+                    1e-4)
+            << name;
     }
-    const std::string entries = shown.join(u'|').toStdString();
-    EXPECT_EQ(box->count(), list.listCount()) << entries;
-    EXPECT_TRUE(shown.contains(QStringLiteral("Sprungtest"))) << entries;
-    EXPECT_TRUE(shown.contains(QStringLiteral("Hysteresetest"))) << entries;
+    EXPECT_EQ(qobject_cast<QLineSeries*>(series[1])->at(10).y(), 90.0);
+    EXPECT_FALSE(chart->chart()->legend()->isVisible());
 }
 
-INSTANTIATE_TEST_SUITE_P(Positioners, TestTypeListTest,
-                         ::testing::Values(std::pair{"KT520_7", 1}, std::pair{"KT540_1.0", 0}));
 
 }  // namespace
 }  // namespace kt500::window

@@ -1,3 +1,4 @@
+#include "app/window/MessageKind.h"
 #include "app/window/QtDialogs.h"
 
 #include <QApplication>
@@ -20,9 +21,11 @@ struct Shown {
     QMessageBox::StandardButtons buttons;
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
     QString title;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
 };
 
-Shown Show(int buttonSet, int defaultButton, const std::function<void(QMessageBox&)>& press) {
+Shown Show(int buttonSet, int defaultButton, const std::function<void(QMessageBox&)>& press,
+           const std::string& header = "Data changed", const std::string& text = "Reload?") {
     Shown shown;
     QTimer::singleShot(0, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -30,11 +33,12 @@ Shown Show(int buttonSet, int defaultButton, const std::function<void(QMessageBo
         shown.buttons = box->standardButtons();
         shown.defaultButton = box->standardButton(box->defaultButton());
         shown.title = box->windowTitle();
+        shown.icon = box->icon();
         press(*box);
     });
     QtDialogs dialogs;
-    dialogs.ShowMessage(0, buttonSet, defaultButton, "Data changed", "Reload?", shown.pressed,
-                        shown.result);
+    dialogs.setTexts([] { return MessageTexts{"Error", "Value check", "", ""}; });
+    dialogs.ShowMessage(0, buttonSet, defaultButton, header, text, shown.pressed, shown.result);
     return shown;
 }
 
@@ -58,6 +62,16 @@ TEST(QtDialogs, AQuestionAnswersYesOrNoAndAMessageOk) {
         Show(1, 4, [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
     EXPECT_EQ(message.buttons, QMessageBox::Ok);
     EXPECT_EQ(message.pressed, services::ButtonOk);
+}
+
+TEST(QtDialogs, EachBoxShowsTheIconOfItsKind) {
+    const auto icon = [](int buttons, const std::string& header, const std::string& text) {
+        return Show(buttons, 4, [](QMessageBox& box) { box.reject(); }, header, text).icon;
+    };
+    EXPECT_EQ(icon(4, "Data changed", "Reload?"), QMessageBox::Question);
+    EXPECT_EQ(icon(1, "cmdSend_Click", "Type mismatch"), QMessageBox::Critical);
+    EXPECT_EQ(icon(1, "Value check", "Out of range"), QMessageBox::Warning);
+    EXPECT_EQ(icon(1, "Operation unit", "Nothing to upload"), QMessageBox::Information);
 }
 
 }  // namespace

@@ -1,16 +1,10 @@
-// The window on the screens engineers use: at 1280 x 800 and 1920 x 1080,
-// each at 150 % and at 200 % (the test program runs once per screen, the screen
-// given to the offscreen platform; see tests/CMakeLists.txt). Maximised,
-// every control of every page of each family is shown whole, none covers
-// another, and every page fits the window or scrolls inside it.
+// Maximised on each screen of tests/CMakeLists.txt, every page of each family
+// is shown whole and fits the window or scrolls inside it.
 #include "app/window/MainWindow.h"
 
 #include "BoxCloser.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QGroupBox>
-#include <QLabel>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -19,13 +13,11 @@
 #include <QTreeWidget>
 
 #include "CaptionClipped.h"
+#include "WindowTest.h"
 
 #include <gtest/gtest.h>
 
-#include <cctype>
-#include <map>
 #include <optional>
-#include <vector>
 
 namespace kt500::window {
 namespace {
@@ -48,32 +40,6 @@ std::optional<Screen> GivenScreen() {
 
 class WindowCoverage : public ::testing::TestWithParam<const char*> {
 protected:
-    void expectPageWhole(FormView& view, const form::Control& page) {
-        form::Form& form = view.form();
-        QWidget* pageWidget = view.widgetOf(page);
-        std::map<QWidget*, std::vector<QWidget*>> shownIn;
-        for (const form::Control* control : form.controls()) {
-            QWidget* w = view.widgetOf(*control);
-            if (w == nullptr || !form::Form::isInside(*control, page) ||
-                !w->isVisibleTo(pageWidget)) {
-                continue;
-            }
-            const std::string name = control->displayName();
-            EXPECT_FALSE(Clipped(*w)) << page.tag() << ": " << name << " is cut off";
-            // Inside its container: nothing hangs over the frame's edge.
-            if (QWidget* parent = w->parentWidget(); parent != nullptr && parent != &view) {
-                EXPECT_TRUE(parent->rect().contains(w->geometry()))
-                    << page.tag() << ": " << name << " leaves its frame";
-            }
-            for (QWidget* other : shownIn[w->parentWidget()]) {
-                EXPECT_FALSE(other->geometry().intersects(w->geometry()))
-                    << page.tag() << ": " << name << " overlaps "
-                    << other->objectName().toStdString();
-            }
-            shownIn[w->parentWidget()].push_back(w);
-        }
-    }
-
     BoxCloser boxes;
     QTemporaryDir folder;
 };
@@ -121,13 +87,10 @@ TEST_P(WindowCoverage, EveryPageShowsEveryControlWholeOnTheScreen) {
         view.gate().run(
             [&] { form.raiseNodeClick(form.control("treeNavigation"), node.key); });
         QCoreApplication::processEvents();
-        const std::string frame = window.session()->session().control().m_objTools->CurrentFrame;
-        for (const form::Control* control : form.controls()) {
-            if (control->kind() == form::ControlKind::Frame && control->container() == nullptr &&
-                control->tag() == frame && control->visible()) {
-                ++pages;
-                expectPageWhole(view, *control);
-            }
+        if (const form::Control* page = ShownPage(
+                form, window.session()->session().control().m_objTools->CurrentFrame)) {
+            ++pages;
+            ExpectPageWhole(view, *page);
         }
     }
     EXPECT_GE(pages, 10);
@@ -135,13 +98,7 @@ TEST_P(WindowCoverage, EveryPageShowsEveryControlWholeOnTheScreen) {
 
 INSTANTIATE_TEST_SUITE_P(EachFamily, WindowCoverage,
                          ::testing::Values("KT520_7", "KT540_1.0", "PL500_2"),
-                         [](const ::testing::TestParamInfo<const char*>& info) {
-                             std::string name = info.param;
-                             for (char& c : name) {
-                                 c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
-                             }
-                             return name;
-                         });
+                         [](const auto& info) { return TestNameOf(info.param); });
 
 }  // namespace
 }  // namespace kt500::window

@@ -1,8 +1,7 @@
-// States that read right in the window: a disabled field looks disabled
-// while the logic's colours still show on enabled ones, a field tells the
-// range of its parameter, the tree's pane widens with its handle and never
-// cuts a caption, and pictures are drawn at the screen's pixel ratio.
+// Disabled fields, range tool tips, the tree's pane, time stamps, the Tab
+// order and pictures at the screen's pixel ratio.
 #include "app/window/DesktopSession.h"
+#include "WindowTest.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -21,25 +20,9 @@ namespace {
 
 constexpr std::uint32_t kBlue = 0xFF0000;  // BGR, as the logic writes a changed value
 
-class WindowStatesTest : public ::testing::Test {
+class WindowStatesTest : public WindowTest {
 protected:
-    void start(const std::string& language = "1033") {
-        simulator::SessionOptions options;
-        options.deviceKey = "KT520_7";
-        options.language = language;
-        options.frameLanguage = language;
-        ASSERT_TRUE(desktop.start(options, nullptr, TwipScale()));
-        desktop.view().show();
-        desktop.settle();
-        QCoreApplication::processEvents();
-    }
-    FormView& view() { return desktop.view(); }
-    form::Form& form() { return view().form(); }
-    QWidget* widget(std::string_view name, int index = -1) {
-        return view().widgetOf(form().control(name, index));
-    }
-
-    DesktopSession desktop{KT500_SHARE_DIR, {}};
+    void start(const std::string& language = "1033") { WindowTest::start("KT520_7", true, language); }
 };
 
 TEST_F(WindowStatesTest, ADisabledFieldLooksDisabledAndAnEnabledOneKeepsTheLogicsColours) {
@@ -131,11 +114,18 @@ TEST_F(WindowStatesTest, TheTreesPaneWidensWithItsHandleAndNeverCutsACaption) {
     EXPECT_EQ(view().treeExtra(), view().minimumTreeExtra());
     EXPECT_EQ(tree->horizontalScrollBar()->maximum(), 0);
 
-    // With the tree hidden the page takes the whole width, as the form says.
+    // With the tree hidden the page takes the whole width, as the form says,
+    // and shown again the page is back beside it.
+    const int widened = view().widgetOf(*page)->x();
     view().toolbarAction("hideTree")->trigger();
+    EXPECT_FALSE(tree->isVisible());
     EXPECT_FALSE(handle->isVisible());
+    EXPECT_TRUE(view().toolbarAction("hideTree")->isChecked());
     EXPECT_EQ(view().widgetOf(*page)->x(), view().scale().pixels(page->left()));
     EXPECT_EQ(view().width(), view().scale().pixels(form::Form::kUserControlWidth));
+    view().toolbarAction("hideTree")->trigger();
+    EXPECT_TRUE(tree->isVisible());
+    EXPECT_EQ(view().widgetOf(*page)->x(), widened);
 }
 
 TEST_F(WindowStatesTest, APagesTimeStampSaysWhatItIs) {
