@@ -59,9 +59,7 @@ TEST(CurveArithmetic, TheTextOfTheModifiedCurveListsEveryRow) {
 }
 
 TEST(CurveArithmetic, InstalledEqualPercentageToLinearInvertsTheCurve) {
-    // 1/25 installed, linear desired, eleven points: at 10 % the installed
-    // curve reaches 10 % between 40 % (10.5 at row 8... below it 6.51 at
-    // row 6, 10.5 at row 8): hand computed from the formula.
+    // 1/25 installed, linear desired, eleven points, computed by hand.
     const CurveTable table = TableOf(*PresetCurve("1/25"), *PresetCurve("Linear"));
     const ModifiedCurve curve = CalculateModifiedCurve(table, 11);
     // B[1] = 10: A = 0, 1.52, 3.61, 6.51, 10.5 -> k = 4, R = (10 - 6.51) / (10.5 - 6.51) * 10 + 30.
@@ -72,9 +70,7 @@ TEST(CurveArithmetic, InstalledEqualPercentageToLinearInvertsTheCurve) {
 }
 
 TEST(CurveArithmetic, InverseOfTheForwardCurveReturnsTheInputForEveryPreset) {
-    // Forward: apply an installed curve to the identity modification; the
-    // result is the installed curve. Inverse of that at the installed
-    // values gives the identity back.
+    // Forward through the identity gives the installed curve; its inverse the identity.
     for (const int points : {11, 21}) {
         for (const char* name : kPresetNames) {
             const CurveRowList& installed = *PresetCurve(name);
