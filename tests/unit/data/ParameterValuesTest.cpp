@@ -199,16 +199,6 @@ TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
     EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
 }
 
-TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
-    const auto [day, month, year] = DateFields(uc);
-    uc.values.FillDateFields();
-    offline("deviceDate", "15.3.2024", 0);
-    EXPECT_EQ(day->listIndex(), 14);
-    EXPECT_EQ(month->listIndex(), 2);
-    EXPECT_EQ(year->text(), "2024");
-    EXPECT_EQ(month->foreColor(), devices::ColorChanged);
-}
-
 TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
     TestUserControl uc(Keys("PL500_2"));
     const auto field = [&](ControlKind kind, const char* name, int index) -> form::Control& {
