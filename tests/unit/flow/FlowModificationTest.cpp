@@ -76,8 +76,6 @@ TEST_F(FlowPageTest, TheHartPageWritesEvenRowsAndThePaClassEveryRow) {
     EXPECT_EQ(point(10), "20");
     EXPECT_FALSE(kt->tools().UpdateCurveFlag);
     EXPECT_FALSE(kt->tools().value_saved);
-    EXPECT_EQ(FlowPageOf("PA", 21, 1).labelElement, 11);
-    EXPECT_EQ(FlowPageOf("HA", 11, 0).labelElement, 15);
 }
 
 TEST_F(FlowPageTest, ThePaPageReadsEveryRowOfAPreset) {
