@@ -74,34 +74,6 @@ TEST_F(AutoActionEventsTest, AFailedTestGivesEverythingBackButSettings) {
     EXPECT_EQ(uc.messages[0], "testInfo: commonTestText1");
 }
 
-TEST_F(AutoActionEventsTest, AStoppedTestEndsAndARefusedStopOnlyTells) {
-    uc.tools().CurrentAutoAction = Action::Test;
-    calibrations.IQDLGuiEvent_AutoActionStopped(false);
-    EXPECT_EQ(uc.tools().CurrentAutoAction, Action::Test);
-
-    calibrations.IQDLGuiEvent_AutoActionStopped(true);
-    EXPECT_EQ(uc.tools().CurrentAutoAction, Action::None);
-    EXPECT_FALSE(control("smuiDTM", 1).toolbar().item("stop").enabled);
-    ASSERT_EQ(uc.messages.size(), 2U);
-    EXPECT_EQ(uc.messages[0], "testInfo: commonTestText2");
-    EXPECT_EQ(uc.messages[1], "testInfo: testStopped");
-}
-
-TEST_F(AutoActionEventsTest, ARefusedSecondPressureCodeChangesNothing) {
-    uc.tools().CurrentAutoAction = Action::Calibration;
-    uc.tools().CurrentCalibration = Code::PressureSecondPoint;
-    uc.tools().CalibrationStep = 5;
-    control("lblHAPressureSensorCal").setCaption("pressureSensorCalText10");
-
-    calibrations.CalibrationValueSet(false);
-    EXPECT_EQ(uc.tools().CalibrationStep, 5);
-    EXPECT_EQ(control("lblHAPressureSensorCal").caption(), "pressureSensorCalText10");
-
-    calibrations.CalibrationValueSet(true);
-    EXPECT_EQ(uc.tools().CalibrationStep, 6);
-    EXPECT_EQ(control("lblHAPressureSensorCal").caption(), "pressureSensorCalText11");
-}
-
 TEST_F(AutoActionEventsTest, TheCoefficientFollowsTheScaleOfThePage) {
     SensorCalibrations& sensors = calibrations.sensors();
     for (const auto& [scale, coefficient] :

@@ -51,34 +51,6 @@ TEST(PageHandlersTest, LeavingAnEditedFieldAgainWithoutTypingAddsNoSecondRow) {
     EXPECT_EQ(page.pendingRows(), 1);
 }
 
-// The program's own writes (replies, start-up, units) are no edits: a field
-// that the user only passes through adds no row and changes no sign.
-TEST(PageHandlersTest, ProgramWritesAndAFocusPassingThroughAreNoEdits) {
-    AlertPage page;
-    form::Control& limit = page.uc.form().control("txtHAAlertLimit", 0);
-    form::Control& other = page.uc.form().control("txtHAAlertLimit", 1);
-    other.setText("42");
-    page.uc.form().raiseGotFocus(limit);
-    page.uc.form().raiseLostFocus(limit);
-    EXPECT_EQ(page.pendingRows(), 0);
-    EXPECT_EQ(other.foreColor(), devices::ColorSynchronised);
-    for (const form::Control* mark : page.uc.form().elements("imgHAAlertSettings")) {
-        EXPECT_FALSE(mark->visible()) << mark->displayName();
-    }
-    EXPECT_EQ(page.node(), "read");
-}
-
-// A refusal takes the row of an earlier good edit of the same field away.
-TEST(PageHandlersTest, ARefusedValueTakesBackTheFieldsPendingRow) {
-    AlertPage page;
-    form::Control& limit = page.uc.form().control("txtHAAlertLimit", 0);
-    page.edit(limit, "80");
-    ASSERT_EQ(page.pendingRows(), 1);
-    page.edit(limit, "150");
-    EXPECT_EQ(page.pendingRows(), 0);
-    EXPECT_EQ(limit.foreColor(), devices::ColorRefused);
-}
-
 TEST(PageHandlersTest, AListBoxShowsAChangeOnlyWhenItsEntryDiffers) {
     for (const auto& [entry, changed] : {std::pair{1, false}, {0, true}}) {
         AlertPage page;

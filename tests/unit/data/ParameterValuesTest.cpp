@@ -199,16 +199,6 @@ TEST_F(SetItemValueTest, OfflineStateColoursTheFieldAndItsMark) {
     EXPECT_EQ(hartTag.foreColor(), devices::ColorChanged);
 }
 
-TEST_F(SetItemValueTest, DeviceDateGoesToTheDateFieldsWithTheStateColour) {
-    const auto [day, month, year] = DateFields(uc);
-    uc.values.FillDateFields();
-    offline("deviceDate", "15.3.2024", 0);
-    EXPECT_EQ(day->listIndex(), 14);
-    EXPECT_EQ(month->listIndex(), 2);
-    EXPECT_EQ(year->text(), "2024");
-    EXPECT_EQ(month->foreColor(), devices::ColorChanged);
-}
-
 TEST(SetItemValuePL500Test, TwoPartTestScheduleGoesToItsFields) {
     TestUserControl uc(Keys("PL500_2"));
     const auto field = [&](ControlKind kind, const char* name, int index) -> form::Control& {
@@ -315,22 +305,6 @@ TEST_F(LoadPagesFromDocumentTest, NodesOfTheModeAndValuesOnThePage) {
     EXPECT_EQ(icon("hartConfiguration"), "read");
 }
 
-TEST_F(LoadPagesFromDocumentTest, TimeStampInTheLocalesDateAndTime) {
-    const LocaleGuard locale{QLocale::German};
-    form::Control& stamp = uc.addField(ControlKind::Label, "lblTimeStamp", 0, "fraKT520",
-                                       kOperationUnit, "HAoperationUnit");
-    for (xml::Node group : uc.parameterNode().firstChildElement("requestGroups").childElements()) {
-        if (group.attribute("name") == "operationUnit") {
-            group.setAttribute("lastUpdate", "2024-03-01 10:15:00");
-        }
-    }
-    uc.values.UpdateGroupTimeStamp("operationUnit");
-    EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
-    stamp.setCaption("kept");
-    uc.values.UpdateGroupTimeStamp("hartAddress");  // no such group: nothing
-    EXPECT_EQ(stamp.caption(), "kept");
-}
-
 // The groups of the live document are looked up by name from an index: the
 // stamp is read afresh each time, and a group that comes with a new live
 // document is found once the old one was forgotten.
@@ -359,6 +333,8 @@ TEST_F(LoadPagesFromDocumentTest, TimeStampFollowsTheLiveDocument) {
     setStamp("operationUnit", "");
     stamp.setCaption("kept");
     uc.values.UpdateGroupTimeStamp("operationUnit");  // an empty stamp: nothing
+    EXPECT_EQ(stamp.caption(), "kept");
+    uc.values.UpdateGroupTimeStamp("hartAddress");  // no such group: nothing
     EXPECT_EQ(stamp.caption(), "kept");
 
     // A group the live document gains, as a new document brings it.

@@ -1,6 +1,4 @@
-// The upload chains. The scenario upload runs a chain against the BL (the
-// progress shown, the toolbar given back, the communication sign's timer),
-// the scenario reload the question before a page is read again.
+// The upload chains; a chain against the BL is in the scenarios upload and reload.
 #include "data/Uploads.h"
 #include "unit/data/DataTestSupport.h"
 

@@ -6,7 +6,6 @@
 #include "devices/DeviceClass.h"
 #include "devices/SeparatedList.h"
 #include "services/IDtmDialogs.h"
-#include "support/RecordingServices.h"
 #include "support/TestUserControl.h"
 
 #include <gtest/gtest.h>
@@ -100,30 +99,6 @@ TEST_F(ConfirmationTest, OnlineSendWritesCheckedRowsOnePerPage) {
     EXPECT_TRUE(uc.form().control("ProgressBar1").visible());
 }
 
-// A page holding a refused value or an invalid device date sends nothing at
-// all, and says which field stops it.
-TEST_F(ConfirmationTest, ARefusedFieldOrAnInvalidDateStopsTheWholeSend) {
-    for (const bool dateInvalid : {false, true}) {
-        SCOPED_TRACE(dateInvalid ? "date" : "refused field");
-        sent.clear();
-        rows().clear();
-        uc.confirmation.AddConfirmationRow("hartTag", "HAoperationUnit", "", "A", "B");
-        form::Control& description = uc.form().control("txtHAOperationUnit", 1);
-        description.setForeColor(dateInvalid ? devices::ColorSynchronised : devices::ColorRefused);
-        uc.deviceClass().SetDeviceDate(15, 3, dateInvalid ? 2156 : 2024);
-
-        uc.confirmation.cmdSend_Click(kConfirmationSend);
-
-        EXPECT_TRUE(sent.empty());
-        EXPECT_EQ(rows().count(), 1);
-        EXPECT_EQ(uc.messages,
-                  std::vector<std::string>{uc.Translate("valueCheck") + ": " +
-                                           uc.Translate("invalidValue") + " " +
-                                           uc.Translate(dateInvalid ? "deviceDate" : "description")});
-        uc.messages.clear();
-    }
-}
-
 TEST_F(ConfirmationTest, EmptyNumericValueBlocksTheSendUnlessUnticked) {
     uc.confirmation.AddConfirmationRow("hartTag", "HAoperationUnit", "", "A", "");
     uc.confirmation.AddConfirmationRow("splitRangeLow", "HAvalveRelatedConfigurations", "", "0",
@@ -149,33 +124,6 @@ TEST_F(ConfirmationTest, SendButtonFollowsTheTicksAndTheFlowPageOneSendsNothing)
     uc.confirmation.cmdUnSelectAll_Click();
     EXPECT_FALSE(rows().row(1).checked);
     EXPECT_FALSE(send.enabled());
-}
-
-// The real request of a send: a declined item of a special set is put back
-// from the snapshot. The set travelling whole is followed by the online
-// send scenario.
-TEST_F(ConfirmationTest, DeclinedItemOfASpecialSetIsRestored) {
-    auto log = std::make_shared<testing::CallLog>();
-    uc.controlDouble = std::make_shared<testing::RecordingControl>(log);
-    uc.sendRequestHook = nullptr;
-    form::Control& low = uc.form().control("txtHAPositionControl", 3);
-    form::Control& high = uc.form().control("txtHAPositionControl", 4);
-    low.setText("0");
-    high.setText("100");
-    TakeSnapshot("HAvalveRelatedConfigurations");
-    low.setText("5");
-    high.setText("90");
-    uc.confirmation.AddConfirmationRow("splitRangeLow", "HAvalveRelatedConfigurations", "", "0",
-                                       "5");
-    uc.confirmation.AddConfirmationRow("splitRangeHigh", "HAvalveRelatedConfigurations", "", "100",
-                                       "90");
-    rows().setChecked(2, false);
-
-    uc.confirmation.cmdSend_Click(kConfirmationSend);
-
-    EXPECT_EQ(log->size(), 1U);
-    EXPECT_EQ(high.text(), "100");
-    EXPECT_EQ(low.text(), "5");
 }
 
 TEST_F(ConfirmationTest, UndoAllPagesRestoresEveryUndoPageAndKeepsTheCurrentOne) {

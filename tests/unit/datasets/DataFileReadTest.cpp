@@ -90,20 +90,6 @@ TEST_F(DataFileReadTest, RefusesBytesThatAreNoDataFile) {
     EXPECT_EQ(Reason("<dtm xmlns='urn:other' deviceType='KT520' revision='7'/>"), "dataFileNoDtm");
 }
 
-TEST_F(DataFileReadTest, RefusesDoctypesAndEntitiesBeforeTheyAreRead) {
-    const std::string laughs =
-        "<?xml version='1.0'?><!DOCTYPE dtm [<!ENTITY a 'aaaaaaaaaa'>"
-        "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'>]>"
-        "<dtm deviceType='KT520' revision='7'>" +
-        Response("operationUnit",
-                 "<item name='hartTag' unit='noUnit'><stringVal>&b;</stringVal></item>") +
-        "</dtm>";
-    EXPECT_EQ(Reason(laughs), "dataFileDoctype");
-    EXPECT_EQ(Reason("<!DOCTYPE dtm SYSTEM 'file:///etc/passwd'><dtm deviceType='KT520' "
-                     "revision='7'/>"),
-              "dataFileDoctype");
-}
-
 TEST_F(DataFileReadTest, RefusesAnotherDeviceOrRevisionNamingTheFilesOwn) {
     const DataFileRead other = Read(File("", "<dtm deviceType='KT540' revision='7'>"));
     EXPECT_EQ(other.reasonKey, "errDeviceMismatch");

@@ -36,8 +36,6 @@ TEST(CurveArithmetic, PresetsRunFromZeroToHundredAndRiseStrictly) {
             EXPECT_GT((*curve)[row], (*curve)[row - 1]) << name << " row " << row;
         }
     }
-    EXPECT_FLOAT_EQ((*PresetCurve("Quick 1/50"))[1], 31.91F);
-    EXPECT_FLOAT_EQ((*PresetCurve("Dovra M"))[19], 72.28636F);
 }
 
 TEST(CurveArithmetic, PointsTakeEvenRowsOnElevenPointsAndEveryRowOnTwentyOne) {
@@ -51,30 +49,17 @@ TEST(CurveArithmetic, PointsTakeEvenRowsOnElevenPointsAndEveryRowOnTwentyOne) {
     EXPECT_THROW((void)RowOfPoint(12, 0), std::out_of_range);
 }
 
-TEST(CurveArithmetic, LinearOnBothSidesIsTheIdentity) {
-    const CurveRowList& linear = *PresetCurve("Linear");
-    const CurveTable table = TableOf(linear, linear);
-
-    const ModifiedCurve hart = CalculateModifiedCurve(table, 11);
-    for (int j = 0; j < 11; ++j) {
-        EXPECT_FLOAT_EQ(hart.rows[2 * j], 10.0F * j) << j;
-        if (j < 10) {
-            EXPECT_EQ(hart.rows[2 * j + 1], 0.0F) << j;
-        }
-    }
-    EXPECT_EQ(hart.text, "0 0 10 0 20 0 30 0 40 0 50 0 60 0 70 0 80 0 90 0 100 0 ");
-
-    const ModifiedCurve pa = CalculateModifiedCurve(table, 21);
-    for (int j = 0; j < 21; ++j) {
-        EXPECT_FLOAT_EQ(pa.rows[j], 5.0F * j) << j;
-    }
-    EXPECT_EQ(pa.text.substr(0, 12), "0 5 10 15 20");
+// The identity's values are in the inverse test below; here the text form,
+// whose odd rows on eleven points are zero.
+TEST(CurveArithmetic, TheTextOfTheModifiedCurveListsEveryRow) {
+    const CurveTable table = TableOf(*PresetCurve("Linear"), *PresetCurve("Linear"));
+    EXPECT_EQ(CalculateModifiedCurve(table, 11).text,
+              "0 0 10 0 20 0 30 0 40 0 50 0 60 0 70 0 80 0 90 0 100 0 ");
+    EXPECT_EQ(CalculateModifiedCurve(table, 21).text.substr(0, 12), "0 5 10 15 20");
 }
 
 TEST(CurveArithmetic, InstalledEqualPercentageToLinearInvertsTheCurve) {
-    // 1/25 installed, linear desired, eleven points: at 10 % the installed
-    // curve reaches 10 % between 40 % (10.5 at row 8... below it 6.51 at
-    // row 6, 10.5 at row 8): hand computed from the formula.
+    // 1/25 installed, linear desired, eleven points, computed by hand.
     const CurveTable table = TableOf(*PresetCurve("1/25"), *PresetCurve("Linear"));
     const ModifiedCurve curve = CalculateModifiedCurve(table, 11);
     // B[1] = 10: A = 0, 1.52, 3.61, 6.51, 10.5 -> k = 4, R = (10 - 6.51) / (10.5 - 6.51) * 10 + 30.
@@ -85,9 +70,7 @@ TEST(CurveArithmetic, InstalledEqualPercentageToLinearInvertsTheCurve) {
 }
 
 TEST(CurveArithmetic, InverseOfTheForwardCurveReturnsTheInputForEveryPreset) {
-    // Forward: apply an installed curve to the identity modification; the
-    // result is the installed curve. Inverse of that at the installed
-    // values gives the identity back.
+    // Forward through the identity gives the installed curve; its inverse the identity.
     for (const int points : {11, 21}) {
         for (const char* name : kPresetNames) {
             const CurveRowList& installed = *PresetCurve(name);

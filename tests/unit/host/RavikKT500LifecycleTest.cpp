@@ -159,14 +159,8 @@ TEST_F(RavikKT500Lifecycle, TraceLevelsAreExclusive) {
     }
 }
 
-TEST_F(RavikKT500Lifecycle, LanguageListWithoutTheSessionLanguageSelectsTheFirst) {
-    services.languageDouble->ids = {1031, 9999};  // "1033" is not offered
-    started();
-    EXPECT_EQ(control->form().control("comSelectLanguage").listIndex(), 0);
-    // The language in force is the one the list shows, so texts can be found.
-    EXPECT_EQ(control->m_objTools->Language, "1031");
-    EXPECT_EQ(control->form().control("fraCommon", 0).caption(), "[1031:settings]");
-
+// A list without the session's language is in the scenario unoffered_language.
+TEST_F(RavikKT500Lifecycle, AnEmptyLanguageListOffersNoTranslation) {
     services.languageDouble->ids.clear();
     started();
     EXPECT_EQ(control->form().control("comSelectLanguage").listCount(), 0);

@@ -93,29 +93,6 @@ TEST_F(EventLogTest, DataFileItemsFillRowsWithoutEmptyingTheList) {
     EXPECT_EQ(rows.row(6).tag, "eventTrip") << "offline, row 1 empties nothing";
 }
 
-TEST_F(EventLogTest, ResetAsksAndWritesOnlyTheTickedBoxesThenClearsThem) {
-    open("KT520_7");
-    std::vector<std::string> sent;
-    uc->sendRequestHook = [&](const std::string& group, const std::string& access) {
-        sent.push_back(group + " " + access);
-    };
-    form::Form& form = uc->form();
-    form.control("chkResetDiagnostics", 4).setValue(1);
-    form.control("chkResetDiagnostics", 9).setValue(1);
-
-    uc->bl().headlessDialogs()->queueAnswer(services::ButtonNo);
-    uc->eventLog.cmdResetDiagnostics_Click();
-    EXPECT_TRUE(sent.empty());
-
-    uc->eventLog.cmdResetDiagnostics_Click();
-    EXPECT_EQ(sent, (std::vector<std::string>{"resetTravelDeviationTrend write",
-                                              "resetOnlineAlerts write"}));
-    uc->deviceClass().ClearResetDiagnostics();
-    for (int box = 0; box <= 9; ++box) {
-        EXPECT_EQ(form.control("chkResetDiagnostics", box).value(), 0.0) << box;
-    }
-}
-
 TEST_F(EventLogTest, SafetyValveResetsTheStatisticsThenTheAlarms) {
     open("PL500_2");
     std::vector<std::string> sent;

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 namespace kt500::monitoring {
@@ -74,23 +73,12 @@ struct MonitoringTest : ::testing::Test {
     Monitoring monitoring{uc, graphs, [this] { return clock; }};
 };
 
-TEST_F(MonitoringTest, StartAndStopSwitchTheRequestsTheTreeAndTheCommand) {
-    form::Control& command = uc.form().control("cmdHAMonitoring", 0);
-    monitoring.cmdMonitoring_Click(0);
-    EXPECT_TRUE(uc.tools().MonitoringFlag);
-    EXPECT_EQ(command.tag(), "stop");
-    EXPECT_EQ(command.caption(), uc.Translate("stop"));
-    monitoring.cmdMonitoring_Click(0);
-    EXPECT_FALSE(uc.tools().MonitoringFlag);
-    EXPECT_EQ(command.tag(), "start");
-    EXPECT_EQ(command.caption(), uc.Translate("start"));
-    // Leaving the page ends a running monitoring; staying does not.
+// Start, stop and leaving the page are in the monitoring scenarios.
+TEST_F(MonitoringTest, ChoosingTheMonitoringPageAgainKeepsItRunning) {
     monitoring.cmdMonitoring_Click(0);
     monitoring.PageChanging("monitoringVariables");
     EXPECT_TRUE(uc.tools().MonitoringFlag);
-    monitoring.PageChanging("operationUnit");
-    EXPECT_FALSE(uc.tools().MonitoringFlag);
-    EXPECT_EQ(command.tag(), "start");
+    EXPECT_EQ(uc.form().control("cmdHAMonitoring", 0).tag(), "stop");
 }
 
 TEST_F(MonitoringTest, EachReplyIsOnePointAndASwitchedOffSeriesReadsMinus500) {
@@ -126,30 +114,10 @@ TEST_F(MonitoringTest, TheWindowMovesByItsStepWhenAPointPassesItsEnd) {
     EXPECT_EQ(chart().option("ZoomMinX"), monitoring.windowStart());
 }
 
-TEST_F(MonitoringTest, The999thPointStaysAndTheNextReplyRebuildsKeepingTheRightAxis) {
-    uc.form().control("optHAMonitoring", 2).setValue(1);
-    monitoring.SetRightAxis("pcbTemperature");
-    const form::ChartAxis right = chart().axis(ChartAxisId::RightY);
-    EXPECT_EQ(right.manualMax, 90.0);
-    EXPECT_EQ(right.manualMin, -45.0);
-    monitoring.cmdMonitoring_Click(0);
-    for (int i = 0; i < presentation::kMonitoringPointLimit; ++i) {
-        clock = clock.addMSecs(10);
-        reply(all());
-    }
-    EXPECT_EQ(chart().points(), 999);
-    EXPECT_EQ(monitoring.pointCounter(), 999);
-    clock = clock.addMSecs(10);
-    reply(all());
-    EXPECT_EQ(monitoring.pointCounter(), 1);
-    EXPECT_EQ(chart().points(), 1);
-    EXPECT_EQ(chart().x(0, 0), DayCount(clock));
-    EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, right.label);
-    EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMax, 90.0);
-    EXPECT_EQ(uc.tools().ComparedMonitoring, "pcbTemperature");
-}
-
 TEST_F(MonitoringTest, TheRightAxisOfThePressureGoesThroughThePageUnit) {
+    monitoring.SetRightAxis("pcbTemperature");
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMax, 90.0);
+    EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMin, -45.0);
     monitoring.SetRightAxis("inputSignal");
     EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, "mA");
     EXPECT_EQ(chart().axis(ChartAxisId::RightY).manualMax, 21.0);
@@ -161,37 +129,14 @@ TEST_F(MonitoringTest, TheRightAxisOfThePressureGoesThroughThePageUnit) {
     EXPECT_EQ(chart().axis(ChartAxisId::RightY).label, "psiG");
 }
 
-TEST_F(MonitoringTest, TheLogHasTwoHeaderLinesAndOneLinePerPointWrittenAsItGrows) {
+// The log's lines as they grow are in the monitoring scenarios.
+TEST_F(MonitoringTest, ANewLogReplacesTheOldFile) {
     QTemporaryDir folder;
     const std::string path = folder.filePath("Monitoring.log").toStdString();
     uc.form().control("txtFileName").setText(path);
     monitoring.StartMonitorLog();
-    EXPECT_TRUE(uc.tools().MonitorLog);
-    EXPECT_EQ(uc.form().control("cmdHAMonitoring", 1).caption(), uc.Translate("stopLog"));
     monitoring.cmdMonitoring_Click(0);
     reply(all());
-    {
-        // Readable while monitoring runs: the line is there, the file closed.
-        std::ifstream in(path);
-        std::stringstream text;
-        text << in.rdbuf();
-        EXPECT_NE(text.str().find("\n08:00:00;"), std::string::npos) << text.str();
-    }
-    clock = clock.addSecs(1);
-    reply(all());
-    std::ifstream in(path);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[0].rfind("\"DTM Log ", 0), 0U);
-    EXPECT_EQ(lines[1], uc.deviceClass().MonitorLogHeaders());
-    const std::string sign = devices::MachineDecimalSymbol();
-    EXPECT_EQ(lines[3], "08:00:01;45" + sign + "00;44" + sign + "50;12" + sign + "00;2" + sign +
-                            "50;30" + sign + "00;");
-
-    // A new log replaces the old file.
     monitoring.StartMonitorLog();
     std::ifstream again(path);
     int count = 0;
@@ -200,29 +145,6 @@ TEST_F(MonitoringTest, TheLogHasTwoHeaderLinesAndOneLinePerPointWrittenAsItGrows
     }
     EXPECT_EQ(count, 2);
 }
-
-TEST_F(MonitoringTest, ALogThatCannotBeOpenedFailsAndALostLineKeepsThePoint) {
-    uc.form().control("txtFileName").setText("/no/such/folder/Monitoring.log");
-    EXPECT_THROW(monitoring.StartMonitorLog(), std::runtime_error);
-    EXPECT_FALSE(uc.tools().MonitorLog);
-
-    QTemporaryDir folder;
-    uc.form().control("txtFileName").setText(folder.filePath("Monitoring.log").toStdString());
-    monitoring.StartMonitorLog();
-    monitoring.cmdMonitoring_Click(0);
-    std::string bad;
-    for (const char* v : {"abc", "1", "2", "3", "4"}) {
-        devices::AppendSeparated(bad, v);
-    }
-    monitoring.UpdateMonitoringGraph(bad, bad);
-    ASSERT_EQ(uc.messages.size(), 1U);
-    EXPECT_EQ(uc.messages[0].rfind("AppendMonitorLogLine", 0), 0U);
-    ASSERT_EQ(chart().points(), 1);
-    // The text that is no number goes as the conversion gives it.
-    EXPECT_EQ(static_cast<float>(chart().y(0, 0)), static_cast<float>(devices::NoValue));
-    EXPECT_EQ(chart().y(1, 0), 1.0);
-}
-
 
 // The other families' replies: the chart list in the order of the class's
 // headers whatever the reply's order, -500 for a series switched off.

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -91,35 +90,15 @@ struct TrendsTest : ::testing::Test {
     std::unique_ptr<presentation::Graphs> graphs;
 };
 
-TEST_F(TrendsTest, LoadFactorDrawsOnceBothRunsAreInWithARunningTimeAxis) {
+// Values first, then time steps, are in the scenario trend_charts_kt520.
+TEST_F(TrendsTest, LoadFactorDrawsWhenTheTimeStepsComeFirst) {
     open("KT520_7");
     selectActuatorType(1);
-    feed(&Trends::AddLoadFactorValuePair, series("loadFactorVal", rising()));
-    EXPECT_TRUE(uc->tools().LoadFactorFlag);
-    EXPECT_EQ(chart(kLoadFactorChart).y(0, 5), 0.0) << "one run draws nothing";
-
-    feed(&Trends::AddLoadFactorValuePair, series("loadFactorTime", repeat("24")));
-    EXPECT_FALSE(uc->tools().LoadFactorFlag);
-    form::ChartModel& drawn = chart(kLoadFactorChart);
-    EXPECT_EQ(drawn.y(0, 0), 40.0);
-    EXPECT_EQ(drawn.y(0, 19), 59.0);
-    // From the age of the oldest point towards 0, one step apart.
-    EXPECT_EQ(drawn.pointLabel(0), "-480");
-    EXPECT_EQ(drawn.pointLabel(1), "-456");
-    EXPECT_EQ(drawn.pointLabel(19), "-24");
-    EXPECT_EQ(uc->deviceClass().trendTime("LoadFactorTime"), "480.0");
-    // The limit lines are the page's limits at every point.
-    devices::DeviceClass& device = uc->deviceClass();
-    EXPECT_EQ(drawn.y(1, 7), device.LoadFactorLimit1());
-    EXPECT_EQ(drawn.y(2, 7), device.LoadFactorLimit2());
-    EXPECT_EQ(drawn.y(3, 7), device.LoadFactorLimit3());
-
-    // A second reading, time steps first this time, replaces the first.
     feed(&Trends::AddLoadFactorValuePair, series("loadFactorTime", repeat("12")));
-    EXPECT_EQ(drawn.y(0, 0), 40.0);
+    EXPECT_EQ(chart(kLoadFactorChart).y(0, 0), 0.0);
     feed(&Trends::AddLoadFactorValuePair, series("loadFactorVal", repeat("70")));
-    EXPECT_EQ(drawn.y(0, 0), 70.0);
-    EXPECT_EQ(drawn.pointLabel(0), "-240");
+    EXPECT_EQ(chart(kLoadFactorChart).y(0, 0), 70.0);
+    EXPECT_EQ(chart(kLoadFactorChart).pointLabel(0), "-240");
 }
 
 TEST_F(TrendsTest, LoadFactorBelowRevisionTwoFillsTheTimeButNeverDraws) {
@@ -163,33 +142,12 @@ TEST_F(TrendsTest, LoadFactorByActuatorTypeAndSupplyPressure) {
     EXPECT_EQ(uc->form().control("txtLoadFactor", 0).foreColor(), devices::ColorRefused);
 }
 
-TEST_F(TrendsTest, DeviationOnThePROFIBUSPositionerKeepsTheDevicesTimeRow) {
-    open("KT540_1.0");
-    std::vector<std::string> times;
-    for (int i = 0; i < 20; ++i) {
-        times.push_back(std::to_string(-190 + 10 * i));
-    }
-    feed(&Trends::AddTravelDeviationValuePair,
-         series("deviationVal", repeat("1.5")) + series("deviationTime", times));
-    EXPECT_EQ(chart(kDeviationChart).y(0, 4), 1.5);
-    EXPECT_EQ(chart(kDeviationChart).pointLabel(0), "-190");
-    EXPECT_EQ(chart(kDeviationChart).pointLabel(19), "0");
-    EXPECT_EQ(uc->deviceClass().trendTime("TravelDeviationTime"), "190.0");
-}
-
-TEST_F(TrendsTest, TravelVsTimeInPercentOfTheTotal) {
+// The shares of a reading are in the scenario trend_charts_kt520.
+TEST_F(TrendsTest, TravelVsTimeWithAllTimeStepsZeroIsFlat) {
     open("KT520_7");
-    std::vector<std::string> hours = {"10", "30", "60", "0", "0", "0", "0", "0", "0", "0"};
-    feed(&Trends::AddTravelVsTimeValuePair, series("travelVal", hours));
     form::ChartModel& drawn = chart(kTravelVsTimeChart);
-    EXPECT_EQ(drawn.y(0, 0), 10.0);
-    EXPECT_EQ(drawn.y(0, 2), 60.0);
-    EXPECT_EQ(drawn.pointLabel(0), "10");
-    EXPECT_EQ(drawn.pointLabel(9), "100");
-    EXPECT_EQ(drawn.option("ManualMaxY"), 60.0);
-    EXPECT_EQ(uc->deviceClass().trendTime("TravelVsTimeTime"), "100");
-
-    // All time steps 0: every entry 0 and no height.
+    feed(&Trends::AddTravelVsTimeValuePair, series("travelVal", {"10", "30", "60", "0", "0", "0", "0", "0", "0", "0"}));
+    ASSERT_EQ(drawn.option("ManualMaxY"), 60.0);
     feed(&Trends::AddTravelVsTimeValuePair, series("travelVal", repeat("0", 10)));
     for (int point = 0; point < 10; ++point) {
         EXPECT_EQ(drawn.y(0, point), 0.0);
@@ -255,17 +213,6 @@ TEST_F(TrendsTest, SafetyValveTrendsWaitForAWholeRowAfterEachDrawing) {
     EXPECT_EQ(drawn.y(0, 0), 2.0);
     // The two trends share their flag: it stays set for the next run.
     EXPECT_TRUE(uc->tools().DeviationFlag);
-}
-
-TEST_F(TrendsTest, UpdateLimitsRewritesTheLinesAndKeepsTheValues) {
-    open("KT540_1.0");
-    feed(&Trends::AddLoadFactorValuePair,
-         series("loadFactorVal", repeat("60")) + series("loadFactorTime", repeat("-1")));
-    setField("loadFactorAlarmLimit", "77");
-    uc->trends.UpdateLimits();
-    EXPECT_EQ(chart(kLoadFactorChart).y(0, 3), 60.0);
-    EXPECT_EQ(chart(kLoadFactorChart).y(1, 3), uc->deviceClass().LoadFactorLimit1());
-    EXPECT_EQ(chart(kDeviationChart).y(2, 0), uc->deviceClass().DeviationLimit2());
 }
 
 }  // namespace

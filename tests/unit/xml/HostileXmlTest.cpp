@@ -46,6 +46,8 @@ TEST(HostileXml, TheReasonNamesTheLineOfTheFault) {
     EXPECT_EQ(test::parseError(deep), "line 2: elements nest deeper than 200 levels");
     EXPECT_EQ(test::parseError("<r>\n<xi:include xmlns:xi='http://www.w3.org/2003/XInclude'/></r>"),
               "line 2: XInclude is not allowed");
+    EXPECT_EQ(test::parseError("<?xml version='1.0'?>\n\n<!DOCTYPE r PUBLIC 'p' 'x.dtd'>\n<r/>"),
+              "line 3: DOCTYPE is not allowed");
     EXPECT_EQ(test::parseError("<r/>", {.maxBytes = 3}),
               "the document has 4 bytes, more than the 3 allowed");
     // UTF-16 without a byte order mark is told by its zero bytes.
