@@ -184,7 +184,16 @@ double Str2Dbl(std::string_view Num) {
 }
 
 std::string MachineDecimalSymbol() {
-    return QLocale().decimalPoint().toStdString();
+    // Asked for every value shown or logged: the symbol is read again only
+    // when the default locale is another one than at the last call.
+    thread_local QLocale known;
+    thread_local std::string symbol = known.decimalPoint().toStdString();
+    const QLocale current;
+    if (current != known) {
+        known = current;
+        symbol = current.decimalPoint().toStdString();
+    }
+    return symbol;
 }
 
 std::string fDecimalSep(std::string_view strValue, std::optional<std::string_view> DecimalSymbol) {

@@ -4,14 +4,15 @@
 #include "devices/Encodings.h"
 #include "devices/MemberMissing.h"
 #include "devices/SeparatedList.h"
+#include "monitoring/AppendToFile.h"
 #include "presentation/FileDialog.h"
 
 #include <QLocale>
 #include <QTimeZone>
 
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <stdexcept>
 
@@ -77,8 +78,10 @@ std::string LogValues(const std::vector<std::string>& values, std::string_view s
         }
         const auto number = static_cast<float>(devices::Str2Dbl(wire));
         char buffer[64];
-        std::snprintf(buffer, sizeof buffer, "%.2f", static_cast<double>(number));
-        text += devices::fDecimalSep(buffer, strDecimalSymbol);
+        const auto written = std::to_chars(buffer, buffer + sizeof buffer,
+                                           static_cast<double>(number), std::chars_format::fixed, 2);
+        text += devices::fDecimalSep(std::string_view(buffer, static_cast<std::size_t>(written.ptr - buffer)),
+                                     strDecimalSymbol);
         text += ';';
     }
     return text;
@@ -298,20 +301,29 @@ void Monitoring::appendLogLine(const QDateTime& stamp, const std::vector<std::st
     // stays on and monitoring goes on.
     try {
         const QTime time = stamp.time();
-        char clock[16];
-        std::snprintf(clock, sizeof clock, "%02d:%02d:%02d", time.hour(), time.minute(),
-                      time.second());
-        std::string line = clock;
+        const auto twoDigits = [](std::string& text, int number) {
+            text += static_cast<char>('0' + number / 10 % 10);
+            text += static_cast<char>('0' + number % 10);
+        };
+        std::string line;
+        line.reserve(64);
+        twoDigits(line, time.hour());
+        line += ':';
+        twoDigits(line, time.minute());
+        line += ':';
+        twoDigits(line, time.second());
         line += LogValues(values, devices::MachineDecimalSymbol());
         line += '\n';
         // Opened and closed for each line, in one write: the file can be
         // read while it grows, and a crash loses at most this line.
-        std::FILE* out = std::fopen(m_logFile.string().c_str(), "ab");
-        if (out == nullptr) {
-            throw std::runtime_error("the log file " + m_logFile.string() + " cannot be opened");
+        switch (AppendToFile(m_logFile, line)) {
+            case Appended::Done:
+                break;
+            case Appended::NotOpened:
+                throw std::runtime_error("the log file " + m_logFile.string() + " cannot be opened");
+            case Appended::NotWritten:
+                throw std::runtime_error("the log file " + m_logFile.string() + " cannot be written");
         }
-        std::fwrite(line.data(), 1, line.size(), out);
-        std::fclose(out);
     } catch (const std::exception& failure) {
         m_control.ShowMsg("AppendMonitorLogLine", failure.what());
     }

@@ -23,6 +23,9 @@
 #include <QValueAxis>
 
 #include <algorithm>
+#include <array>
+#include <tuple>
+#include <vector>
 #include <limits>
 #include <optional>
 
@@ -240,129 +243,197 @@ private:
         return ranges;
     }
 
+    // What a chart looks like apart from its points and ranges: while it
+    // stays the same, a redraw only hands the series their new points and
+    // the axes their new ranges, and the chart, its axes and its legend
+    // are kept (building them again costs more than drawing the points).
+    struct Look {
+        bool dateTime = false;
+        bool ownX = false;
+        bool pointLabels = false;
+        int subsets = 0;
+        int rightFrom = 0;
+        int legendSubsets = -1;
+        bool marks = false;
+        bool zooming = false;
+        std::string title;
+        std::uint32_t background = 0;
+        std::vector<std::tuple<std::string, std::uint32_t, int>> lines;
+        std::array<std::string, 3> axisTitles;
+        bool operator==(const Look&) const = default;
+    };
+
+    [[nodiscard]] Look lookOf(const form::ChartModel& model) const {
+        Look look;
+        look.dateTime = model.option("DateTimeMode") != 0.0;
+        look.ownX = model.scientific() || model.option("UsingXDataII") != 0.0;
+        look.pointLabels = !look.dateTime && !look.ownX && HasPointLabels(model);
+        look.subsets = model.subsets();
+        look.rightFrom =
+            model.subsets() - static_cast<int>(model.option("RYAxisComparisonSubsets"));
+        look.legendSubsets = static_cast<int>(model.option("SubsetsToLegend", -1));
+        look.marks = model.option("UseDataPoints") != 0.0;
+        look.zooming = allowsZooming();
+        look.title =
+            model.subTitle().empty() ? model.mainTitle() : model.mainTitle() + "\n" + model.subTitle();
+        look.background =
+            static_cast<std::uint32_t>(model.option("GraphBackColor", static_cast<double>(0xFFFFFF)));
+        for (int subset = 0; subset < model.subsets(); ++subset) {
+            look.lines.emplace_back(model.subsetLabel(subset), model.subsetColor(subset),
+                                    model.subsetLineType(subset));
+        }
+        look.axisTitles = {model.axis(ChartAxisId::X).label, model.axis(ChartAxisId::Y).label,
+                           model.axis(ChartAxisId::RightY).label};
+        return look;
+    }
+
     void redraw() {
         m_batch.stop();
         ++m_redraws;
         const form::ChartModel& model = m_control.chart();
-        const bool dateTime = model.option("DateTimeMode") != 0.0;
-        const bool ownX = model.scientific() || model.option("UsingXDataII") != 0.0;
-        const int rightFrom =
-            model.subsets() - static_cast<int>(model.option("RYAxisComparisonSubsets"));
-        const int legendSubsets = static_cast<int>(model.option("SubsetsToLegend", -1));
-        const bool marks = model.option("UseDataPoints") != 0.0;
+        Look look = lookOf(model);
+        // Point labels are part of the bottom axis: such a chart is built anew.
+        if (!m_look || !(*m_look == look) || look.pointLabels) {
+            build(look);
+            m_look = std::move(look);
+        }
+        fill(model);
+    }
 
+    // A new chart of the look, its series still without points.
+    void build(const Look& look) {
+        const form::ChartModel& model = m_control.chart();
         auto* chart = new QChart();
-        const std::string title =
-            model.subTitle().empty() ? model.mainTitle() : model.mainTitle() + "\n" + model.subTitle();
-        chart->setTitle(Qs(title));
-        chart->setBackgroundBrush(ColorOf(
-            static_cast<std::uint32_t>(model.option("GraphBackColor", static_cast<double>(0xFFFFFF)))));
+        chart->setTitle(Qs(look.title));
+        chart->setBackgroundBrush(ColorOf(look.background));
         chart->setMargins(QMargins(2, 2, 2, 2));
-        chart->legend()->setVisible(model.subsets() > 1 && legendSubsets != 0);
+        chart->legend()->setVisible(look.subsets > 1 && look.legendSubsets != 0);
         chart->legend()->setAlignment(Qt::AlignBottom);
 
         QAbstractAxis* xAxis = nullptr;
-        if (dateTime) {
+        if (look.dateTime) {
             auto* time = new QDateTimeAxis();
             time->setFormat(QStringLiteral("HH:mm:ss"));
             xAxis = time;
-        } else if (!ownX && HasPointLabels(model)) {
+        } else if (look.pointLabels) {
             auto* labelled = new QCategoryAxis();
             labelled->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
             xAxis = labelled;
         } else {
-            xAxis = new QValueAxis();
+            auto* value = new QValueAxis();
+            value->setLabelFormat(QStringLiteral("%g"));
+            xAxis = value;
         }
+        xAxis->setTitleText(Qs(look.axisTitles[0]));
         auto* yAxis = new QValueAxis();
+        yAxis->setTitleText(Qs(look.axisTitles[1]));
+        yAxis->setLabelFormat(QStringLiteral("%g"));
         chart->addAxis(xAxis, Qt::AlignBottom);
         chart->addAxis(yAxis, Qt::AlignLeft);
         QValueAxis* rightAxis = nullptr;
-        if (rightFrom < model.subsets()) {
+        if (look.rightFrom < look.subsets) {
             rightAxis = new QValueAxis();
+            rightAxis->setTitleText(Qs(look.axisTitles[2]));
+            rightAxis->setLabelFormat(QStringLiteral("%g"));
             chart->addAxis(rightAxis, Qt::AlignRight);
         }
-
-        Range xRange;
-        Range yRange;
-        Range rightRange;
-        for (int subset = 0; subset < model.subsets(); ++subset) {
+        m_series.clear();
+        for (int subset = 0; subset < look.subsets; ++subset) {
+            const auto& [label, color, lineType] = look.lines[static_cast<std::size_t>(subset)];
             auto* series = new QLineSeries();
-            series->setName(Qs(model.subsetLabel(subset)));
-            series->setPen(PenOf(model.subsetColor(subset), model.subsetLineType(subset)));
-            series->setPointsVisible(marks);
-            const bool right = rightAxis != nullptr && subset >= rightFrom;
-            QList<QPointF> points;
-            points.reserve(model.points());
-            for (int point = 0; point < model.points(); ++point) {
-                const double x = ownX ? model.x(subset, point) : point;
-                const double y = model.y(subset, point);
-                const double plotX =
-                    dateTime ? static_cast<double>(DateTimeOfDays(x).toMSecsSinceEpoch()) : x;
-                points.append(QPointF(plotX, y));
-                xRange.take(x);
-                (right ? rightRange : yRange).take(y);
-            }
-            // One replace of the whole batch of points.
-            series->replace(points);
+            series->setName(Qs(label));
+            series->setPen(PenOf(color, lineType));
+            series->setPointsVisible(look.marks);
+            const bool right = rightAxis != nullptr && subset >= look.rightFrom;
             chart->addSeries(series);
             series->attachAxis(xAxis);
             series->attachAxis(right ? rightAxis : yAxis);
+            m_series.push_back(series);
         }
         // A legend entry tells something only with its subset's label: a
         // legend of bare colour marks is left out.
         const auto markers = chart->legend()->markers();
         bool anyLabel = false;
         for (int i = 0; i < markers.size(); ++i) {
-            const bool shown = (legendSubsets < 0 || i < legendSubsets) &&
+            const bool shown = (look.legendSubsets < 0 || i < look.legendSubsets) &&
                                !model.subsetLabel(i).empty();
             markers[i]->setVisible(shown);
             anyLabel = anyLabel || shown;
         }
         chart->legend()->setVisible(chart->legend()->isVisible() && anyLabel);
-
-        const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
-        xAxis->setTitleText(Qs(model.axis(ChartAxisId::X).label));
-        if (auto* time = qobject_cast<QDateTimeAxis*>(xAxis)) {
-            time->setRange(DateTimeOfDays(xLow), DateTimeOfDays(xHigh));
-        } else if (auto* labelled = qobject_cast<QCategoryAxis*>(xAxis)) {
-            labelled->setRange(xLow, xHigh);
-            LabelPoints(*labelled, model);
-        } else {
-            static_cast<QValueAxis*>(xAxis)->setRange(xLow, xHigh);
-            static_cast<QValueAxis*>(xAxis)->setLabelFormat(QStringLiteral("%g"));
-        }
-        scale(*yAxis, model.axis(ChartAxisId::Y), yRange);
-        if (rightAxis != nullptr) {
-            scale(*rightAxis, model.axis(ChartAxisId::RightY), rightRange);
-        }
+        m_xAxis = xAxis;
+        m_yAxis = yAxis;
+        m_rightAxis = rightAxis;
         QChart* old = m_widget->chart();
         m_widget->setChart(chart);
         delete old;
-        m_widget->setRubberBand(allowsZooming() ? QChartView::RectangleRubberBand
-                                                : QChartView::NoRubberBand);
+        m_widget->setRubberBand(look.zooming ? QChartView::RectangleRubberBand
+                                             : QChartView::NoRubberBand);
+    }
+
+    // The model's points into the series, one replace each, and the ranges
+    // of the axes: the manual limits, or else the data's.
+    void fill(const form::ChartModel& model) {
+        const Look& look = *m_look;
+        Range xRange;
+        Range yRange;
+        Range rightRange;
+        EpochOfLocalDays epochOf;
+        for (int subset = 0; subset < look.subsets; ++subset) {
+            const bool right = m_rightAxis != nullptr && subset >= look.rightFrom;
+            QList<QPointF> points;
+            points.reserve(model.points());
+            for (int point = 0; point < model.points(); ++point) {
+                const double x = look.ownX ? model.x(subset, point) : point;
+                const double y = model.y(subset, point);
+                const double plotX = look.dateTime ? static_cast<double>(epochOf(x)) : x;
+                points.append(QPointF(plotX, y));
+                xRange.take(x);
+                (right ? rightRange : yRange).take(y);
+            }
+            m_series[static_cast<std::size_t>(subset)]->replace(points);
+        }
+
+        const auto [xLow, xHigh] = LimitsOf(model.axis(ChartAxisId::X), xRange);
+        if (auto* time = qobject_cast<QDateTimeAxis*>(m_xAxis)) {
+            time->setRange(DateTimeOfDays(xLow), DateTimeOfDays(xHigh));
+        } else if (auto* labelled = qobject_cast<QCategoryAxis*>(m_xAxis)) {
+            labelled->setRange(xLow, xHigh);
+            LabelPoints(*labelled, model);
+        } else {
+            static_cast<QValueAxis*>(m_xAxis)->setRange(xLow, xHigh);
+        }
+        scale(*m_yAxis, model.axis(ChartAxisId::Y), yRange);
+        if (m_rightAxis != nullptr) {
+            scale(*m_rightAxis, model.axis(ChartAxisId::RightY), rightRange);
+        }
         if (m_zoom) {
             // A zoom stays over new points until it is undone.
-            if (auto* time = qobject_cast<QDateTimeAxis*>(xAxis)) {
+            if (auto* time = qobject_cast<QDateTimeAxis*>(m_xAxis)) {
                 time->setRange(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_zoom->x.x())),
                                QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_zoom->x.y())));
             } else {
-                static_cast<QValueAxis*>(xAxis)->setRange(m_zoom->x.x(), m_zoom->x.y());
+                static_cast<QValueAxis*>(m_xAxis)->setRange(m_zoom->x.x(), m_zoom->x.y());
             }
-            yAxis->setRange(m_zoom->y.x(), m_zoom->y.y());
+            m_yAxis->setRange(m_zoom->y.x(), m_zoom->y.y());
         }
     }
 
     static void scale(QValueAxis& axis, const form::ChartAxis& model, const Range& data) {
-        axis.setTitleText(Qs(model.label));
         const auto [low, high] = LimitsOf(model, data);
         axis.setRange(low, high);
-        axis.setLabelFormat(QStringLiteral("%g"));
     }
 
     ChartView* m_widget;
     QTimer m_batch;
     int m_redraws = 0;
     std::optional<Ranges> m_zoom;
+    // The look the chart was built for, its series and axes.
+    std::optional<Look> m_look;
+    std::vector<QLineSeries*> m_series;
+    QAbstractAxis* m_xAxis = nullptr;
+    QValueAxis* m_yAxis = nullptr;
+    QValueAxis* m_rightAxis = nullptr;
 };
 
 void ChartView::mousePressEvent(QMouseEvent* event) {

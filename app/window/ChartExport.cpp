@@ -32,6 +32,18 @@ QDateTime DateTimeOfDays(double dblDays) {
     return QDateTime(asUtc.date(), asUtc.time());
 }
 
+qint64 EpochOfLocalDays::operator()(double dblDays) {
+    constexpr qint64 kQuarterHourMs = 15 * 60 * 1000;
+    const auto wall = static_cast<qint64>(std::llround((dblDays - kUnixEpochDay) * kMsPerDay));
+    const qint64 quarter = wall >= 0 ? wall / kQuarterHourMs : (wall + 1) / kQuarterHourMs - 1;
+    if (!m_known || quarter != m_quarter) {
+        m_known = true;
+        m_quarter = quarter;
+        m_offsetMs = wall - DateTimeOfDays(dblDays).toMSecsSinceEpoch();
+    }
+    return wall - m_offsetMs;
+}
+
 QString ChartCsv(const form::ChartModel& chart) {
     const bool dateTime = chart.option("DateTimeMode") != 0.0;
     const bool ownX = chart.scientific() || chart.option("UsingXDataII") != 0.0;

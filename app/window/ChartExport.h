@@ -22,4 +22,21 @@ bool ExportChartPng(QWidget& view, const QString& path);
 // time) as a date and time, and back.
 [[nodiscard]] QDateTime DateTimeOfDays(double dblDays);
 
+// Day counts as the instants (milliseconds since 1970, UTC) that a date-time
+// axis plots: the same as DateTimeOfDays(days).toMSecsSinceEpoch(), with the
+// machine's offset from UTC looked up once per quarter hour of local time
+// instead of once per point (the offset changes only at a transition, and
+// transitions fall on a quarter hour). A chart of a thousand points a
+// series, redrawn many times a second, would otherwise spend its time
+// asking the time zone.
+class EpochOfLocalDays {
+public:
+    [[nodiscard]] qint64 operator()(double dblDays);
+
+private:
+    qint64 m_quarter = 0;
+    qint64 m_offsetMs = 0;
+    bool m_known = false;
+};
+
 }  // namespace kt500::window

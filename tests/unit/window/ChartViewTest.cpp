@@ -62,6 +62,45 @@ TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
     EXPECT_TRUE(chartView->chart()->legend()->isVisible());
 }
 
+TEST_F(ChartViewTest, NewPointsKeepTheChartAndANewLookBuildsItAgain) {
+    form().raiseNodeClick(form().control("treeNavigation"), "monitoringVariables");
+    monitor(2000);
+    QChartView* chartView = chart();
+    ASSERT_NE(chartView, nullptr);
+    QChart* before = chartView->chart();
+    const form::ChartModel& model = form().control("pegoKT520").chart();
+    const int pointsBefore = model.points();
+    // More points: the same chart, its series holding them all.
+    monitor(2000);
+    ASSERT_GT(model.points(), pointsBefore);
+    EXPECT_EQ(chartView->chart(), before);
+    ASSERT_FALSE(chartView->chart()->series().isEmpty());
+    EXPECT_EQ(qobject_cast<QLineSeries*>(chartView->chart()->series().front())->count(),
+              model.points());
+    // Another right-hand axis: its title and limits on a chart built anew.
+    form().raiseClick(form().control("optHAMonitoring", 2));
+    QTest::qWait(100);
+    EXPECT_NE(chartView->chart(), before);
+    const auto vertical = chartView->chart()->axes(Qt::Vertical);
+    ASSERT_EQ(vertical.size(), 2);
+    auto* right = qobject_cast<QValueAxis*>(vertical[1]);
+    ASSERT_NE(right, nullptr);
+    EXPECT_EQ(right->titleText().toStdString(), model.axis(form::ChartAxisId::RightY).label);
+    EXPECT_EQ(right->max(), model.axis(form::ChartAxisId::RightY).manualMax);
+}
+
+TEST(EpochOfLocalDaysTest, GivesTheInstantOfEveryLocalDayCount) {
+    // Points a few seconds apart over an hour and a half, and far apart
+    // over a year (across the machine's offset changes, if it has any).
+    EpochOfLocalDays epochOf;
+    for (double days = 46000.0; days < 46000.0625; days += 0.00003) {
+        ASSERT_EQ(epochOf(days), DateTimeOfDays(days).toMSecsSinceEpoch()) << days;
+    }
+    for (double days = 46000.3; days < 46366.0; days += 0.7) {
+        ASSERT_EQ(epochOf(days), DateTimeOfDays(days).toMSecsSinceEpoch()) << days;
+    }
+}
+
 TEST_F(ChartViewTest, TheExportedCsvHoldsEveryPoint) {
     monitor(3000);
     const form::ChartModel& model = form().control("pegoKT520").chart();
