@@ -90,14 +90,24 @@ TEST_F(ChartViewTest, NewPointsKeepTheChartAndANewLookBuildsItAgain) {
 }
 
 TEST(EpochOfLocalDaysTest, GivesTheInstantOfEveryLocalDayCount) {
-    // Points a few seconds apart over an hour and a half, and far apart
-    // over a year (across the machine's offset changes, if it has any).
+    // In a zone with summer time: points a few seconds apart over an hour
+    // and a half, and far apart over a year, across both changes.
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "Europe/Berlin");
     EpochOfLocalDays epochOf;
     for (double days = 46000.0; days < 46000.0625; days += 0.00003) {
         ASSERT_EQ(epochOf(days), DateTimeOfDays(days).toMSecsSinceEpoch()) << days;
     }
     for (double days = 46000.3; days < 46366.0; days += 0.7) {
-        ASSERT_EQ(epochOf(days), DateTimeOfDays(days).toMSecsSinceEpoch()) << days;
+        EXPECT_EQ(epochOf(days), DateTimeOfDays(days).toMSecsSinceEpoch()) << days;
+    }
+    // The day before summer time begins, at noon, and the day after: an
+    // hour less between them than the day counts say.
+    EXPECT_EQ(epochOf(46110.5) - epochOf(46108.5), 2 * 86'400'000 - 3'600'000);
+    if (zone.isNull()) {
+        qunsetenv("TZ");
+    } else {
+        qputenv("TZ", zone);
     }
 }
 
