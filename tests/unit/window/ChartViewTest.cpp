@@ -64,14 +64,18 @@ TEST_F(ChartViewTest, TheViewMirrorsTheModelsSeriesPointsAndAxes) {
 
 TEST_F(ChartViewTest, NewPointsKeepTheChartAndANewLookBuildsItAgain) {
     form().raiseNodeClick(form().control("treeNavigation"), "monitoringVariables");
-    monitor(2000);
+    form().raiseClick(form().control("cmdHAMonitoring", 0));
+    desktop.session().wait(2000);
+    QTest::qWait(100);
     QChartView* chartView = chart();
     ASSERT_NE(chartView, nullptr);
     QChart* before = chartView->chart();
     const form::ChartModel& model = form().control("pegoKT520").chart();
     const int pointsBefore = model.points();
     // More points: the same chart, its series holding them all.
-    monitor(2000);
+    desktop.session().wait(2000);
+    form().raiseClick(form().control("cmdHAMonitoring", 0));
+    QTest::qWait(100);
     ASSERT_GT(model.points(), pointsBefore);
     EXPECT_EQ(chartView->chart(), before);
     ASSERT_FALSE(chartView->chart()->series().isEmpty());
