@@ -9,6 +9,7 @@
 #include "app/ReplyTap.h"
 #include "BenchSupport.h"
 #include "MonitoringReply.h"
+#include "monitoring/AppendToFile.h"
 #include "xml/Document.h"
 
 #include <benchmark/benchmark.h>
@@ -16,7 +17,6 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <cstdio>
 #include <fstream>
 #include <string>
 #include <unistd.h>
@@ -73,7 +73,7 @@ void BM_BareParseAndValidation(benchmark::State& state) {
 BENCHMARK(BM_BareParseAndValidation)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 // What the log line's own file work costs: opening the file to append, one
-// line of the same length in one write, closing it. The control opens and
+// line of the same length in one write, closing it, by the bare system calls. The control opens and
 // closes the log for each line (so that it can be read while it grows and
 // a crash loses one line at most): this is part of the reply's floor.
 void BM_LogLineOpenAppendClose(benchmark::State& state) {
@@ -82,14 +82,12 @@ void BM_LogLineOpenAppendClose(benchmark::State& state) {
     const std::string line = "08:00:00;45.00;44.80;11.20;2.35;34.50;\n";
     for (auto _ : state) {
         const auto before = kt500::app::ThreadCpuTime();
-        std::FILE* out = std::fopen(path.c_str(), "ab");
-        if (out == nullptr) {
-            state.SkipWithError("the log file cannot be opened");
+        const auto appended = kt500::monitoring::AppendToFile(path, line);
+        state.SetIterationTime(kt500::bench::Seconds(kt500::app::ThreadCpuTime() - before));
+        if (appended != kt500::monitoring::Appended::Done) {
+            state.SkipWithError("the log file cannot be written");
             break;
         }
-        std::fwrite(line.data(), 1, line.size(), out);
-        std::fclose(out);
-        state.SetIterationTime(kt500::bench::Seconds(kt500::app::ThreadCpuTime() - before));
     }
 }
 BENCHMARK(BM_LogLineOpenAppendClose)->UseManualTime()->Unit(benchmark::kMicrosecond);
