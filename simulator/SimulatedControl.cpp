@@ -175,6 +175,7 @@ void SimulatedControl::monitoringCycle() {
     // The next cycle is due one period on, whatever the sink does with this one.
     m_clock->schedule(
         m_timing.monitoringPeriod, [this] { monitoringCycle(); }, this, Monitoring);
+    ++m_monitoringReplies;
     deliver(BuildReply(reply));
 }
 

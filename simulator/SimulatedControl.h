@@ -93,6 +93,8 @@ public:
         return m_dynamics ? &*m_dynamics : nullptr;
     }
     [[nodiscard]] bool monitoring() const noexcept { return m_monitoring; }
+    // Monitoring replies delivered since the control was made.
+    [[nodiscard]] long long monitoringReplies() const noexcept { return m_monitoringReplies; }
     [[nodiscard]] bool calibrationMode() const noexcept { return m_calibrationMode; }
     // The device action under way ("" when none).
     [[nodiscard]] const std::string& runningAction() const noexcept { return m_action.name; }
@@ -190,6 +192,7 @@ private:
 
     VirtualClock::Milliseconds m_busUntil = 0;  // the bus is busy until then
     bool m_monitoring = false;
+    long long m_monitoringReplies = 0;
     bool m_calibrationMode = false;
     RunningAction m_action;
 

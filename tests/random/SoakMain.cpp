@@ -2,7 +2,7 @@
 // lives through a shift in a plant.
 //
 //   kt500-soak --device KT520_7 --minutes N [--seed S] [--slack-kb K]
-//              [--avoid CHAIN_OR_PAGE,...] [--no-monitoring] [--trace]
+//              [--avoid CHAIN_OR_PAGE,...] [--trace]
 //
 // Each virtual minute: the monitoring page follows the device at 10 Hz for
 // 50 s, then an upload chain of the toolbar runs; every tenth minute a value
@@ -12,16 +12,18 @@
 // after each the invariants of the random sessions (SessionInvariants) hold:
 // only the boxes the step called for, an idle toolbar after settle, the
 // device and the data set holding exactly what was confirmed. Monitoring
-// must run while started and stop when stopped. The heap must stay flat:
+// must run while started and stop when stopped, and every monitoring reply
+// of the BL must become one point of the page's chart. The heap must stay flat:
 // after the first tenth of the run (at least one minute) no reading may lie
 // more than --slack-kb (default 2048) above the reading taken then.
-// --no-monitoring leaves the monitoring out, for a family whose class cannot
-// take a monitoring reply yet; --trace prints every step's lines as it runs.
+// --avoid leaves upload chains (toolbar keys) and pages (tree keys) out;
+// --trace prints every step's lines as it runs.
 //
 // Prints one line per tenth of the run and a summary; exit status 0 when all
 // held, 1 with the seed, the minute and the lines of that minute when not, 2
 // for bad arguments. scripts/soak runs 24 hours of virtual time per family.
 #include "app/ScriptRunner.h"
+#include "presentation/Graphs.h"
 #include "random/RandomSession.h"
 #include "random/SessionInvariants.h"
 
@@ -62,18 +64,29 @@ struct Soak {
     Options options;
     int minutes = 10;
     long slackKb = 2048;
-    bool monitoring = true;
     bool trace = false;
 };
 
 // Bytes the program holds on its heap now (not what the allocator keeps
-// cached or, under AddressSanitizer, in quarantine).
+// cached or, under AddressSanitizer, in quarantine). Without the sanitizer
+// the large blocks the allocator maps on their own count too: a buffer that
+// grows past the mapping threshold leaves the arenas' count. The chunks in
+// glibc's per-thread cache count as held: scripts/soak turns that cache off.
 std::size_t HeapBytes() {
 #ifdef KT500_SOAK_ASAN
     return __sanitizer_get_current_allocated_bytes();
 #else
-    return mallinfo2().uordblks;
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
 #endif
+}
+
+// The monitoring chart's point counter after `replies` points from `point`:
+// a chart full at kMonitoringPointLimit starts again before the next point.
+int ChartPointAfter(int point, long long replies) {
+    const long long limit = kt500::presentation::kMonitoringPointLimit;
+    const long long reached = point + replies;
+    return static_cast<int>(reached <= limit ? reached : (reached - limit - 1) % limit + 1);
 }
 
 Soak Arguments(int argc, char** argv) {
@@ -96,8 +109,6 @@ Soak Arguments(int argc, char** argv) {
             soak.slackKb = std::stol(value());
         } else if (word == "--trace") {
             soak.trace = true;
-        } else if (word == "--no-monitoring") {
-            soak.monitoring = false;
         } else if (word == "--avoid") {
             std::stringstream words(value());
             for (std::string one; std::getline(words, one, ',');) {
@@ -124,7 +135,9 @@ std::string Joined(const std::vector<std::string>& lines) {
 class SoakRun {
 public:
     explicit SoakRun(const Soak& soak)
-        : m_soak(soak), m_runner(KT500_SHARE_DIR, m_printed), m_invariants(m_runner.session()),
+        : m_soak(soak),
+          m_runner(KT500_SHARE_DIR, m_printed),
+          m_invariants(m_runner.session()),
           m_random(soak.options.seed) {}
 
     // "" when every minute held; else what broke and the lines of its minute.
@@ -168,14 +181,14 @@ public:
             }
             if (m_minute % report == 0) {
                 std::cout << "minute " << m_minute << ": heap " << heap / 1024 << " KiB, "
-                          << m_monitoringCycles << " monitoring cycles, " << m_steps
-                          << " steps" << std::endl;
+                          << m_monitoringCycles << " monitoring cycles, " << m_steps << " steps"
+                          << std::endl;
             }
         }
         std::cout << m_soak.options.deviceKey << ": " << m_soak.minutes
-                  << " virtual minutes clean (seed " << m_soak.options.seed << "), heap after minute "
-                  << warmUp << " " << m_baseline / 1024 << " KiB, highest after "
-                  << std::max(m_highest, m_baseline) / 1024 << " KiB\n";
+                  << " virtual minutes clean (seed " << m_soak.options.seed
+                  << "), heap after minute " << warmUp << " " << m_baseline / 1024
+                  << " KiB, highest after " << std::max(m_highest, m_baseline) / 1024 << " KiB\n";
         return {};
     }
 
@@ -194,17 +207,8 @@ private:
     bool chance(int oneIn) { return std::uniform_int_distribution<int>(1, oneIn)(m_random) == 1; }
 
     std::string minute() {
-        if (m_soak.monitoring) {
-            if (std::string broken = monitor(); !broken.empty()) {
-                return broken;
-            }
-        } else {
-            Step idle;
-            idle.action = "wait";
-            idle.lines = {"wait 50000"};
-            if (std::string broken = play(idle); !broken.empty()) {
-                return broken;
-            }
+        if (std::string broken = monitor(); !broken.empty()) {
+            return broken;
         }
         // Each step is drawn from what the session shows after the one before.
         std::vector<RandomActions*> kinds;
@@ -251,17 +255,32 @@ private:
         if (std::string broken = play(started); !broken.empty()) {
             return broken;
         }
-        if (!app().bl().simulatedControl().monitoring() || !app().control().tools().MonitoringFlag) {
+        if (!app().bl().simulatedControl().monitoring() ||
+            !app().control().tools().MonitoringFlag) {
             return failure({"monitoring did not start"});
         }
-        const std::int64_t before = app().bl().clock().now();
+        const long long repliesBefore = app().bl().simulatedControl().monitoringReplies();
+        const int pointBefore = app().control().monitoring().pointCounter();
         Step followed;
         followed.action = "monitor";
         followed.lines = {"wait 50000"};
         if (std::string broken = play(followed); !broken.empty()) {
             return broken;
         }
-        m_monitoringCycles += (app().bl().clock().now() - before) / tenHertz().monitoringPeriod;
+        // 50 s at 10 Hz: 500 replies, each one point of the chart.
+        const long long replies = app().bl().simulatedControl().monitoringReplies() - repliesBefore;
+        const int point = app().control().monitoring().pointCounter();
+        if (replies != 50000 / tenHertz().monitoringPeriod) {
+            return failure({"the BL sent " + std::to_string(replies) +
+                            " monitoring replies in 50 s, not 500"});
+        }
+        if (point != ChartPointAfter(pointBefore, replies)) {
+            return failure({"the chart stands at point " + std::to_string(point) + " after " +
+                            std::to_string(replies) + " monitoring replies from point " +
+                            std::to_string(pointBefore) + ", not at " +
+                            std::to_string(ChartPointAfter(pointBefore, replies))});
+        }
+        m_monitoringCycles += replies;
         Step stopped;
         stopped.action = "monitor";
         stopped.lines = {"click " + m_monitoring, "settle"};
@@ -287,8 +306,7 @@ private:
         std::vector<std::string> broken;
         std::ostringstream errors;
         try {
-            if (m_runner.run(Joined(step.lines), errors) ==
-                kt500::app::ScriptRunner::kCannotRun) {
+            if (m_runner.run(Joined(step.lines), errors) == kt500::app::ScriptRunner::kCannotRun) {
                 broken.push_back("the script cannot run: " + errors.str());
             } else {
                 broken = m_invariants.after(step);
