@@ -182,10 +182,13 @@ void RavikKT500::OpenConnectionStep() {
                                   std::to_string(connectionId) + " does not fit ConnectionID");
     }
     m_objTools->ConnectionID = static_cast<std::int16_t>(connectionId);
-    Trace(session::TraceKind::ParameterXml, m_parameterNode.toXml());
 }
 
 void RavikKT500::LoadParameterDocument() {
+    // The BL's parameter document is written out once: for the trace and
+    // for the copy the control parses and validates.
+    const std::string parameterXml = m_parameterNode.toXml();
+    Trace(session::TraceKind::ParameterXml, parameterXml);
     m_dataFileSchemas = std::make_unique<xml::SchemaCollection>();
     for (const auto& [ns, file] : {std::pair{kDatafileNamespace, "QDLDatafileSchema.xml"},
                                    std::pair{kTypeInfoNamespace, "QDLDeviceTypeInfoSchema.xml"}}) {
@@ -199,7 +202,7 @@ void RavikKT500::LoadParameterDocument() {
     m_values.ForgetLiveGroups();
     m_xmlDataFile.reset();
     xml::LoadResult loaded =
-        xml::Document::parse(m_parameterNode.toXml(), {.schemas = m_dataFileSchemas.get()});
+        xml::Document::parse(parameterXml, {.schemas = m_dataFileSchemas.get()});
     if (!loaded.ok()) {
         // The start-up goes on with an empty parameter document.
         int result = 0;
