@@ -272,7 +272,6 @@ void ParameterValues::LoadPagesFromDocument() {
                                 ? "/dtm/treeView/branch/node[@offline = '1' or @offline = '3']"
                                 : "/dtm/treeView/branch/node[@offline = '1']";
     const xml::XPath guiQuery(*guiInit, xml::Namespaces{});
-    const xml::XPath dataQuery(*dataFile, Prefixes());
 
     for (const xml::Node& node : guiQuery.select(nodeQuery)) {
         const std::string page = node.attribute("name");
@@ -282,7 +281,8 @@ void ParameterValues::LoadPagesFromDocument() {
         }
         std::string state = "read";
         bool allValuesEmpty = true;
-        const std::vector<xml::Node> includedParams = dataQuery.select("data:includedParam", group);
+        // The group's children in the validated data file: no query needed.
+        const std::vector<xml::Node> includedParams = group.childElements("includedParam");
         for (const xml::Node& included : includedParams) {
             const std::string name = included.attribute("name");
             const xml::Node parameter = m_control.ParameterNodeByName(name);
