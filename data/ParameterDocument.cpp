@@ -53,17 +53,16 @@ std::string ParameterDocument::RequestGroupQuery(std::string_view strName) {
 
 xml::Node ParameterDocument::ParameterNodeByName(std::string_view strName) const {
     requireQuotable(strName);
-    const std::string name(strName);
-    if (m_copyParameters.find(name) == m_copyParameters.end()) {
+    if (m_copyParameters.find(strName) == m_copyParameters.end()) {
         return {};
     }
-    const auto live = m_liveParameters.find(name);
+    const auto live = m_liveParameters.find(strName);
     return live == m_liveParameters.end() ? xml::Node() : xml::Node(live->second);
 }
 
 xml::Node ParameterDocument::RequestGroupByName(std::string_view strName) const {
     requireQuotable(strName);
-    const auto group = m_requestGroups.find(std::string(strName));
+    const auto group = m_requestGroups.find(strName);
     return group == m_requestGroups.end() ? xml::Node() : xml::Node(group->second);
 }
 

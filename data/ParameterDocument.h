@@ -9,6 +9,8 @@
 #include "xml/Document.h"
 #include "xml/XPath.h"
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,7 +41,14 @@ public:
     [[nodiscard]] static std::string RequestGroupQuery(std::string_view strName);
 
 private:
-    using Index = std::unordered_map<std::string, xmlNode*>;
+    // Looked up by the caller's view of a name, without a copy of it.
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const noexcept {
+            return std::hash<std::string_view>{}(name);
+        }
+    };
+    using Index = std::unordered_map<std::string, xmlNode*, NameHash, std::equal_to<>>;
     static Index indexParameters(const xml::XPath& query, xml::Node context);
     static void requireQuotable(std::string_view strName);
 

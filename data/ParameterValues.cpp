@@ -272,7 +272,6 @@ void ParameterValues::LoadPagesFromDocument() {
                                 ? "/dtm/treeView/branch/node[@offline = '1' or @offline = '3']"
                                 : "/dtm/treeView/branch/node[@offline = '1']";
     const xml::XPath guiQuery(*guiInit, xml::Namespaces{});
-    const xml::XPath dataQuery(*dataFile, Prefixes());
 
     for (const xml::Node& node : guiQuery.select(nodeQuery)) {
         const std::string page = node.attribute("name");
@@ -282,7 +281,8 @@ void ParameterValues::LoadPagesFromDocument() {
         }
         std::string state = "read";
         bool allValuesEmpty = true;
-        const std::vector<xml::Node> includedParams = dataQuery.select("data:includedParam", group);
+        // The group's children in the validated data file: no query needed.
+        const std::vector<xml::Node> includedParams = group.childElements("includedParam");
         for (const xml::Node& included : includedParams) {
             const std::string name = included.attribute("name");
             const xml::Node parameter = m_control.ParameterNodeByName(name);
@@ -547,24 +547,36 @@ void ParameterValues::UpdateGroupTimeStamp(const std::string& strGroup) {
         }
     }
     if (first != nullptr) {
-        form::Control& label = *first;
-        const auto blank = text.find(' ');
-        const QString datePart = QString::fromStdString(text.substr(0, blank));
-        const QDate date = ParseStampDate(datePart);
-        if (!date.isValid()) {
-            throw std::invalid_argument("Type mismatch: '" + text + "' is no date");
-        }
-        QString caption = QLocale().toString(date, QLocale::ShortFormat);
-        if (blank != std::string::npos) {
-            const QString timePart = QString::fromStdString(trimmed(text.substr(blank + 1)));
-            QTime time = QTime::fromString(timePart, Qt::ISODate);
-            if (!time.isValid()) {
-                throw std::invalid_argument("Type mismatch: '" + text + "' is no time");
-            }
-            caption += QLatin1Char(' ') + LongTimeText(time);
-        }
-        label.setCaption(caption.toStdString());
+        first->setCaption(stampCaption(text));
     }
+}
+
+const std::string& ParameterValues::stampCaption(const std::string& strStamp) {
+    // The groups of one upload mostly close within the same second: the
+    // caption of the last stamp is kept, for the locale it was written in.
+    const QLocale locale;
+    if (m_stamp.text == strStamp && m_stamp.locale == locale) {
+        return m_stamp.caption;
+    }
+    const auto blank = strStamp.find(' ');
+    const QString datePart = QString::fromStdString(strStamp.substr(0, blank));
+    const QDate date = ParseStampDate(datePart);
+    if (!date.isValid()) {
+        throw std::invalid_argument("Type mismatch: '" + strStamp + "' is no date");
+    }
+    QString caption = locale.toString(date, QLocale::ShortFormat);
+    if (blank != std::string::npos) {
+        const QString timePart = QString::fromStdString(trimmed(strStamp.substr(blank + 1)));
+        QTime time = QTime::fromString(timePart, Qt::ISODate);
+        if (!time.isValid()) {
+            throw std::invalid_argument("Type mismatch: '" + strStamp + "' is no time");
+        }
+        caption += QLatin1Char(' ') + LongTimeText(time);
+    }
+    m_stamp.text = strStamp;
+    m_stamp.locale = locale;
+    m_stamp.caption = caption.toStdString();
+    return m_stamp.caption;
 }
 
 void ParameterValues::ForgetLiveGroups() {

@@ -9,6 +9,8 @@
 #include "devices/IUserControl.h"
 #include "xml/Document.h"
 
+#include <QLocale>
+
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -62,6 +64,10 @@ private:
     // get the colour of the value's state.
     void showDeviceDate(const std::string& strValue, std::int16_t intValueSynchronised);
 
+    // A group's time stamp ("yyyy-mm-dd hh:mm:ss") as its label shows it in
+    // the locale's short date and long time.
+    const std::string& stampCaption(const std::string& strStamp);
+
     // The BL's request group of a name (the first in document order), from
     // an index of the live document made at its first use.
     xml::Node liveRequestGroup(const xml::Node& live, const std::string& strGroup);
@@ -72,6 +78,12 @@ private:
     // they were taken from (none: not made yet).
     xmlNode* m_liveGroupsOf = nullptr;
     std::unordered_map<std::string, xml::Node> m_liveGroups;
+    // The last stamp written as a caption, and the locale it was written in.
+    struct StampCaption {
+        std::string text;
+        QLocale locale;
+        std::string caption;
+    } m_stamp;
 };
 
 }  // namespace kt500::data

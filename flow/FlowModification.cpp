@@ -220,7 +220,7 @@ void FlowModification::Apply() {
         return;
     }
     session::clsTools& tools = m_control.tools();
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     form::Form& form = m_control.form();
     const bool blConfirmedBefore = tools.ConfirmFlag;
     // A point differs from the identity when its text is not the point's
@@ -261,7 +261,7 @@ void FlowModification::Apply() {
 }
 
 bool FlowModification::InputIsValid() {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     const auto refuse = [this] {
         m_control.ShowMsg(m_control.Translate("valueCheck"), m_control.Translate("invalidValue"));
         return false;
@@ -286,7 +286,7 @@ bool FlowModification::InputIsValid() {
 
 void FlowModification::SetFlowModificationTable(const CurveRowList& arrCurve) {
     session::clsTools& tools = m_control.tools();
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     form::Form& form = m_control.form();
     tools.UpdateCurveFlag = true;
     for (int point = 0; point < page.pointCount; ++point) {
@@ -318,7 +318,7 @@ void FlowModification::ClearFlowModificationTable() {
 }
 
 bool FlowModification::ValidateCurve() {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     std::vector<std::string> texts;
     for (int point = 0; point < page.pointCount; ++point) {
         texts.push_back(PointText(point));
@@ -328,7 +328,7 @@ bool FlowModification::ValidateCurve() {
 
 bool FlowModification::UpdateFlowModificationGraph(int intSubset) {
     session::clsTools& tools = m_control.tools();
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     form::Form& form = m_control.form();
     form::Control* chartControl = form.find(kFlowChart);
     form::ChartModel* chart = chartControl == nullptr ? nullptr : &chartControl->chart();
@@ -428,7 +428,7 @@ void FlowModification::LoadCurveFile(const std::string& strPath) {
 
     // Everything is computed before the page changes: a curve that cannot
     // be inverted leaves the page and the table as they were.
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     CurveTable curves = m_arrFlowCurves;
     FillFromCurveFile(curves, read.chr);
     ModifiedCurve inverse;
@@ -511,7 +511,7 @@ void FlowModification::comFlowModification_Click() {
 }
 
 void FlowModification::txtFlowModification_Change(form::Control& text) {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     if (text.index() >= page.pointCount) {
         return;
     }
@@ -523,7 +523,7 @@ void FlowModification::txtFlowModification_Change(form::Control& text) {
 }
 
 void FlowModification::txtFlowModification_LostFocus(form::Control& text) {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     if (text.index() >= page.pointCount) {
         return;
     }
@@ -547,7 +547,7 @@ void FlowModification::txtFlowModification_LostFocus(form::Control& text) {
 
 void FlowModification::chkFlowModification_Click() {
     form::Form& form = m_control.form();
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     form::Control* check = form.find("chkFlowModification");
     form::Control* flowChart = form.find(kFlowChart);
     form::Control* inputChart = form.find("pesgoInputSignalVsTravel");
@@ -631,8 +631,17 @@ void FlowModification::PlaceFlowControls() {
 
 // --- Page access --------------------------------------------------------------
 
-FlowPage FlowModification::Page() {
-    return FlowPageOf(m_control.deviceClass());
+const FlowPage& FlowModification::Page() {
+    const devices::DeviceClass& device = m_control.deviceClass();
+    std::string prefix = device.DevicePrefix();
+    const int points = device.ModificationPoints();
+    const int curveList = device.FlowModificationIndex();
+    if (!m_page || prefix != m_pagePrefix || points != m_page->pointCount ||
+        curveList != m_page->curveList) {
+        m_page = FlowPageOf(prefix, points, curveList);
+        m_pagePrefix = std::move(prefix);
+    }
+    return *m_page;
 }
 
 FlowStep FlowModification::Step() {
@@ -649,7 +658,7 @@ void FlowModification::SetStep(FlowStep step) {
 }
 
 void FlowModification::ShowPrompt(const std::string& strKey) {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     if (form::Control* label = m_control.form().find(page.label, page.labelElement)) {
         label->setCaption(m_control.Translate(strKey));
         label->setTag(strKey);
@@ -667,7 +676,7 @@ void FlowModification::SetCommand(int Index, bool blEnabled) {
 }
 
 void FlowModification::EnablePoints(bool blEnabled) {
-    const FlowPage page = Page();
+    const FlowPage& page = Page();
     for (int point = 0; point < page.pointCount; ++point) {
         Enable(page.points, point, blEnabled);
     }

@@ -16,6 +16,7 @@
 #include "form/EventHandlers.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -91,7 +92,10 @@ private:
     void DrawAllSubsets();
     void DrawStepSubset();
 
-    [[nodiscard]] FlowPage Page();
+    // The flow page of the device's family, made again only when the
+    // family's prefix, points or curve list differ from the last one asked
+    // for: a point's change asks for it once per point box.
+    [[nodiscard]] const FlowPage& Page();
     [[nodiscard]] FlowStep Step();
     void SetStep(FlowStep step);
     void ShowPrompt(const std::string& strKey);
@@ -111,6 +115,8 @@ private:
     CurveTable& m_arrFlowCurves;
     std::string& m_strPresetCurveValues;
     bool m_blShowingCurve = false;
+    std::optional<FlowPage> m_page;
+    std::string m_pagePrefix;
 };
 
 }  // namespace kt500::flow

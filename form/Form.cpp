@@ -1,7 +1,10 @@
 #include "form/Form.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 namespace kt500::form {
 
@@ -378,9 +381,32 @@ void Form::notify(const PropertyChange& change) {
     if (m_observers.empty()) {
         return;
     }
-    const auto observers = m_observers;
-    for (const auto& [id, observer] : observers) {
-        observer(change);
+    // The observers of this moment, by id: one may add or remove observers.
+    // One removed before its turn is no longer called; each is called
+    // through a copy, so that it may remove itself. Few observers watch a
+    // form: their ids stay on the stack.
+    constexpr std::size_t kOnStack = 8;
+    std::array<std::size_t, kOnStack> few{};
+    std::vector<std::size_t> many;
+    std::span<const std::size_t> ids;
+    if (m_observers.size() <= kOnStack) {
+        std::size_t count = 0;
+        for (const auto& entry : m_observers) {
+            few[count++] = entry.first;
+        }
+        ids = std::span<const std::size_t>(few.data(), count);
+    } else {
+        for (const auto& entry : m_observers) {
+            many.push_back(entry.first);
+        }
+        ids = many;
+    }
+    for (const std::size_t id : ids) {
+        const auto found = m_observers.find(id);
+        if (found != m_observers.end()) {
+            const PropertyObserver observer = found->second;
+            observer(change);
+        }
     }
 }
 

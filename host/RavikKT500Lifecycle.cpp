@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 
 namespace kt500::host {
@@ -22,6 +23,59 @@ constexpr const char* kFlowCurveNames[] = {
 
 std::string joined(const std::string& strFolder, const std::string& strFile) {
     return (std::filesystem::path(strFolder) / strFile).string();
+}
+
+// No document of the product nests deeper; a parse refuses the same.
+constexpr int kMaxParameterDepth = 200;
+
+// Whether the elements under root nest at most levels deep (root is level
+// 1), walked without recursion.
+bool NestsWithin(const xml::Node& root, int levels) {
+    int depth = 1;
+    xml::Node node = root;
+    while (true) {
+        if (const xml::Node child = node.firstChildElement()) {
+            if (++depth > levels) {
+                return false;
+            }
+            node = child;
+            continue;
+        }
+        // Up until a level has a next element, or back at the root.
+        while (true) {
+            if (node.raw() == root.raw()) {
+                return true;
+            }
+            if (const xml::Node next = node.nextSiblingElement()) {
+                node = next;
+                break;
+            }
+            node = node.parent();
+            --depth;
+        }
+    }
+}
+
+// The control's own copy of the BL's parameter document, validated against
+// the data file's schemas; none when the node is missing, nests too deep or
+// does not validate.
+std::optional<xml::Document> ValidatedCopy(const xml::Node& parameterNode,
+                                           const xml::SchemaCollection& schemas) {
+    if (!parameterNode.isElement() || !NestsWithin(parameterNode, kMaxParameterDepth)) {
+        return std::nullopt;
+    }
+    // A copy of the tree, not its text parsed again: the node is already a
+    // well-formed tree, and only the schema has something to say about it.
+    xml::Document copy = xml::Document::create("dtm");
+    copy.setRoot(parameterNode);
+    try {
+        if (!schemas.validate(copy).empty()) {
+            return std::nullopt;
+        }
+    } catch (const std::runtime_error&) {
+        return std::nullopt;
+    }
+    return copy;
 }
 
 }  // namespace
@@ -182,10 +236,13 @@ void RavikKT500::OpenConnectionStep() {
                                   std::to_string(connectionId) + " does not fit ConnectionID");
     }
     m_objTools->ConnectionID = static_cast<std::int16_t>(connectionId);
-    Trace(session::TraceKind::ParameterXml, m_parameterNode.toXml());
 }
 
 void RavikKT500::LoadParameterDocument() {
+    // Written out only when the trace shows it.
+    if (m_objTools->DebugLevel == static_cast<std::int16_t>(session::TraceKind::ParameterXml)) {
+        Trace(session::TraceKind::ParameterXml, m_parameterNode.toXml());
+    }
     m_dataFileSchemas = std::make_unique<xml::SchemaCollection>();
     for (const auto& [ns, file] : {std::pair{kDatafileNamespace, "QDLDatafileSchema.xml"},
                                    std::pair{kTypeInfoNamespace, "QDLDeviceTypeInfoSchema.xml"}}) {
@@ -198,9 +255,8 @@ void RavikKT500::LoadParameterDocument() {
     m_parameterDocument.reset();
     m_values.ForgetLiveGroups();
     m_xmlDataFile.reset();
-    xml::LoadResult loaded =
-        xml::Document::parse(m_parameterNode.toXml(), {.schemas = m_dataFileSchemas.get()});
-    if (!loaded.ok()) {
+    std::optional<xml::Document> copy = ValidatedCopy(m_parameterNode, *m_dataFileSchemas);
+    if (!copy) {
         // The start-up goes on with an empty parameter document.
         int result = 0;
         if (m_pDialogs) {
@@ -209,7 +265,7 @@ void RavikKT500::LoadParameterDocument() {
         }
         return;
     }
-    m_xmlDataFile.emplace(std::move(*loaded.document));
+    m_xmlDataFile.emplace(std::move(*copy));
     m_parameterDocument.emplace(m_parameterNode, *m_xmlDataFile);
 }
 

@@ -10,12 +10,16 @@ namespace kt500::xml {
 
 namespace {
 
-bool matches(const xmlNode* node, const std::string& localName) {
-    return node->type == XML_ELEMENT_NODE &&
-           (localName.empty() || fromXml(node->name) == localName);
+std::string_view nameOf(const xmlChar* name) noexcept {
+    return name != nullptr ? std::string_view(reinterpret_cast<const char*>(name))
+                           : std::string_view();
 }
 
-xmlNode* firstElementFrom(xmlNode* node, const std::string& localName) {
+bool matches(const xmlNode* node, std::string_view localName) {
+    return node->type == XML_ELEMENT_NODE && (localName.empty() || nameOf(node->name) == localName);
+}
+
+xmlNode* firstElementFrom(xmlNode* node, std::string_view localName) {
     for (; node != nullptr; node = node->next) {
         if (matches(node, localName)) {
             return node;
@@ -31,6 +35,32 @@ bool isAncestorOrSelf(const xmlNode* candidate, const xmlNode* node) {
         }
     }
     return false;
+}
+
+// The attribute of this name in no namespace, found by walking the element's
+// attributes: no copy of the name and none of the value on the way.
+const xmlAttr* propertyOf(const xmlNode* element, std::string_view name) noexcept {
+    for (const xmlAttr* attr = element->properties; attr != nullptr; attr = attr->next) {
+        if (attr->ns == nullptr && nameOf(attr->name) == name) {
+            return attr;
+        }
+    }
+    return nullptr;
+}
+
+// The text of a node's children: a single text node (the usual value) is
+// read in place, anything else is left to libxml2 to join.
+std::string childrenText(const xmlNode* node, xmlNode* children) {
+    if (children == nullptr) {
+        return {};
+    }
+    if (children->next == nullptr &&
+        (children->type == XML_TEXT_NODE || children->type == XML_CDATA_SECTION_NODE)) {
+        return fromXml(children->content);
+    }
+    return takeXml(node->type == XML_ATTRIBUTE_NODE
+                       ? xmlNodeListGetString(node->doc, children, 1)
+                       : xmlNodeGetContent(node));
 }
 
 }  // namespace
@@ -78,24 +108,24 @@ std::optional<std::string> Node::findAttribute(std::string_view name) const {
     if (!isElement()) {
         return std::nullopt;
     }
-    const std::string key(name);
-    xmlChar* value = xmlGetNoNsProp(m_node, asXml(key));
-    if (value == nullptr) {
+    const xmlAttr* attr = propertyOf(m_node, name);
+    if (attr == nullptr) {
         return std::nullopt;
     }
-    return takeXml(value);
+    return childrenText(reinterpret_cast<const xmlNode*>(attr), attr->children);
 }
 
 std::string Node::attribute(std::string_view name) const {
-    return findAttribute(name).value_or(std::string());
+    if (!isElement()) {
+        return {};
+    }
+    const xmlAttr* attr = propertyOf(m_node, name);
+    return attr == nullptr ? std::string()
+                           : childrenText(reinterpret_cast<const xmlNode*>(attr), attr->children);
 }
 
 bool Node::hasAttribute(std::string_view name) const {
-    if (!isElement()) {
-        return false;
-    }
-    const std::string key(name);
-    return xmlHasNsProp(m_node, asXml(key), nullptr) != nullptr;
+    return isElement() && propertyOf(m_node, name) != nullptr;
 }
 
 void Node::setAttribute(std::string_view name, std::string_view value) {
@@ -119,6 +149,9 @@ void Node::removeAttribute(std::string_view name) {
 std::string Node::text() const {
     if (m_node == nullptr) {
         return {};
+    }
+    if (m_node->type == XML_ELEMENT_NODE || m_node->type == XML_ATTRIBUTE_NODE) {
+        return childrenText(m_node, m_node->children);
     }
     return takeXml(xmlNodeGetContent(m_node));
 }
@@ -153,7 +186,7 @@ Node Node::firstChildElement(std::string_view localName) const {
     if (m_node == nullptr || m_node->type != XML_ELEMENT_NODE) {
         return {};
     }
-    return Node(firstElementFrom(m_node->children, std::string(localName)));
+    return Node(firstElementFrom(m_node->children, localName));
 }
 
 std::vector<Node> Node::childElements(std::string_view localName) const {
@@ -161,9 +194,8 @@ std::vector<Node> Node::childElements(std::string_view localName) const {
     if (m_node == nullptr || m_node->type != XML_ELEMENT_NODE) {
         return children;
     }
-    const std::string wanted(localName);
-    for (xmlNode* child = firstElementFrom(m_node->children, wanted); child != nullptr;
-         child = firstElementFrom(child->next, wanted)) {
+    for (xmlNode* child = firstElementFrom(m_node->children, localName); child != nullptr;
+         child = firstElementFrom(child->next, localName)) {
         children.emplace_back(child);
     }
     return children;
@@ -173,7 +205,7 @@ Node Node::nextSiblingElement(std::string_view localName) const {
     if (m_node == nullptr || m_node->type != XML_ELEMENT_NODE) {
         return {};
     }
-    return Node(firstElementFrom(m_node->next, std::string(localName)));
+    return Node(firstElementFrom(m_node->next, localName));
 }
 
 Node Node::parent() const {

@@ -40,6 +40,9 @@ void RecordingControl::OpenConnection(services::IQDLGuiEvent& eventSink,
         m_parameterDocument.emplace(std::move(*loaded.document));
         parameterNode = m_parameterDocument->root();
     }
+    if (onOpen) {
+        onOpen(parameterNode);
+    }
     languageOut = language;
     blDataSetLocked = dataSetLocked;
     blSuccess = openSucceeds;

@@ -72,6 +72,8 @@ public:
     std::shared_ptr<RecordingLanguage> language;
     // Runs inside CloseConnection, before it answers.
     std::function<void()> onClose;
+    // Runs inside OpenConnection on the parameter node before it is handed over.
+    std::function<void(xml::Node&)> onOpen;
     // Set by OpenConnection: the sink the control handed over.
     services::IQDLGuiEvent* sink = nullptr;
 

@@ -327,6 +327,14 @@ TEST_F(LoadPagesFromDocumentTest, TimeStampFollowsTheLiveDocument) {
     uc.values.UpdateGroupTimeStamp("operationUnit");
     EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
     EXPECT_EQ(later.caption(), "");
+    // The same stamp in another locale is written anew, and back again.
+    {
+        const LocaleGuard english{QLocale::English};
+        uc.values.UpdateGroupTimeStamp("operationUnit");
+        EXPECT_EQ(stamp.caption(), "3/1/24 10:15:00 AM");
+    }
+    uc.values.UpdateGroupTimeStamp("operationUnit");
+    EXPECT_EQ(stamp.caption(), "01.03.24 10:15:00");
     setStamp("operationUnit", "2024-03-02 11:00:00");
     uc.values.UpdateGroupTimeStamp("operationUnit");
     EXPECT_EQ(stamp.caption(), "02.03.24 11:00:00");

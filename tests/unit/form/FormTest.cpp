@@ -120,6 +120,39 @@ TEST(Form, NotifiesOnlyRealChangesNamingTheModelItem) {
                      "treeNavigation.Nodes[operationUnit]", "pesgoKT520.ChartData"}));
 }
 
+// Observers may come and go while a change is told: one removed before its
+// turn hears nothing more, one that removes itself finishes its call, one
+// added hears the next change; beyond a few observers all are still told.
+TEST(Form, ObserversComeAndGoWhileAChangeIsTold) {
+    Form form;
+    Control& text = form.add(ControlKind::TextBox, "txtHAOperationUnit", 0);
+    std::vector<std::string> heard;
+    std::size_t second = 0;
+    std::size_t self = 0;
+    form.addObserver([&](const PropertyChange&) {
+        heard.push_back("first");
+        form.removeObserver(second);
+        if (heard.size() == 1) {
+            form.addObserver([&](const PropertyChange&) { heard.push_back("added"); });
+        }
+    });
+    second = form.addObserver([&](const PropertyChange&) { heard.push_back("second"); });
+    self = form.addObserver([&, tag = std::string(40, 'x')](const PropertyChange&) {
+        form.removeObserver(self);
+        heard.push_back("self " + std::to_string(tag.size()));
+    });
+    text.setText("1");
+    text.setText("2");
+    EXPECT_EQ(heard, (Lines{"first", "self 40", "first", "added"}));
+
+    int told = 0;
+    for (int observer = 0; observer < 12; ++observer) {
+        form.addObserver([&told](const PropertyChange&) { ++told; });
+    }
+    text.setText("3");
+    EXPECT_EQ(told, 12);
+}
+
 TEST(Form, DeliversEventsToTheSink) {
     Form form;
     EventLog events;

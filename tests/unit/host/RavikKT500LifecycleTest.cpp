@@ -116,6 +116,22 @@ TEST_F(RavikKT500Lifecycle, StartUpGoesOnAfterFailuresOfTheBL) {
     EXPECT_TRUE(kt.m_objTools->DTMInitialized);
 }
 
+// The BL hands over a tree: one nested deeper than any document of the
+// product is refused before it is copied, as a parse refuses its text.
+TEST_F(RavikKT500Lifecycle, ParameterDocumentNestedTooDeepIsNotTaken) {
+    services.controlDouble->onOpen = [](xml::Node& root) {
+        xml::Node node = root;
+        for (int level = 0; level < 100000; ++level) {
+            node = node.appendElement("nested");
+        }
+    };
+    RavikKT500& kt = started();
+    EXPECT_EQ(boxes(), std::vector<std::string>{
+                           "IDtmActiveXControl_Init | Can't load parameter xml document!"});
+    EXPECT_EQ(kt.xmlDataFile(), nullptr);
+    EXPECT_TRUE(kt.m_objTools->DTMInitialized);
+}
+
 TEST_F(RavikKT500Lifecycle, GuiInitDocumentThatDoesNotMatchItsSchemaIsNotTaken) {
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());

@@ -24,6 +24,8 @@ TEST(XmlNode, AttributesReadWriteAndRemove) {
     Node root = doc.root();
     EXPECT_EQ(root.findAttribute("b"), std::optional<std::string>(""));
     EXPECT_FALSE(root.hasAttribute("n"));  // not by the local name of a namespaced one
+    EXPECT_EQ(root.findAttribute("n"), std::nullopt);
+    EXPECT_EQ(root.findAttribute("a").value_or("") + root.attribute("ab"), "1");  // whole names only
     root.setAttribute("a", "2");
     root.setAttribute("c", "x");
     root.removeAttribute("b");
@@ -44,6 +46,15 @@ TEST(XmlNode, TextRoundTripsEscapedAndReplacesChildren) {
     Document mixed = parseOrFail("<r><a>x<b>y</b>z</a></r>");
     Node a = mixed.root().firstChildElement("a");
     EXPECT_EQ(a.text(), "xyz");
+    // Text in several pieces, in CDATA alone, and an attribute node's own text.
+    Document pieces = parseOrFail("<r v='1'><a>x<![CDATA[<y>]]>z</a><b><![CDATA[&]]></b><c/></r>");
+    EXPECT_EQ(pieces.root().firstChildElement("a").text(), "x<y>z");
+    EXPECT_EQ(pieces.root().firstChildElement("b").text(), "&");
+    EXPECT_EQ(pieces.root().firstChildElement("c").text(), "");
+    Node value = XPath(pieces, {}).selectSingle("/r/@v");
+    EXPECT_EQ(value.text(), "1");
+    value.setText("2 & 3");
+    EXPECT_EQ(pieces.root().attribute("v") + value.text(), "2 & 32 & 3");
     a.setText("new");
     EXPECT_EQ(mixed.root().toXml(), "<r><a>new</a></r>");
 
