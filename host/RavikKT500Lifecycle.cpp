@@ -25,43 +25,12 @@ std::string joined(const std::string& strFolder, const std::string& strFile) {
     return (std::filesystem::path(strFolder) / strFile).string();
 }
 
-// No document of the product nests deeper; a parse refuses the same.
-constexpr int kMaxParameterDepth = 200;
-
-// Whether the elements under root nest at most levels deep (root is level
-// 1), walked without recursion.
-bool NestsWithin(const xml::Node& root, int levels) {
-    int depth = 1;
-    xml::Node node = root;
-    while (true) {
-        if (const xml::Node child = node.firstChildElement()) {
-            if (++depth > levels) {
-                return false;
-            }
-            node = child;
-            continue;
-        }
-        // Up until a level has a next element, or back at the root.
-        while (true) {
-            if (node.raw() == root.raw()) {
-                return true;
-            }
-            if (const xml::Node next = node.nextSiblingElement()) {
-                node = next;
-                break;
-            }
-            node = node.parent();
-            --depth;
-        }
-    }
-}
-
 // The control's own copy of the BL's parameter document, validated against
 // the data file's schemas; none when the node is missing, nests too deep or
 // does not validate.
 std::optional<xml::Document> ValidatedCopy(const xml::Node& parameterNode,
                                            const xml::SchemaCollection& schemas) {
-    if (!parameterNode.isElement() || !NestsWithin(parameterNode, kMaxParameterDepth)) {
+    if (!parameterNode.isElement() || !parameterNode.nestsWithin(xml::kMaxNesting)) {
         return std::nullopt;
     }
     // A copy of the tree, not its text parsed again: the node is already a

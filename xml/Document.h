@@ -18,6 +18,11 @@ namespace kt500::xml {
 class SchemaCollection;
 struct LoadResult;
 
+// Elements nest no deeper than this in any document the product reads: a
+// parse refuses a deeper one, and so does any tree taken from elsewhere
+// (Node::nestsWithin). The parser's own limit lies above it.
+inline constexpr int kMaxNesting = 200;
+
 struct ParseOptions {
     // Validate against the schema of the root's namespace; a root namespace
     // the collection does not hold is an error. nullptr: no validation.

@@ -25,10 +25,6 @@ namespace {
 
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
-// Elements nest no deeper than this in any document the product reads; the
-// parser's own limit lies above it.
-constexpr int kMaxDepth = 200;
-
 // Why the parser was stopped on this thread's current parse; nullptr: it
 // was not, or by a DOCTYPE.
 thread_local const char* t_stopReason = nullptr;
@@ -61,9 +57,9 @@ void checkElement(void* context, const xmlChar* localName, const xmlChar* prefix
         stop(parser, "XInclude is not allowed");
         return;
     }
-    if (parser->nameNr > kMaxDepth) {
+    if (parser->nameNr > kMaxNesting) {
         static const std::string reason =
-            "elements nest deeper than " + std::to_string(kMaxDepth) + " levels";
+            "elements nest deeper than " + std::to_string(kMaxNesting) + " levels";
         stop(parser, reason.c_str());
         return;
     }

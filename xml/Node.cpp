@@ -208,6 +208,35 @@ Node Node::nextSiblingElement(std::string_view localName) const {
     return Node(firstElementFrom(m_node->next, localName));
 }
 
+bool Node::nestsWithin(int levels) const {
+    if (m_node == nullptr || m_node->type != XML_ELEMENT_NODE) {
+        return true;
+    }
+    int depth = 1;
+    xmlNode* node = m_node;
+    while (true) {
+        if (xmlNode* child = firstElementFrom(node->children, {})) {
+            if (++depth > levels) {
+                return false;
+            }
+            node = child;
+            continue;
+        }
+        // Up until a level has a next element, or back at this one.
+        while (true) {
+            if (node == m_node) {
+                return true;
+            }
+            if (xmlNode* next = firstElementFrom(node->next, {})) {
+                node = next;
+                break;
+            }
+            node = node->parent;
+            --depth;
+        }
+    }
+}
+
 Node Node::parent() const {
     if (m_node == nullptr || m_node->parent == nullptr ||
         m_node->parent->type != XML_ELEMENT_NODE) {

@@ -42,6 +42,9 @@ public:
     [[nodiscard]] std::vector<Node> childElements(std::string_view localName = {}) const;
     [[nodiscard]] Node nextSiblingElement(std::string_view localName = {}) const;
     [[nodiscard]] Node parent() const;
+    // Whether the elements under this one nest at most levels deep (this
+    // one is level 1); walked without recursion, so any depth is safe.
+    [[nodiscard]] bool nestsWithin(int levels) const;
 
     // Creates an element as the last child, in the given namespace URI (an
     // empty URI inherits the namespace in scope at this node, if any, so

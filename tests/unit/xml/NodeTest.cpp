@@ -91,6 +91,21 @@ TEST(XmlNode, NothingAnswersEmptyAndThrowsOnChangeNamingTheOperation) {
 
 // Elements in the default namespace are followed by the requests of the
 // send and upload scenarios.
+TEST(XmlNode, NestingIsCountedOverEveryBranchUpToTheLimit) {
+    // The deepest branch is not the first: the walk comes back up and on.
+    Document doc = Document::create("r");
+    doc.root().appendElement("shallow").appendElement("a");
+    Node deep = doc.root().appendElement("deep");
+    for (int level = 3; level <= kMaxNesting; ++level) {
+        deep = deep.appendElement("n");
+    }
+    EXPECT_TRUE(doc.root().nestsWithin(kMaxNesting));
+    EXPECT_FALSE(doc.root().nestsWithin(kMaxNesting - 1));
+    deep.appendElement("n");
+    EXPECT_FALSE(doc.root().nestsWithin(kMaxNesting));
+    EXPECT_TRUE(Node().nestsWithin(1));
+}
+
 TEST(XmlNode, AppendElementReusesOrDeclaresTheNamespace) {
     EXPECT_EQ(Document::create("r").root().appendElement("c").namespaceUri(), "");
     Document prefixed = parseOrFail("<r xmlns:p='urn:p'/>");
