@@ -57,7 +57,9 @@ void checkElement(void* context, const xmlChar* localName, const xmlChar* prefix
         stop(parser, "XInclude is not allowed");
         return;
     }
-    if (parser->nameNr > kMaxNesting) {
+    // The element being opened is not yet among the parser's open names:
+    // it lies one level below them.
+    if (parser->nameNr + 1 > kMaxNesting) {
         static const std::string reason =
             "elements nest deeper than " + std::to_string(kMaxNesting) + " levels";
         stop(parser, reason.c_str());

@@ -101,8 +101,11 @@ TEST(XmlNode, NestingIsCountedOverEveryBranchUpToTheLimit) {
     }
     EXPECT_TRUE(doc.root().nestsWithin(kMaxNesting));
     EXPECT_FALSE(doc.root().nestsWithin(kMaxNesting - 1));
+    EXPECT_TRUE(Document::parse(doc.toXml()).ok());
     deep.appendElement("n");
     EXPECT_FALSE(doc.root().nestsWithin(kMaxNesting));
+    // A parse refuses what the walk refuses.
+    EXPECT_FALSE(Document::parse(doc.toXml()).ok());
     EXPECT_TRUE(Node().nestsWithin(1));
 }
 
