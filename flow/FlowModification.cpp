@@ -547,7 +547,6 @@ void FlowModification::txtFlowModification_LostFocus(form::Control& text) {
 
 void FlowModification::chkFlowModification_Click() {
     form::Form& form = m_control.form();
-    const FlowPage& page = Page();
     form::Control* check = form.find("chkFlowModification");
     form::Control* flowChart = form.find(kFlowChart);
     form::Control* inputChart = form.find("pesgoInputSignalVsTravel");
