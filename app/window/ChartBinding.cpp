@@ -24,7 +24,6 @@
 
 #include <algorithm>
 #include <array>
-#include <tuple>
 #include <vector>
 #include <limits>
 #include <optional>
@@ -258,7 +257,13 @@ private:
         bool zooming = false;
         std::string title;
         std::uint32_t background = 0;
-        std::vector<std::tuple<std::string, std::uint32_t, int>> lines;
+        struct Line {
+            std::string label;
+            std::uint32_t color = 0;
+            int type = 0;
+            bool operator==(const Line&) const = default;
+        };
+        std::vector<Line> lines;
         std::array<std::string, 3> axisTitles;
         bool operator==(const Look&) const = default;
     };
@@ -279,8 +284,8 @@ private:
         look.background =
             static_cast<std::uint32_t>(model.option("GraphBackColor", static_cast<double>(0xFFFFFF)));
         for (int subset = 0; subset < model.subsets(); ++subset) {
-            look.lines.emplace_back(model.subsetLabel(subset), model.subsetColor(subset),
-                                    model.subsetLineType(subset));
+            look.lines.push_back({model.subsetLabel(subset), model.subsetColor(subset),
+                                  model.subsetLineType(subset)});
         }
         look.axisTitles = {model.axis(ChartAxisId::X).label, model.axis(ChartAxisId::Y).label,
                            model.axis(ChartAxisId::RightY).label};
@@ -302,7 +307,6 @@ private:
 
     // A new chart of the look, its series still without points.
     void build(const Look& look) {
-        const form::ChartModel& model = m_control.chart();
         auto* chart = new QChart();
         chart->setTitle(Qs(look.title));
         chart->setBackgroundBrush(ColorOf(look.background));
@@ -339,10 +343,10 @@ private:
         }
         m_series.clear();
         for (int subset = 0; subset < look.subsets; ++subset) {
-            const auto& [label, color, lineType] = look.lines[static_cast<std::size_t>(subset)];
+            const Look::Line& line = look.lines[static_cast<std::size_t>(subset)];
             auto* series = new QLineSeries();
-            series->setName(Qs(label));
-            series->setPen(PenOf(color, lineType));
+            series->setName(Qs(line.label));
+            series->setPen(PenOf(line.color, line.type));
             series->setPointsVisible(look.marks);
             const bool right = rightAxis != nullptr && subset >= look.rightFrom;
             chart->addSeries(series);
@@ -356,7 +360,7 @@ private:
         bool anyLabel = false;
         for (int i = 0; i < markers.size(); ++i) {
             const bool shown = (look.legendSubsets < 0 || i < look.legendSubsets) &&
-                               !model.subsetLabel(i).empty();
+                               !look.lines[static_cast<std::size_t>(i)].label.empty();
             markers[i]->setVisible(shown);
             anyLabel = anyLabel || shown;
         }
