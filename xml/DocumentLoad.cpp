@@ -46,9 +46,18 @@ bool isXInclude(const xmlChar* uri) {
             xmlStrEqual(uri, BAD_CAST "http://www.w3.org/2003/XInclude") != 0);
 }
 
+// libxml2 writes a namespace name as it stands, without escaping, so one
+// holding '<' or '&' would be written as text that does not read back. No
+// namespace of the product's documents holds either.
+bool writesBack(const xmlChar* namespaceName) {
+    return namespaceName == nullptr ||
+           (xmlStrchr(namespaceName, '<') == nullptr && xmlStrchr(namespaceName, '&') == nullptr);
+}
+
 // SAX hook for each start tag: the tree is built as usual, but an element
-// of XInclude, which could name a file to read, and a nesting deeper than
-// any document of the product stop the parse.
+// of XInclude, which could name a file to read, a nesting deeper than any
+// document of the product and a namespace name that would not be written
+// back as it was read stop the parse.
 void checkElement(void* context, const xmlChar* localName, const xmlChar* prefix,
                   const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
                   int attributeCount, int defaultedCount, const xmlChar** attributes) {
@@ -64,6 +73,13 @@ void checkElement(void* context, const xmlChar* localName, const xmlChar* prefix
             "elements nest deeper than " + std::to_string(kMaxNesting) + " levels";
         stop(parser, reason.c_str());
         return;
+    }
+    // namespaces holds a prefix and a namespace name for each declaration.
+    for (int i = 0; i < namespaceCount; ++i) {
+        if (!writesBack(namespaces[2 * i + 1])) {
+            stop(parser, "a namespace name holds '<' or '&'");
+            return;
+        }
     }
     xmlSAX2StartElementNs(context, localName, prefix, uri, namespaceCount, namespaces,
                           attributeCount, defaultedCount, attributes);
