@@ -10,8 +10,8 @@
 namespace kt500::xml {
 
 // Every element without a namespace takes namespaceUri, declared once on the
-// document element as the default namespace. Elements already in a
-// namespace keep it.
+// document element unless it is in scope there already. Elements already in
+// a namespace keep it; whatever the root declares, nothing is refused.
 void MoveIntoNamespace(Document& document, std::string_view namespaceUri);
 
 }  // namespace kt500::xml

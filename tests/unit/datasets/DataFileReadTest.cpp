@@ -61,6 +61,18 @@ TEST_F(DataFileReadTest, AcceptsTheFileAsWrittenAndInTheCommunicationNamespace) 
         Response("operationUnit", "<item name='hartTag' unit='noUnit'><stringVal/></item>"),
         std::string("<dtm xmlns='") + kCommunication + "' deviceType='KT520' revision='7'>");
     EXPECT_TRUE(Read(namespaced).ok());
+    // xmlns="" names no namespace; the communication namespace bound to a
+    // prefix of the root's own, or a default namespace of another kind on a
+    // prefixed root, leave the elements where they are.
+    const std::string items =
+        Response("operationUnit", "<item name='hartTag' unit='noUnit'><stringVal/></item>");
+    EXPECT_TRUE(Read(File(items, "<dtm xmlns='' deviceType='KT520' revision='7'>")).ok());
+    EXPECT_TRUE(Read(File(items, std::string("<dtm xmlns:c='") + kCommunication +
+                                     "' deviceType='KT520' revision='7'>"))
+                    .ok());
+    EXPECT_EQ(Reason("<c:dtm xmlns:c='" + std::string(kCommunication) +
+                     "' xmlns='urn:other' deviceType='KT520' revision='7'>" + items + "</c:dtm>"),
+              "dataFileInvalid");
     // Empty numbers mean "no value"; an item without a value element is
     // what the writer leaves for a kind it does not know.
     EXPECT_TRUE(Read(File(Response("operationUnit",
