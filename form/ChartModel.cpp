@@ -20,10 +20,19 @@ void ChartModel::setScientific(bool scientific) {
     }
 }
 
+void ChartModel::checkSize(int subsets, int points) const {
+    if (static_cast<long long>(subsets) * points > kMaxValues) {
+        throw std::out_of_range(m_owner + ": " + std::to_string(subsets) + " subsets of " +
+                                std::to_string(points) + " points are more than the " +
+                                std::to_string(kMaxValues) + " values a chart holds");
+    }
+}
+
 void ChartModel::setSubsets(int subsets) {
     if (subsets < 0) {
         throw std::out_of_range(m_owner + ": Subsets cannot be " + std::to_string(subsets));
     }
+    checkSize(subsets, m_points);
     if (subsets == m_subsets) {
         return;
     }
@@ -40,6 +49,7 @@ void ChartModel::setPoints(int points) {
     if (points < 0) {
         throw std::out_of_range(m_owner + ": points cannot be " + std::to_string(points));
     }
+    checkSize(m_subsets, points);
     if (points == m_points) {
         return;
     }

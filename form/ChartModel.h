@@ -35,7 +35,14 @@ public:
     [[nodiscard]] bool scientific() const noexcept { return m_scientific; }
     void setScientific(bool scientific);
 
-    // Resizing keeps the data that still fits; new points are 0.
+    // The most values (subsets times points) a chart holds: the largest chart
+    // of the product holds a few thousand, and a size from a file must not
+    // take the memory of the machine.
+    static constexpr long long kMaxValues = 1'000'000;
+
+    // Resizing keeps the data that still fits; new points are 0. Negative
+    // counts, or more than kMaxValues values, throw std::out_of_range
+    // naming the chart and leave it as it was.
     void setSubsets(int subsets);
     void setPoints(int points);
     [[nodiscard]] int subsets() const noexcept { return m_subsets; }
@@ -91,6 +98,7 @@ private:
     const Subset& subset(int subset) const;
     Subset& subset(int subset);
     void checkPoint(int point) const;
+    void checkSize(int subsets, int points) const;
     void changed();
 
     std::string m_owner;

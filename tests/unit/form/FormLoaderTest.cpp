@@ -111,6 +111,9 @@ TEST_F(FormLoaderTest, ChildrenMustFitTheirControlAndAFileThatFailsLateAddsNothi
         // a property the kind lacks fails while the controls are being built
         formFile(
             R"(<control kind="lbl" name="lblFresh"/><control kind="tmr" name="tmrFresh" caption="x"/>)"),
+        // each size is within the schema's extent, the chart they make is not
+        formFile(R"(<control kind="lbl" name="lblFresh"/>)"
+                 R"(<control kind="chart" name="pesgoFresh" subsets="11552" points="50109"/>)"),
         // the root is a form in the form namespace
         R"(<other xmlns="x-schema:KT500FormSchema.xml"/>)",
     };

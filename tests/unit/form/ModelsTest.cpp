@@ -92,6 +92,16 @@ TEST(ChartModel, SubsetsAndPointsBoundTheData) {
     EXPECT_EQ(chart.y(4, 9), 0.0);
     EXPECT_THROW((void)chart.pointLabel(10), std::out_of_range);
     EXPECT_THROW(chart.setPoints(-1), std::out_of_range);
+
+    // A size beyond the values a chart holds is refused by name and changes nothing.
+    expectThrowNaming<std::out_of_range>({"pegoKT520", "200001 points", "1000000 values"},
+                                         [&] { chart.setPoints(200001); });
+    expectThrowNaming<std::out_of_range>({"pegoKT520", "100001 subsets"},
+                                         [&] { chart.setSubsets(100001); });
+    EXPECT_EQ(chart.subsets(), 5);
+    EXPECT_EQ(chart.points(), 10);
+    chart.setPoints(200000);
+    EXPECT_EQ(chart.y(4, 199999), 0.0);
 }
 
 }  // namespace
